@@ -1,0 +1,79 @@
+-- The tables of a new database. The program itself never creates one: this makes the file that ships with it.
+-- Amounts, percentages and yes/no facts are texts, as the forms show them ("€ 1.234,56", "20", "Sì").
+-- DATE columns hold year-month-day.
+
+CREATE TABLE Clienti (
+    Numero_Cliente INTEGER PRIMARY KEY AUTOINCREMENT,
+    Cognome_Ragione_Sociale TEXT,
+    Nome TEXT,
+    Codice_Fiscale TEXT,
+    Partita_IVA TEXT,
+    Indirizzo TEXT,
+    CAP TEXT,
+    Provincia TEXT,
+    Città TEXT,
+    Telefono TEXT,
+    Fax TEXT,
+    email TEXT,
+    Appunti TEXT
+);
+
+CREATE TABLE Fatture (
+    ID INTEGER PRIMARY KEY AUTOINCREMENT,
+    Numero_Fattura INTEGER,
+    Data_Fattura DATE,
+    Anno INTEGER,
+    Numero_Cliente INTEGER,
+    Codice_Fiscale TEXT,
+    Partita_IVA TEXT,
+    Nome TEXT,
+    Cognome_Ragione_Sociale TEXT,
+    Indirizzo TEXT,
+    CAP TEXT,
+    Provincia TEXT,
+    Città TEXT,
+    Prestazione1 TEXT,
+    Importo1 TEXT,
+    Prestazione2 TEXT,
+    Importo2 TEXT,
+    Prestazione3 TEXT,
+    Importo3 TEXT,
+    Prestazione4 TEXT,
+    Importo4 TEXT,
+    Prestazione5 TEXT,
+    Importo5 TEXT,
+    Rivalsa TEXT,
+    Dicitura_Rivalsa TEXT,
+    Percentuale_Rivalsa TEXT,
+    Importo_Rivalsa TEXT,
+    Imponibile TEXT,
+    Aliquota_IVA TEXT,
+    Imposta_IVA TEXT,
+    Spese TEXT,
+    IVA_Spese TEXT,
+    Importo_Spese TEXT,
+    Articolo_Esenzione TEXT,
+    Totale_Fattura TEXT,
+    Ritenuta TEXT,
+    Importo_Ritenuta TEXT,
+    Percentuale_Ritenuta TEXT,
+    Ritenuta_Su TEXT,
+    Importo_Netto TEXT,
+    Check_Pagamento TEXT,
+    Pagamento TEXT
+);
+
+CREATE TABLE DatiIntestazione (
+    Nome_Azienda TEXT,
+    Indirizzo TEXT,
+    Telefono TEXT,
+    Fax TEXT,
+    Codice_Fiscale TEXT,
+    Partita_IVA TEXT,
+    email TEXT,
+    Descrizione_Attività TEXT,
+    Banca TEXT,
+    ABI TEXT,
+    CAB TEXT,
+    CC TEXT
+);

@@ -1,0 +1,94 @@
+#include "platform/form.h"
+
+#include "platform/controls.h"
+
+#include <algorithm>
+
+namespace tarvello {
+
+Form::Form(FormHost& host, std::string name) : host_(host), name_(std::move(name)) {}
+
+void Form::set_caption(std::string caption) {
+    if (caption_ == caption) return;
+    caption_ = std::move(caption);
+    if (view) view->follow(*this, FormAspect::caption);
+}
+
+void Form::set_size(int width, int height) {
+    width_ = width;
+    height_ = height;
+    if (view) view->follow(*this, FormAspect::size);
+}
+
+Control* Form::find(const std::string& name) const {
+    const auto found =
+        std::find_if(controls_.begin(), controls_.end(), [&](const Control* c) { return c->name() == name; });
+    return found == controls_.end() ? nullptr : *found;
+}
+
+bool Form::move_focus(Control* control) {
+    if (control && !(control->takes_focus() && control->reachable())) return focus_ == control;
+    if (leaving_) {
+        redirected_ = control;
+        return false;
+    }
+    if (focus_ == control) return true;
+
+    Control* const wanted = control;
+    Control* const left = focus_;
+    if (left && left->on_lost_focus) {
+        leaving_ = true;
+        redirected_ = control;
+        try {
+            left->on_lost_focus();
+        } catch (...) { // the flag must not outlive the event, whatever ended it
+            leaving_ = false;
+            throw;
+        }
+        leaving_ = false;
+        control = redirected_;
+        if (control && !control->reachable()) control = left;
+    }
+    focus_ = control;
+    if (control && control != left && control->on_got_focus) control->on_got_focus();
+    if (view) view->follow(*this, FormAspect::focus);
+    return focus_ == wanted;
+}
+
+void Form::focus_next() {
+    const auto stops = [](const Control* c) { return c->takes_focus() && c->reachable(); };
+    auto from = std::find(controls_.begin(), controls_.end(), focus_);
+    if (from != controls_.end()) ++from;
+    auto next = std::find_if(from, controls_.end(), stops);
+    if (next == controls_.end()) next = std::find_if(controls_.begin(), from, stops);
+    if (next != controls_.end()) move_focus(*next);
+}
+
+void Form::close_by_user() {
+    const auto alive = shared_from_this();
+    host_.run([&] { unload(UnloadReason::user); });
+}
+
+void Form::on_key_preview(Control& control, int& key) {
+    if (key != keys::enter || !dynamic_cast<TextBox*>(&control)) return;
+    key = 0;
+    focus_next();
+}
+
+void Form::order_tabs(std::initializer_list<Control*> order) {
+    const auto listed = [&](const Control* c) {
+        return std::find(order.begin(), order.end(), c) != order.end();
+    };
+    const auto first = std::find_if(controls_.begin(), controls_.end(), listed);
+    const auto place = first - controls_.begin();
+    std::erase_if(controls_, listed);
+    controls_.insert(controls_.begin() + place, order.begin(), order.end());
+}
+
+void FormLife::load(Form& form) {
+    if (form.loaded_) return;
+    form.loaded_ = true;
+    form.on_load();
+}
+
+} // namespace tarvello

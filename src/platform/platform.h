@@ -1,0 +1,138 @@
+#pragma once
+
+#include "platform/form.h"
+#include "text/dates.h"
+#include "text/regional_settings.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What the program asks of its surroundings: small interfaces, with the desktop behind them in the program
+/// and a fake behind them in the tests of the core.
+namespace tarvello {
+
+enum class BoxIcon { none, information, exclamation, critical, question };
+enum class BoxButtons { ok, ok_cancel, yes_no };
+enum class Answer { ok, cancel, yes, no };
+
+/// A message or a question to the user.
+struct MessageBox {
+    std::string text;
+    std::string caption = "Tarvello 4";
+    BoxIcon icon = BoxIcon::none;
+    BoxButtons buttons = BoxButtons::ok;
+    /// The button that Enter presses: the first or the second.
+    int default_button = 1;
+};
+
+class MessageBoxes {
+public:
+    /// Shows the box and waits for the answer. The close box of a question answers No, or Cancel.
+    virtual Answer show(const MessageBox& box) = 0;
+
+protected:
+    ~MessageBoxes() = default;
+};
+
+/// A row of the list of file types of a dialog, such as {"Backup files (*.bak)", "*.bak"}.
+struct FileFilter {
+    std::string label;
+    std::string pattern;
+};
+
+struct FileDialog {
+    std::string title;
+    std::vector<FileFilter> filters;
+};
+
+class FileDialogs {
+public:
+    /// @return full path of an existing file; nothing if the user cancelled
+    virtual std::optional<std::string> open_file(const FileDialog& dialog) = 0;
+    /// @return full path to save under, which may exist; nothing if the user cancelled
+    virtual std::optional<std::string> save_file(const FileDialog& dialog) = 0;
+
+protected:
+    ~FileDialogs() = default;
+};
+
+/// The settings of the user, each under application, section and key. They outlive the process.
+class SettingsStore {
+public:
+    /// @return nothing if the key does not exist or cannot be read
+    virtual std::optional<std::string> read(const std::string& application, const std::string& section,
+                                            const std::string& key) = 0;
+    /// The value is on disk when the call returns. A failure is silent: settings never stop the program.
+    virtual void write(const std::string& application, const std::string& section, const std::string& key,
+                       const std::string& value) = 0;
+
+protected:
+    ~SettingsStore() = default;
+};
+
+class Clock {
+public:
+    virtual Date today() = 0;
+
+protected:
+    ~Clock() = default;
+};
+
+/// The user's desktop around the program.
+class Desktop {
+public:
+    /// Opens an address with the program that the user has for it, without waiting.
+    /// @return false if there is none
+    virtual bool open_address(const std::string& address) = 0;
+    /// Opens the desktop's search for files. @return false if it has none
+    virtual bool find_files() = 0;
+    /// True if another copy of the program runs for this user. From the first call on, this copy counts as
+    /// running.
+    virtual bool is_another_copy_running() = 0;
+
+protected:
+    ~Desktop() = default;
+};
+
+enum class Pointer { normal, hourglass };
+
+/// The windows on the screen.
+class Windows {
+public:
+    /// Shows a form's window, or brings it to the front.
+    virtual void show(Form& form) = 0;
+    /// Shows a form's window and returns when the form has been unloaded.
+    virtual void show_modal(Form& form) = 0;
+    /// The form has been unloaded: its window goes.
+    virtual void close(Form& form) = 0;
+    virtual void set_pointer(Pointer pointer) = 0;
+    /// Draws what has changed, in the midst of a handler.
+    virtual void repaint() = 0;
+    /// Waits while the windows stay alive, for a step of an animation.
+    virtual void pause(int milliseconds) = 0;
+    /// Ends the process after the handlers that are running.
+    virtual void quit() = 0;
+    /// Ends the process at once, with nothing saved. Does not return.
+    [[noreturn]] virtual void abort() = 0;
+
+protected:
+    ~Windows() = default;
+};
+
+/// Everything around the program, handed to it at its start.
+struct Platform {
+    MessageBoxes& boxes;
+    FileDialogs& dialogs;
+    SettingsStore& settings;
+    Clock& clock;
+    Desktop& desktop;
+    Windows& windows;
+    RegionalSettings regional;
+    /// The folder of the program's data, without a separator at its end.
+    std::string program_directory;
+    /// The platform's separator between folders.
+    char separator = '/';
+};
+
+} // namespace tarvello

@@ -1,0 +1,64 @@
+#include "shell/program.h"
+
+#include "failure.h"
+#include "shell/main_window.h"
+
+namespace tarvello {
+
+Program::Program(Platform platform) : platform_(std::move(platform)), database_(platform_.regional) {}
+
+Program::~Program() = default;
+
+Form* Program::loaded(const std::string& name) const {
+    for (const auto& [type, form] : forms_) {
+        if (form && form->name() == name) return form.get();
+    }
+    return nullptr;
+}
+
+MDIForm1& Program::main_window() { return form<MDIForm1>(); }
+
+std::string Program::in_program_directory(const std::string& name) const {
+    return platform_.program_directory + platform_.separator + name;
+}
+
+void Program::message(const std::string& text, BoxIcon icon, const std::string& caption) {
+    platform_.boxes.show({text, caption, icon, BoxButtons::ok, 1});
+}
+
+bool Program::confirm(const std::string& text, const std::string& caption) {
+    return platform_.boxes.show({text, caption, BoxIcon::information, BoxButtons::yes_no, 2}) != Answer::no;
+}
+
+void Program::run(const std::function<void()>& act) {
+    try {
+        act();
+    } catch (const Failure& failure) {
+        // The top of the application. An act inside another one, in a modal window, ends here too: between
+        // the two lies an event loop, and what called it knows nothing of this act.
+        message(failure.description(), BoxIcon::critical);
+        platform_.windows.abort();
+    }
+}
+
+void Program::show(Form& form) { platform_.windows.show(form); }
+
+void Program::show_modal(Form& form) { platform_.windows.show_modal(form); }
+
+bool Program::unload(Form& form, UnloadReason reason) {
+    const auto slot = [&] {
+        for (auto it = forms_.begin(); it != forms_.end(); ++it) {
+            if (it->second.get() == &form) return it;
+        }
+        return forms_.end();
+    };
+    if (slot() == forms_.end()) return true; // already gone
+    const auto alive = form.shared_from_this();
+    if (FormLife::refuses(form, reason)) return false;
+    FormLife::unload(form, reason);
+    if (const auto it = slot(); it != forms_.end()) it->second.reset();
+    platform_.windows.close(form);
+    return true;
+}
+
+} // namespace tarvello

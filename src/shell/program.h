@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/form.h"
+#include "platform/platform.h"
+#include "store/database.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <typeindex>
+
+namespace tarvello {
+
+class MDIForm1;
+
+/// What lives all session: the platform, the database, the forms. Every form knows the program and reaches
+/// the others through it.
+class Program final : public FormHost {
+public:
+    explicit Program(Platform platform);
+    ~Program();
+
+    Platform& platform() { return platform_; }
+    const RegionalSettings& regional() const { return platform_.regional; }
+    Database& database() { return database_; }
+
+    /// Name of the invoicing person or company.
+    std::string NomeIntestatario;
+
+    /// The one instance of a form. It is made and loaded when it is first used, and again after it was
+    /// unloaded.
+    template <typename FormType>
+    FormType& form() {
+        auto& slot = forms_[typeid(FormType)];
+        if (!slot) {
+            slot = std::make_shared<FormType>(*this);
+            const auto alive = slot;
+            FormLife::load(*alive);
+            return static_cast<FormType&>(*alive);
+        }
+        return static_cast<FormType&>(*slot);
+    }
+
+    /// The form of that name if it is loaded, else null.
+    Form* loaded(const std::string& name) const;
+
+    /// The main window, which holds the settings of the session.
+    MDIForm1& main_window();
+
+    /// A path in the program's directory.
+    std::string in_program_directory(const std::string& name) const;
+
+    /// Shows a message with one button.
+    void message(const std::string& text, BoxIcon icon, const std::string& caption = "Tarvello 4");
+    /// The program's usual question: Yes and No, the information icon, No as the default.
+    bool confirm(const std::string& text, const std::string& caption = "Tarvello 4");
+
+    // FormHost
+    void run(const std::function<void()>& act) override;
+    void show(Form& form) override;
+    void show_modal(Form& form) override;
+    bool unload(Form& form, UnloadReason reason) override;
+
+private:
+    Platform platform_;
+    Database database_;
+    std::map<std::type_index, std::shared_ptr<Form>> forms_;
+};
+
+} // namespace tarvello

@@ -1,0 +1,10 @@
+#include "shell/version.h"
+
+namespace tarvello {
+
+std::string version_text() {
+    return std::to_string(TARVELLO_VERSION_MAJOR) + "." + std::to_string(TARVELLO_VERSION_MINOR) + "." +
+           std::to_string(TARVELLO_VERSION_REVISION);
+}
+
+} // namespace tarvello

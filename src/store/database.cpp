@@ -1,0 +1,131 @@
+#include "store/database.h"
+
+#include "failure.h"
+#include "text/letter_case.h"
+
+namespace tarvello {
+namespace {
+
+const char* const source = "Archivio";
+
+} // namespace
+
+// Connection
+
+void Connection::open(const std::string& path) {
+    if (engine_) throw Failure(failure_number::object_open, source, "Un database è già aperto.");
+    engine_ = store::open_engine(path, regional_);
+}
+
+void Connection::close() {
+    if (!engine_) throw Failure(failure_number::object_closed, source, "Nessun database è aperto.");
+    engine_.reset();
+}
+
+std::unique_ptr<store::RowSource> Connection::execute(std::string_view sql) {
+    if (!engine_) throw Failure(failure_number::object_closed, source, "Nessun database è aperto.");
+    return engine_->run(store::parse_statement(sql));
+}
+
+// Recordset
+
+void Recordset::open(std::string_view sql, Connection& connection) {
+    if (rows_)
+        throw Failure(failure_number::object_open, source, "L'operazione richiede un risultato chiuso.");
+    rows_ = connection.execute(sql);
+    connection_ = &connection;
+    sql_ = sql;
+    row_ = rows_ && rows_->next();
+    first_ = row_;
+}
+
+void Recordset::close() {
+    need_open();
+    rows_.reset();
+    row_ = false;
+}
+
+bool Recordset::eof() const {
+    need_open();
+    return !row_;
+}
+
+int Recordset::record_count() const {
+    need_open();
+    return -1;
+}
+
+void Recordset::move_next() {
+    need_row();
+    row_ = rows_->next();
+    first_ = false;
+}
+
+void Recordset::move_first() {
+    need_open();
+    if (first_) return;
+    rows_ = connection_->execute(sql_);
+    row_ = rows_->next();
+    first_ = row_;
+    if (!row_) need_row();
+}
+
+std::size_t Recordset::column(std::string_view name) const {
+    need_open();
+    const auto& columns = rows_->columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (equal_ignoring_case(columns[i].name, name)) return i;
+    }
+    throw Failure(3265, source, "La colonna \"" + std::string(name) + "\" non esiste.");
+}
+
+std::string Recordset::text(std::string_view name) const {
+    const store::ValueView found = value(column(name));
+    if (std::holds_alternative<std::monostate>(found)) {
+        throw Failure(failure_number::invalid_use_of_null, source,
+                      "La colonna \"" + std::string(name) + "\" non ha un valore.");
+    }
+    return store::value_text(found, regional());
+}
+
+std::string Recordset::text_or_empty(std::string_view name) const {
+    const store::ValueView found = value(column(name));
+    return std::holds_alternative<std::monostate>(found) ? std::string()
+                                                         : store::value_text(found, regional());
+}
+
+bool Recordset::is_null(std::string_view name) const {
+    return std::holds_alternative<std::monostate>(value(column(name)));
+}
+
+Date Recordset::date(std::string_view name) const {
+    const store::ValueView found = value(column(name));
+    if (const Date* date = std::get_if<Date>(&found)) return *date;
+    if (!std::holds_alternative<std::monostate>(found)) {
+        if (const auto read = read_date(store::value_text(found, regional()), regional())) return *read;
+    }
+    throw Failure(failure_number::type_mismatch, source,
+                  "La colonna \"" + std::string(name) + "\" non contiene una data.");
+}
+
+store::ValueView Recordset::value(std::size_t column) const {
+    need_row();
+    return rows_->value(column);
+}
+
+const RegionalSettings& Recordset::regional() const {
+    need_open();
+    return connection_->regional();
+}
+
+void Recordset::need_open() const {
+    if (!rows_)
+        throw Failure(failure_number::object_closed, source, "L'operazione richiede un risultato aperto.");
+}
+
+void Recordset::need_row() const {
+    need_open();
+    if (!row_) throw Failure(failure_number::no_current_record, source, "Nessuna riga corrente.");
+}
+
+} // namespace tarvello

@@ -1,0 +1,170 @@
+#include "platform/controls.h"
+
+#include "failure.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvello {
+namespace {
+
+struct Host final : FormHost {
+    void run(const std::function<void()>& act) override { act(); }
+    void show(Form&) override {}
+    void show_modal(Form&) override {}
+    bool unload(Form&, UnloadReason) override { return true; }
+};
+
+struct SampleForm : Form {
+    explicit SampleForm(FormHost& host) : Form(host, "SampleForm") {}
+
+    TextBox first{*this, "first"};
+    Frame frame{*this, "frame"};
+    TextBox second{frame, "second"};
+    CheckBox check{frame, "check"};
+    OptionButton one{frame, "one"};
+    OptionButton two{frame, "two"};
+    ComboBox combo{*this, "combo"};
+    CommandButton button{*this, "button"};
+    ListView list{*this, "list"};
+    ControlArray<TextBox, 3> boxes{*this, "boxes"};
+};
+
+struct Controls : ::testing::Test {
+    Host host;
+    std::shared_ptr<SampleForm> form = std::make_shared<SampleForm>(host);
+    int events = 0;
+    Event counting = [this] { ++events; };
+};
+
+TEST_F(Controls, TypingHonoursFilterLockAndLength) {
+    TextBox& box = form->first;
+    box.on_change = counting;
+    box.set_max_length(4);
+    box.on_key_press = [](int& key) {
+        if (key == 'x') key = 0;
+    };
+    box.type("axbèc€");
+    EXPECT_EQ(box.text(), "abèc");
+    EXPECT_EQ(events, 4);
+    box.place_caret(1);
+    box.press_key(keys::backspace);
+    EXPECT_EQ(box.text(), "bèc");
+    box.press_delete();
+    EXPECT_EQ(box.text(), "èc");
+    box.place_caret(0, 2);
+    box.type("z");
+    EXPECT_EQ(box.text(), "z");
+    box.paste("xxxxxxxx");
+    EXPECT_EQ(box.text(), "zxxx") << "pasting passes the filter, not the length";
+    box.set_locked(true);
+    box.type("b");
+    EXPECT_EQ(box.text(), "zxxx");
+    box.set_text("set by code, longer");
+    EXPECT_EQ(box.text(), "set by code, longer");
+    const int before = events;
+    box.set_text(box.text());
+    EXPECT_EQ(events, before) << "no event without a change";
+}
+
+TEST_F(Controls, EnterMovesOnInTextBoxesOnly) {
+    form->first.enter();
+    form->first.press_key(keys::enter);
+    EXPECT_EQ(form->focus(), &form->second);
+    form->frame.set_enabled(false);
+    form->first.enter();
+    form->focus_next();
+    EXPECT_EQ(form->focus(), &form->combo) << "what lies in a disabled frame cannot be reached";
+    form->combo.press_key(keys::enter);
+    EXPECT_EQ(form->focus(), &form->combo);
+    form->boxes[2].enter();
+    form->focus_next();
+    EXPECT_EQ(form->focus(), &form->first);
+}
+
+TEST_F(Controls, AFieldCanTakeTheFocusBackAndThePressIsLost) {
+    form->button.on_click = counting;
+    form->first.enter();
+    form->first.on_lost_focus = [this] { form->first.set_focus(); };
+    form->button.click();
+    EXPECT_EQ(form->focus(), &form->first);
+    EXPECT_EQ(events, 0);
+    form->first.on_lost_focus = [this] { form->second.set_focus(); };
+    form->button.click();
+    EXPECT_EQ(form->focus(), &form->second);
+    form->button.click();
+    EXPECT_EQ(events, 1);
+}
+
+TEST_F(Controls, DisabledStopsTheUserNotTheCode) {
+    form->check.on_click = counting;
+    form->frame.set_enabled(false);
+    form->check.click();
+    EXPECT_FALSE(form->check.checked());
+    form->check.set_checked(true);
+    EXPECT_EQ(events, 1);
+    form->combo.add_item("a");
+    form->combo.set_enabled(false);
+    form->combo.choose(0);
+    EXPECT_EQ(form->combo.list_index(), -1);
+}
+
+TEST_F(Controls, OneOptionOfAFrame) {
+    form->one.on_click = counting;
+    form->one.click();
+    form->two.click();
+    EXPECT_FALSE(form->one.selected());
+    EXPECT_TRUE(form->two.selected());
+    EXPECT_EQ(events, 1);
+}
+
+TEST_F(Controls, ComboChoosesAndTypes) {
+    form->combo.add_item("20");
+    form->combo.add_item("10");
+    int clicks = 0;
+    form->combo.on_click = [&] { ++clicks; };
+    form->combo.on_change = counting;
+    form->combo.choose(1);
+    EXPECT_EQ(form->combo.text(), "10");
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(events, 0);
+    form->combo.set_text("22");
+    EXPECT_EQ(form->combo.list_index(), -1);
+    EXPECT_EQ(events, 1);
+    EXPECT_THROW(form->combo.set_list_index(2), Failure);
+    form->combo.set_list_only(true);
+    form->combo.type("5");
+    EXPECT_EQ(form->combo.text(), "22");
+}
+
+TEST_F(Controls, ListKeepsShortRows) {
+    const std::string cells[] = {"1", "due"};
+    form->list.add_row(cells);
+    form->list.fill().begin_row();
+    form->list.fill().add_cell("");
+    form->list.fill().add_cell("x");
+    form->list.fill().add_cell("y");
+    EXPECT_EQ(form->list.rows().cell(0, 1), "due");
+    EXPECT_EQ(form->list.rows().cell(0, 2), "");
+    EXPECT_EQ(form->list.rows().cell(1, 2), "y");
+    EXPECT_THROW(form->list.set_selected(2), Failure);
+    form->list.on_item_click = counting;
+    form->list.select_row(1);
+    form->list.select_row(1);
+    EXPECT_EQ(events, 2);
+}
+
+TEST_F(Controls, ArraysAndTabOrder) {
+    struct Ordered : SampleForm {
+        explicit Ordered(FormHost& host) : SampleForm(host) { order_tabs({&boxes[2], &boxes[0], &boxes[1]}); }
+    };
+    const auto ordered = std::make_shared<Ordered>(host);
+    EXPECT_EQ(ordered->find("boxes_1"), &ordered->boxes[1]);
+    ordered->list.enter();
+    ordered->focus_next();
+    EXPECT_EQ(ordered->focus(), &ordered->boxes[2]);
+    ordered->focus_next();
+    EXPECT_EQ(ordered->focus(), &ordered->boxes[0]);
+}
+
+} // namespace
+} // namespace tarvello

@@ -1,0 +1,133 @@
+#include "support/program_test.h"
+
+#include "failure.h"
+#include "text/letter_case.h"
+
+#include <sqlite3.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace tarvello::testing {
+
+void make_database(const std::string& path) {
+    std::ifstream file(TARVELLO_SCHEMA);
+    std::stringstream schema;
+    schema << file.rdbuf();
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(database, schema.str().c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(database);
+    sqlite3_close(database);
+}
+
+ProgramTest::ProgramTest() {
+    database_path = fake.program_directory + "/tarvello.mdb";
+    make_database(database_path);
+    program = std::make_unique<Program>(fake.platform());
+    MDIForm1& main = program->main_window();
+    main.txtDatabaseRoute.set_text(database_path);
+    program->database().dbConnection.open(database_path);
+    main.mnuChiudiDatabase.set_enabled(true);
+}
+
+ProgramTest::~ProgramTest() = default;
+
+std::vector<std::map<std::string, std::string>> ProgramTest::sql(const std::string& statement) {
+    std::vector<std::map<std::string, std::string>> result;
+    const auto rows = program->database().dbConnection.execute(statement);
+    while (rows && rows->next()) {
+        std::map<std::string, std::string> row;
+        for (std::size_t i = 0; i < rows->columns().size(); ++i) {
+            const store::ValueView value = rows->value(i);
+            row[rows->columns()[i].name] = std::holds_alternative<std::monostate>(value)
+                                               ? "(null)"
+                                               : store::value_text(value, program->regional());
+        }
+        result.push_back(std::move(row));
+    }
+    return result;
+}
+
+namespace {
+
+std::string insert(const std::string& table, const std::map<std::string, std::string>& columns) {
+    std::string names;
+    std::string values;
+    for (const auto& [name, value] : columns) {
+        if (!names.empty()) names += ",";
+        if (!values.empty()) values += ",";
+        names += name;
+        values += "'" + double_apostrophes(value) + "'";
+    }
+    return "INSERT INTO " + table + " (" + names + ") VALUES (" + values + ")";
+}
+
+} // namespace
+
+int ProgramTest::given_customer(std::map<std::string, std::string> columns) {
+    for (const char* name : {"Cognome_Ragione_Sociale", "Nome", "Codice_Fiscale", "Partita_IVA", "Indirizzo",
+                             "CAP", "Provincia", "Città", "Telefono", "Fax", "email", "Appunti"}) {
+        columns.try_emplace(name, "");
+    }
+    sql(insert("Clienti", columns));
+    return std::stoi(
+        sql("SELECT TOP 1 * FROM Clienti ORDER BY Numero_Cliente DESC").at(0).at("Numero_Cliente"));
+}
+
+int ProgramTest::given_invoice(std::map<std::string, std::string> columns) {
+    for (const char* name : {"Codice_Fiscale",
+                             "Partita_IVA",
+                             "Nome",
+                             "Cognome_Ragione_Sociale",
+                             "Indirizzo",
+                             "CAP",
+                             "Provincia",
+                             "Città",
+                             "Prestazione1",
+                             "Importo1",
+                             "Prestazione2",
+                             "Importo2",
+                             "Prestazione3",
+                             "Importo3",
+                             "Prestazione4",
+                             "Importo4",
+                             "Prestazione5",
+                             "Importo5",
+                             "Rivalsa",
+                             "Dicitura_Rivalsa",
+                             "Percentuale_Rivalsa",
+                             "Importo_Rivalsa",
+                             "Imponibile",
+                             "Aliquota_IVA",
+                             "Imposta_IVA",
+                             "Spese",
+                             "IVA_Spese",
+                             "Importo_Spese",
+                             "Articolo_Esenzione",
+                             "Totale_Fattura",
+                             "Ritenuta",
+                             "Importo_Ritenuta",
+                             "Percentuale_Ritenuta",
+                             "Ritenuta_Su",
+                             "Importo_Netto",
+                             "Check_Pagamento",
+                             "Pagamento"}) {
+        columns.try_emplace(name, "");
+    }
+    columns.try_emplace("Numero_Fattura", "1");
+    columns.try_emplace("Data_Fattura", "05/03/2006");
+    columns.try_emplace("Anno", columns.at("Data_Fattura").substr(6));
+    columns.try_emplace("Numero_Cliente", "1");
+    sql(insert("Fatture", columns));
+    return std::stoi(sql("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC").at(0).at("ID"));
+}
+
+void ProgramTest::expect_process_end(const std::function<void()>& act, const std::string& description) {
+    // The box of the top of the application may say anything here; its text is checked below.
+    if (!description.empty()) boxes().expect({description, "Tarvello 4", BoxIcon::critical});
+    if (description.empty()) boxes().expect_any();
+    EXPECT_THROW(act(), ProcessEnded);
+}
+
+} // namespace tarvello::testing

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "shell/main_window.h"
+#include "shell/program.h"
+#include "support/fake_platform.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tarvello::testing {
+
+/// Makes a database file from data/schema.sql, without rows.
+void make_database(const std::string& path);
+
+/// The whole program without a screen, on an empty database of its own that is open.
+struct ProgramTest : ::testing::Test {
+    ProgramTest();
+    ~ProgramTest() override;
+
+    FakePlatform fake;
+    std::unique_ptr<Program> program;
+    std::string database_path;
+
+    FakeBoxes& boxes() { return fake.boxes; }
+    FakeWindows& windows() { return fake.windows; }
+
+    /// Runs a statement on the open database by a recordset of the test's own. @return the rows, column by
+    /// name, nulls as "(null)"
+    std::vector<std::map<std::string, std::string>> sql(const std::string& statement);
+
+    /// Inserts a row; columns that are not given are empty texts. @return its key
+    int given_customer(std::map<std::string, std::string> columns = {});
+    int given_invoice(std::map<std::string, std::string> columns = {});
+
+    /// Runs `act`, which must end the process with this description shown, or any if it is empty.
+    void expect_process_end(const std::function<void()>& act, const std::string& description = {});
+};
+
+} // namespace tarvello::testing
