@@ -21,8 +21,10 @@ void FakeBoxes::expect(std::string text, Answer answer) {
 }
 
 void FakeBoxes::expect(MessageBox box, Answer answer) {
-    expected_.push_back({std::move(box), answer, false});
+    expected_.push_back({std::move(box), answer, Expected::everything});
 }
+
+void FakeBoxes::expect_any(Answer answer) { expected_.push_back({{}, answer, Expected::anything}); }
 
 void FakeBoxes::expect_none_left() {
     for (const Expected& expected : expected_) ADD_FAILURE() << "the box never came: " << expected.box.text;
