@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 #include "store/database.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,6 +27,11 @@ public:
 
     /// Name of the invoicing person or company.
     std::string NomeIntestatario;
+    /// The address that was last opened in the user's browser.
+    std::string opened_address;
+    /// The automatic backup at the end of a session: copies the closed database file to the chosen place.
+    /// Returns false if the copy failed. Empty where the program has no backup.
+    std::function<bool()> EseguiBackupAutomatico;
 
     /// The one instance of a form. It is made and loaded when it is first used, and again after it was
     /// unloaded.

@@ -1,0 +1,17 @@
+#include "shell/net_functions.h"
+
+#include "shell/program.h"
+
+namespace tarvello {
+
+void ApriBrowser(Program& program, const std::string& address) {
+    program.opened_address = address;
+    if (program.platform().desktop.open_address(address)) return;
+    program.message("Errore imprevisto. Impossibile aprire Internet Explorer.", BoxIcon::none);
+}
+
+void ApriMail(Program& program, const std::string& address) {
+    program.platform().desktop.open_address("mailto:" + address);
+}
+
+} // namespace tarvello
