@@ -158,6 +158,9 @@ public:
     template <typename Parent>
     ControlArray(Parent& parent, const std::string& name)
         : ControlArray(parent, name, std::make_index_sequence<N>()) {}
+    /// Elements that lie in different frames: one for each.
+    ControlArray(const std::array<Frame*, N>& frames, const std::string& name)
+        : ControlArray(frames, name, std::make_index_sequence<N>()) {}
 
     T& operator[](std::size_t index) { return elements_.at(index); }
     const T& operator[](std::size_t index) const { return elements_.at(index); }
@@ -178,6 +181,9 @@ private:
     template <typename Parent, std::size_t... I>
     ControlArray(Parent& parent, const std::string& name, std::index_sequence<I...>)
         : elements_{{T(parent, name + "_" + std::to_string(I))...}} {}
+    template <std::size_t... I>
+    ControlArray(const std::array<Frame*, N>& frames, const std::string& name, std::index_sequence<I...>)
+        : elements_{{T(*frames[I], name + "_" + std::to_string(I))...}} {}
 
     std::array<T, N> elements_;
 };

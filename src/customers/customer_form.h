@@ -1,0 +1,121 @@
+#pragma once
+
+#include "platform/controls.h"
+#include "platform/form.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace tarvello {
+
+class Program;
+
+/// The register of customers: one customer on view, paged by number; new customers, changes, which can be
+/// carried into the customer's invoices, deletion, which invoices forbid, search and mail.
+///
+/// The form has no cursor of its own. Every command runs a statement on the shared rsClienti, copies a row
+/// into the boxes and closes the result: between commands the boxes are the record. The mode lies in the
+/// captions of cmd[5], cmd[6] and cmd[8] alone.
+class frmClienti : public Form {
+public:
+    explicit frmClienti(Program& program);
+
+    /// The record, by the numbers of customer_box.
+    ControlArray<TextBox, 13> txtfields{*this, "txtfields"};
+    ControlArray<Label, 13> lblLabels{*this, "lblLabels"};
+    CommandButton cmdCalcolaCF{*this, "cmdCalcolaCF"};
+    CommandButton cmdmail{*this, "cmdmail"};
+    /// First name and surname of the record on view.
+    TextBox txtCurrentClient{*this, "txtCurrentClient"};
+    Toolbar Toolbar1{*this, "Toolbar1"};
+    /// Search panel, folded away but for its button outside the search mode.
+    Frame Frame1{*this, "Frame1"};
+    /// Navigation bar.
+    Frame Frame2{*this, "Frame2"};
+    /// The commands that the tool bar presses; never in view.
+    Frame Frame3{*this, "Frame3"};
+    ControlArray<CommandButton, 12> cmd{{{&Frame2, &Frame2, &Frame2, &Frame2, &Frame2, &Frame3, &Frame3,
+                                          &Frame3, &Frame1, &Frame3, &Frame3, &Frame3}},
+                                        "cmd"};
+    CommandButton cmdSendmail{Frame3, "cmdSendmail"};
+    Label Label8{Frame1, "Label8"};
+    ComboBox Combo1{Frame1, "Combo1"};
+    Label Label2{Frame1, "Label2"};
+    TextBox Text1{Frame1, "Text1"};
+    /// The rectangle behind each box, by the number of the box; the customer number has none.
+    std::map<std::size_t, Shape> ShapeAnagrafica;
+
+    // customer_record.cpp
+
+    /// The record as it is stored: codes and province in upper case, address, city and notes in proper case.
+    /// Also enables the boxes of both codes and moves the focus to the surname.
+    void AllUpperCase();
+    /// True if the boxes may go into an INSERT. Reports the first fault and moves the focus to its box.
+    /// @throws Failure if a duplicate test cannot run, such as with an apostrophe in a code
+    bool ControllaNuovoCliente();
+    /// True if the boxes may go into an UPDATE. A change is free to take the codes of another customer.
+    bool ControllaModificaCliente();
+    /// True if the fiscal code in its box belongs to a customer already; an empty one never does.
+    bool CodiceFiscaleEsistente();
+    /// The same for the VAT number.
+    bool PartitaIvaEsistente();
+
+    // customer_form.cpp
+
+    /// Locks what is unlocked and unlocks what is locked, but for the number; so too the fiscal code button.
+    void InvertiBlocchiCampi();
+    /// Flips what can be pressed: all commands but that of the mode, and the tool bar buttons to match. A
+    /// second call with the same mode brings everything back.
+    /// @param mode  "Salva", "Modifica Dati", "Cerca Cliente" or "OK"
+    void InvertiComandi(const std::string& mode);
+    void SvuotaCampi();
+    /// Closes rsClienti and rsFatture, open or not.
+    void ChiudiRecordsetClienti();
+    /// Writes the boxes into the table, and after an INSERT loads the new row back. A failure is shown and
+    /// goes no further.
+    /// @param mode    "Salva" inserts, "Modifica Dati" updates
+    /// @param numero  the customer to update
+    void SalvaCliente(const std::string& mode, std::int16_t numero);
+    /// Deletes the customer on view if there are no invoices and the user agrees.
+    void EliminaCliente();
+    /// Copies names, codes and address into all invoices of the customer. A failure is shown and goes no
+    /// further.
+    void AggiornaFattureCliente();
+
+    // customer_search.cpp
+
+    void ApriPannelloRicerca();
+    void ChiudiPannelloRicerca();
+    /// Searches and shows the results. @return false if there was nothing to search for
+    bool CercaClienti();
+    /// Shows the list of all customers.
+    void ElencaClienti();
+
+protected:
+    void on_load() override;
+
+private:
+    void connect_boxes();
+    void connect_commands();
+    void set_tab_order();
+    void filter_key(std::size_t box, int& key) const;
+    void press(std::size_t command);
+    void press_tool(const std::string& key);
+    void page(std::size_t command, std::int16_t numero);
+    void new_customer(std::int16_t numero);
+    void change_customer(std::int16_t numero);
+    void cancel();
+    void search();
+    void send_mail();
+    void compute_fiscal_code();
+    bool check_record(bool is_new);
+    bool customer_exists(const std::string& column, const std::string& value);
+    void filter_search_key(int& key);
+    /// Runs a SELECT on rsClienti, puts its first row on view and closes it.
+    void show_first_row(const std::string& statement);
+
+    Program& program_;
+};
+
+} // namespace tarvello
