@@ -1,0 +1,56 @@
+#pragma once
+
+#include "failure.h"
+#include "fiscal_code/municipalities.h"
+#include "platform/controls.h"
+#include "platform/form.h"
+
+#include <functional>
+#include <optional>
+
+namespace tarvello {
+
+class Program;
+
+/// Works out the fiscal code of a person and writes it into the box of the form that opened it. A caller sets
+/// `txtCognome`, `txtNome` and `txtparam` and shows the form modally.
+class frmCalcolaCF : public Form {
+public:
+    explicit frmCalcolaCF(Program& program);
+
+    Frame Frame1{*this, "Frame1"};
+    TextBox txtCognome{Frame1, "txtCognome"};
+    TextBox txtNome{Frame1, "txtNome"};
+    DatePicker DTPicker1{Frame1, "DTPicker1"};
+    ComboBox cboSesso{Frame1, "cboSesso"};
+    TextBox txtComune{Frame1, "txtComune"};
+    TextBox txtProvincia{Frame1, "txtProvincia"};
+    TextBox txtCodice{Frame1, "txtCodice"};
+    TextBox txtCodiceFiscale{Frame1, "txtCodiceFiscale"};
+    /// Where the code goes: "Clienti" to frmClienti, "Fatture" to frmTarvello, any other text nowhere.
+    TextBox txtparam{*this, "txtparam"};
+    CommandButton cmdElabora{*this, "cmdElabora"};
+    CommandButton cmdExit{*this, "cmdExit"};
+
+protected:
+    void on_load() override;
+
+private:
+    /// Completes what stands in txtComune to the first name that begins with it. The key just let go has
+    /// already had its effect.
+    void search_municipality();
+    /// Takes over the place that the typed text begins, or tells once that there is none.
+    /// @return the colour that the text in txtComune is to have; none is that of the desktop
+    std::optional<Color> show_match(const std::string& typed);
+    void compute();
+    /// The box that the code goes to, or null if it only stays here.
+    TextBox* box_of_caller() const;
+    /// Runs a step that reads the municipalities; its failure is shown, and the form stays open.
+    void telling_failures(const std::function<void()>& step);
+
+    Program& program_;
+    std::optional<Municipalities> municipalities_;
+    std::optional<Failure> not_opened_; // why there are no municipalities
+};
+
+} // namespace tarvello
