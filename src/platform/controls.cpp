@@ -399,6 +399,38 @@ void ListView::double_click(std::size_t row) {
     if (on_double_click) act(on_double_click);
 }
 
+void ListBox::set_items(std::vector<std::string> items) {
+    items_ = std::move(items);
+    list_index_ = -1;
+    changed(Aspect::items);
+}
+
+void ListBox::set_list_index(int index) {
+    if (index < -1 || index >= static_cast<int>(items_.size())) {
+        throw Failure(380, "Controlli", "L'elenco non ha una voce numero " + std::to_string(index + 1) + ".");
+    }
+    if (list_index_ == index) return;
+    list_index_ = index;
+    changed(Aspect::value);
+    if (index >= 0) raise(on_click);
+}
+
+std::string ListBox::text() const {
+    return list_index_ < 0 ? std::string() : items_[static_cast<std::size_t>(list_index_)];
+}
+
+void ListBox::choose(int index) {
+    if (!reachable() || index < 0 || index >= static_cast<int>(items_.size())) return;
+    act([&] {
+        if (!form().move_focus(this)) return;
+        if (list_index_ == index) {
+            raise(on_click); // a click on the chosen item is a click all the same
+        } else {
+            set_list_index(index);
+        }
+    });
+}
+
 // Date picker
 
 void DatePicker::set_date(const Date& date) {
@@ -466,9 +498,22 @@ void MenuItem::click() {
 // The rest
 
 void Picture::set_picture(std::string picture) {
-    if (picture_ == picture) return;
+    if (picture_ == picture && !painted_) return;
     picture_ = std::move(picture);
+    painted_.reset();
     changed(Aspect::look);
+}
+
+void Picture::paint_picture(std::string picture, const PictureBox& box) {
+    picture_ = std::move(picture);
+    painted_ = box;
+    changed(Aspect::look);
+}
+
+void Picture::set_size(float width, float height) {
+    width_ = width;
+    height_ = height;
+    changed(Aspect::size);
 }
 
 void Picture::click() {

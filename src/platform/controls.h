@@ -422,6 +422,33 @@ private:
     std::vector<std::size_t> row_starts_;
 };
 
+/// A plain list of texts, one of which can be chosen: a list box, or the files of a folder.
+class ListBox : public Control {
+public:
+    using Control::Control;
+
+    const std::vector<std::string>& items() const { return items_; }
+    void set_items(std::vector<std::string> items);
+    /// The chosen item, -1 for none.
+    int list_index() const { return list_index_; }
+    /// Chooses an item and raises on_click if it is another one.
+    /// @throws Failure if there is no such item
+    void set_list_index(int index);
+    /// The chosen text; empty if none is.
+    std::string text() const;
+    bool takes_focus() const override { return true; }
+
+    /// An item has been chosen, or clicked again.
+    Event on_click;
+
+    // User act: clicks an item, or moves to it with the keyboard.
+    void choose(int index);
+
+private:
+    std::vector<std::string> items_;
+    int list_index_ = -1;
+};
+
 struct ListColumn {
     std::string header;
     std::string key;
@@ -551,13 +578,33 @@ public:
     using Control::Control;
 };
 
+/// A place inside a control, in twips.
+struct PictureBox {
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    bool operator==(const PictureBox&) const = default;
+};
+
 class Picture : public Control {
 public:
     using Control::Control;
 
     /// Name of a picture of the program, or the path of a file; empty for none.
     const std::string& picture() const { return picture_; }
+    /// Shows a picture at its own size, from the top left corner.
     void set_picture(std::string picture);
+    /// Shows a picture drawn into a part of the control.
+    void paint_picture(std::string picture, const PictureBox& box);
+    void clear() { set_picture({}); }
+    /// Where the picture has been drawn; nothing while it stands at its own size.
+    const std::optional<PictureBox>& painted() const { return painted_; }
+
+    /// Size of the control in twips, for a form that computes with it; 0 leaves it to the layout.
+    float width() const { return width_; }
+    float height() const { return height_; }
+    void set_size(float width, float height);
 
     /// A picture with this event can be clicked, and reached with Tab.
     Event on_click;
@@ -568,6 +615,9 @@ public:
 
 private:
     std::string picture_;
+    std::optional<PictureBox> painted_;
+    float width_ = 0;
+    float height_ = 0;
 };
 
 /// Raises its event again and again while it is enabled. Timers start disabled.

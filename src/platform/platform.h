@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/files.h"
 #include "platform/form.h"
+#include "platform/report.h"
+#include "platform/word_processor.h"
 #include "text/dates.h"
 #include "text/regional_settings.h"
 
@@ -120,6 +123,22 @@ protected:
     ~Windows() = default;
 };
 
+/// Width and height of a picture in twips, at 96 dots to the inch.
+struct PictureSize {
+    float width = 0;
+    float height = 0;
+};
+
+/// Picture files of the user: JPEG, GIF and whatever else the desktop can read.
+class PictureFiles {
+public:
+    /// The size of a picture. @throws Failure if the file cannot be read as one
+    virtual PictureSize size(const std::string& path) = 0;
+
+protected:
+    ~PictureFiles() = default;
+};
+
 /// Everything around the program, handed to it at its start.
 struct Platform {
     MessageBoxes& boxes;
@@ -128,6 +147,11 @@ struct Platform {
     Clock& clock;
     Desktop& desktop;
     Windows& windows;
+    Files& files;
+    CopyDialog& copy_dialog;
+    PictureFiles& pictures;
+    WordProcessor& word_processor;
+    ReportViewer& reports;
     RegionalSettings regional;
     /// The folder of the program's data, without a separator at its end.
     std::string program_directory;

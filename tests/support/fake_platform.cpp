@@ -1,5 +1,6 @@
 #include "support/fake_platform.h"
 
+#include "failure.h"
 #include "shell/version.h"
 
 #include <gtest/gtest.h>
@@ -118,6 +119,59 @@ void FakeWindows::show_modal(Form& form) {
 
 void FakeWindows::close(Form& form) { std::erase(shown, form.name()); }
 
+// Pictures and the word processor
+
+PictureSize FakePictures::size(const std::string& path) {
+    const auto found = sizes.find(path);
+    if (found == sizes.end()) throw Failure(481, "Immagini", "Immagine non valida.");
+    return found->second;
+}
+
+namespace {
+
+class FakeWordApplication final : public WordApplication {
+public:
+    explicit FakeWordApplication(FakeWordProcessor& processor) : processor_(processor) {
+        ++processor_.running;
+    }
+    ~FakeWordApplication() override { --processor_.running; }
+
+    void open_read_only(const std::string& path) override {
+        step("open", "open " + path);
+        document_ = files_.read(path);
+    }
+    void replace_all(const std::string& text, const std::string& value) override {
+        step("replace " + text, "replace " + text + "=" + value);
+        for (std::size_t at = 0; (at = document_.find(text, at)) != std::string::npos; at += value.size()) {
+            document_.replace(at, text.size(), value);
+        }
+    }
+    void save_as(const std::string& path) override {
+        step("save", "save " + path);
+        files_.write(path, document_);
+    }
+    void show() override { step("show", "show"); }
+    void quit() override { step("quit", "quit"); }
+
+private:
+    void step(const std::string& name, const std::string& line) {
+        processor_.log.push_back(line);
+        if (processor_.failing == name) throw Failure(462, "Word", "Il programma di scrittura non risponde.");
+    }
+
+    FakeWordProcessor& processor_;
+    PosixFiles files_;
+    std::string document_;
+};
+
+} // namespace
+
+std::unique_ptr<WordApplication> FakeWordProcessor::start() {
+    log.push_back("start");
+    if (!installed) throw Failure(429, "Word", "Il programma di scrittura non è installato.");
+    return std::make_unique<FakeWordApplication>(*this);
+}
+
 // Platform
 
 FakePlatform::FakePlatform() {
@@ -132,7 +186,8 @@ FakePlatform::~FakePlatform() {
 }
 
 Platform FakePlatform::platform() {
-    return {boxes, dialogs, settings, clock, desktop, windows, regional, program_directory, '/'};
+    return {boxes,       dialogs,  settings,       clock,   desktop,  windows,           files,
+            copy_dialog, pictures, word_processor, reports, regional, program_directory, '/'};
 }
 
 } // namespace tarvello::testing

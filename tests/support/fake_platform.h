@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/posix/posix_files.h"
 
 #include <deque>
 #include <functional>
@@ -125,6 +126,60 @@ private:
     std::deque<Expected> expected_;
 };
 
+class FakeCopyDialog final : public CopyDialog {
+public:
+    bool answer_replace = true;
+    /// Gives up once so many bytes are done.
+    std::optional<std::uint64_t> give_up_at;
+    std::vector<std::string> asked;    ///< destinations of the questions
+    std::vector<std::string> titles;   ///< of the progress windows
+    std::vector<std::string> failures; ///< that were shown
+    bool open = false;
+
+    bool may_replace(const std::string& destination) override {
+        asked.push_back(destination);
+        return answer_replace;
+    }
+    void begin(const std::string& title) override {
+        titles.push_back(title);
+        open = true;
+    }
+    bool advance(std::uint64_t done, std::uint64_t) override { return !give_up_at || done < *give_up_at; }
+    void end() override { open = false; }
+    void report_failure(const std::string& description) override { failures.push_back(description); }
+};
+
+class FakePictures final : public PictureFiles {
+public:
+    /// The pictures that can be read; every other path is none.
+    std::map<std::string, PictureSize> sizes;
+    PictureSize size(const std::string& path) override;
+};
+
+/// A word processor that knows plain text files only, and takes down what it was asked.
+class FakeWordProcessor final : public WordProcessor {
+public:
+    bool installed = true;
+    /// The operation that fails: "open", "replace TEXT", "save" or "show".
+    std::string failing;
+    std::vector<std::string> log;
+    /// Instances that are alive.
+    int running = 0;
+
+    std::unique_ptr<WordApplication> start() override;
+};
+
+class FakeReports final : public ReportViewer {
+public:
+    std::vector<Report> shown;
+    /// Looks at what there is while the window is open.
+    std::function<void(const Report&)> user;
+    void show_modal(const Report& report) override {
+        shown.push_back(report);
+        if (user) user(report);
+    }
+};
+
 /// All of it, with a folder of its own on disk that goes with it.
 struct FakePlatform {
     FakePlatform();
@@ -136,6 +191,11 @@ struct FakePlatform {
     FakeClock clock;
     FakeDesktop desktop;
     FakeWindows windows;
+    PosixFiles files;
+    FakeCopyDialog copy_dialog;
+    FakePictures pictures;
+    FakeWordProcessor word_processor;
+    FakeReports reports;
     RegionalSettings regional;
     std::string program_directory;
 

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "platform/controls.h"
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// A printed page as plain data: sections one below the other, with controls at exact places. All measures
+/// are twips (1440 to the inch) from the left edge of the page's print area and the top of the section.
+namespace tarvello {
+
+enum class ReportAlignment : std::uint8_t { left, right, centre };
+
+struct ReportFont {
+    std::string family;
+    double points = 8.25;
+    bool bold = false;
+    bool italic = false;
+    bool operator==(const ReportFont&) const = default;
+};
+
+struct ReportBox {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    int right() const { return left + width; }
+    int bottom() const { return top + height; }
+    bool operator==(const ReportBox&) const = default;
+};
+
+/// A text in a box: broken between words where it is too wide, cut off at the foot of the box.
+struct ReportLabel {
+    std::string text;
+    ReportFont font;
+    ReportAlignment alignment = ReportAlignment::left;
+    Color color{0, 0, 0};
+};
+
+/// How a picture takes its box.
+enum class ReportSizeMode : std::uint8_t {
+    clip = 0,   ///< at its own size from the top left corner, cut off at the box
+    stretch = 1 ///< to the whole box
+};
+
+struct ReportImage {
+    /// A picture file; empty leaves the box blank.
+    std::string path;
+    ReportSizeMode size_mode = ReportSizeMode::clip;
+};
+
+struct ReportRectangle {
+    Color border;
+    std::optional<Color> fill;
+};
+
+/// From the top left corner of the box to the opposite one.
+struct ReportLine {
+    Color color;
+};
+
+struct ReportControl {
+    std::string name;
+    ReportBox box;
+    std::variant<ReportLabel, ReportImage, ReportRectangle, ReportLine> look;
+};
+
+struct ReportSection {
+    std::string name;
+    int height = 0;
+    /// Drawn in this order.
+    std::vector<ReportControl> controls;
+
+    /// @throws Failure if the section has no control of that name and kind
+    ReportLabel& label(const std::string& name);
+    ReportImage& image(const std::string& name);
+};
+
+struct Report {
+    std::string name;
+    std::string caption;
+    int width = 0;
+    int margin = 0; ///< on all four sides
+    std::vector<ReportSection> sections;
+
+    /// The preview window.
+    ReportBox window;
+};
+
+/// Shows and prints reports.
+class ReportViewer {
+public:
+    /// Shows a report in a window from which it can be printed or made a PDF file. Returns when the user has
+    /// closed it. @throws Failure if its picture cannot be drawn
+    virtual void show_modal(const Report& report) = 0;
+
+protected:
+    ~ReportViewer() = default;
+};
+
+} // namespace tarvello

@@ -1,0 +1,168 @@
+#include "db_tools/copy_file.h"
+
+#include "failure.h"
+#include "support/fake_platform.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tarvello {
+namespace {
+
+struct CopyFile : ::testing::Test {
+    testing::FakePlatform fake;
+    Platform platform = fake.platform();
+    std::string source = fake.program_directory + "/tarvello.mdb";
+    std::string destination = fake.program_directory + "/tarvello.bak";
+
+    CopyFile() {
+        fake.files.write(source, "nuovo");
+        fake.files.write(destination, "vecchio");
+    }
+    /// Nothing but these files may lie in the folder: a copy that failed leaves nothing behind.
+    void expect_files(std::vector<std::string> names) {
+        EXPECT_EQ(fake.files.files_in(fake.program_directory, "*"), names);
+    }
+    std::string copied() { return fake.files.read(destination); }
+};
+
+TEST_F(CopyFile, ReplacesWithoutAWord) {
+    EXPECT_TRUE(CopiaFile(platform, source, destination));
+    EXPECT_EQ(copied(), "nuovo");
+    EXPECT_TRUE(fake.copy_dialog.asked.empty());
+    EXPECT_TRUE(fake.copy_dialog.titles.empty());
+    expect_files({"tarvello.bak", "tarvello.mdb"});
+}
+
+TEST_F(CopyFile, AsksBeforeItReplacesAndShowsItself) {
+    EXPECT_TRUE(CopiaFile(platform, source, destination, true, true));
+    EXPECT_EQ(copied(), "nuovo");
+    EXPECT_EQ(fake.copy_dialog.asked, std::vector{destination});
+    EXPECT_EQ(fake.copy_dialog.titles, std::vector{"Copia " + destination});
+    EXPECT_FALSE(fake.copy_dialog.open);
+
+    std::filesystem::remove(destination);
+    EXPECT_TRUE(CopiaFile(platform, source, destination, true, true));
+    EXPECT_EQ(fake.copy_dialog.asked.size(), 1u) << "nothing to replace, nothing to ask";
+}
+
+TEST_F(CopyFile, ACopyGivenUpCountsAsMade) {
+    fake.copy_dialog.answer_replace = false;
+    EXPECT_TRUE(CopiaFile(platform, source, destination, true, true));
+    EXPECT_EQ(copied(), "vecchio");
+    fake.copy_dialog.answer_replace = true;
+    fake.copy_dialog.give_up_at = 1;
+    EXPECT_TRUE(CopiaFile(platform, source, destination, true, true));
+    EXPECT_EQ(copied(), "vecchio");
+    EXPECT_FALSE(fake.copy_dialog.open);
+    EXPECT_TRUE(fake.copy_dialog.failures.empty());
+    expect_files({"tarvello.bak", "tarvello.mdb"});
+}
+
+TEST_F(CopyFile, TakesTheNameOfTheSourceInAFolder) {
+    const std::string folder = fake.program_directory + "/modelli";
+    fake.files.make_folder(folder);
+    EXPECT_TRUE(CopiaFile(platform, source, folder + "/"));
+    EXPECT_EQ(fake.files.read(folder + "/tarvello.mdb"), "nuovo");
+}
+
+TEST_F(CopyFile, SaysNoWhereNothingCanBeDone) {
+    const std::string elsewhere = fake.program_directory + "/manca/tarvello.bak";
+    EXPECT_FALSE(CopiaFile(platform, source, elsewhere));
+    EXPECT_FALSE(CopiaFile(platform, fake.program_directory + "/manca.mdb", destination));
+    EXPECT_FALSE(CopiaFile(platform, source, source)) << "a file onto itself";
+    EXPECT_FALSE(CopiaFile(platform, fake.program_directory, destination)) << "a folder is no file";
+    EXPECT_FALSE(CopiaFile(platform, "", ""));
+    EXPECT_TRUE(fake.copy_dialog.failures.empty()) << "silent unless it shows itself";
+    EXPECT_FALSE(CopiaFile(platform, source, elsewhere, true, true));
+    ASSERT_EQ(fake.copy_dialog.failures.size(), 1u);
+    EXPECT_NE(fake.copy_dialog.failures[0].find("non esiste"), std::string::npos);
+    EXPECT_FALSE(fake.copy_dialog.open);
+    EXPECT_EQ(copied(), "vecchio");
+    EXPECT_EQ(fake.files.read(source), "nuovo");
+}
+
+TEST_F(CopyFile, KeepsDatesRightsAndLinks) {
+    const auto day_before = std::filesystem::last_write_time(source) - std::chrono::hours(24);
+    std::filesystem::last_write_time(source, day_before);
+    std::filesystem::permissions(destination, std::filesystem::perms{0600});
+    const std::string link = fake.program_directory + "/collegamento.bak";
+    std::filesystem::create_symlink(destination, link);
+    EXPECT_TRUE(CopiaFile(platform, source, link));
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(copied(), "nuovo");
+    EXPECT_EQ(std::filesystem::status(destination).permissions(), std::filesystem::perms{0600});
+    EXPECT_EQ(std::filesystem::last_write_time(destination), day_before);
+}
+
+/// Runs `act` in a process of its own with a limit on the size of files, as a full disk sets one.
+template <typename Act>
+int with_file_limit(rlim_t bytes, Act act) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{bytes, bytes};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        ::_exit(act());
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(CopyFile, AFullDiskLeavesTheOldFile) {
+    fake.files.write(source, std::string(300'000, 'x'));
+    const int answer =
+        with_file_limit(100'000, [&] { return CopiaFile(platform, source, destination) ? 1 : 0; });
+    EXPECT_EQ(answer, 0);
+    EXPECT_EQ(copied(), "vecchio");
+    expect_files({"tarvello.bak", "tarvello.mdb"});
+    const int written = with_file_limit(100'000, [&] {
+        try {
+            fake.files.write(destination, std::string(300'000, 'y'));
+            return 1;
+        } catch (const Failure&) { // expected: the answer is the exit code
+            return 0;
+        }
+    });
+    EXPECT_EQ(written, 0);
+    EXPECT_EQ(copied(), "vecchio");
+}
+
+TEST_F(CopyFile, AKillHalfWayLeavesTheOldFileAndTheNextCopyIsWhole) {
+    const std::string content(40 << 20, 'x');
+    fake.files.write(source, content);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        fake.files.copy(source, destination, [](std::uint64_t done, std::uint64_t total) {
+            if (done > total / 3) ::kill(::getpid(), SIGKILL);
+            return true;
+        });
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "the copy was over before the kill";
+    EXPECT_EQ(copied(), "vecchio");
+    EXPECT_TRUE(CopiaFile(platform, source, destination));
+    EXPECT_TRUE(copied() == content);
+    expect_files({"tarvello.bak", "tarvello.mdb"});
+}
+
+TEST_F(CopyFile, AReadOnlyDestinationStays) {
+    if (::geteuid() == 0) GTEST_SKIP() << "the superuser may write everywhere";
+    std::filesystem::permissions(destination, std::filesystem::perms{0400});
+    EXPECT_FALSE(CopiaFile(platform, source, destination));
+    EXPECT_EQ(copied(), "vecchio");
+}
+
+} // namespace
+} // namespace tarvello
