@@ -2,6 +2,7 @@
 
 #include "platform/controls.h"
 #include "platform/form.h"
+#include "platform/platform.h"
 
 #include <cstdint>
 #include <map>
@@ -10,6 +11,20 @@
 namespace tarvello {
 
 class Program;
+
+/// The numbers of the commands of frmClienti; 10 and 11 have no function.
+namespace customer_command {
+inline constexpr std::size_t first = 0;
+inline constexpr std::size_t previous = 1;
+inline constexpr std::size_t next = 2;
+inline constexpr std::size_t last = 3;
+inline constexpr std::size_t remove = 4;
+inline constexpr std::size_t change = 5;
+inline constexpr std::size_t new_customer = 6;
+inline constexpr std::size_t cancel = 7;
+inline constexpr std::size_t search = 8;
+inline constexpr std::size_t close = 9;
+} // namespace customer_command
 
 /// The register of customers: one customer on view, paged by number; new customers, changes, which can be
 /// carried into the customer's invoices, deletion, which invoices forbid, search and mail.
@@ -72,12 +87,16 @@ public:
     void SvuotaCampi();
     /// Closes rsClienti and rsFatture, open or not.
     void ChiudiRecordsetClienti();
+
+    // customer_save.cpp
+
     /// Writes the boxes into the table, and after an INSERT loads the new row back. A failure is shown and
     /// goes no further.
     /// @param mode    "Salva" inserts, "Modifica Dati" updates
-    /// @param numero  the customer to update
-    void SalvaCliente(const std::string& mode, std::int16_t numero);
-    /// Deletes the customer on view if there are no invoices and the user agrees.
+    /// @param number  the customer to update
+    void SalvaCliente(const std::string& mode, std::int16_t number);
+    /// Deletes the customer on view if there are no invoices and the user agrees. Failures are skipped. A
+    /// refusal leaves rsFatture open, so that it refuses the next deletions too until something closes it.
     void EliminaCliente();
     /// Copies names, codes and address into all invoices of the customer. A failure is shown and goes no
     /// further.
@@ -96,24 +115,39 @@ protected:
     void on_load() override;
 
 private:
+    /// Title of all boxes of the form.
+    static constexpr const char* title = "Clienti";
+
     void connect_boxes();
     void connect_commands();
     void set_tab_order();
+
+    /// Cancels a key that the box does not take.
     void filter_key(std::size_t box, int& key) const;
-    void press(std::size_t command);
+    bool blank(std::size_t box) const;
+    /// Reports a fault of that box. @return false
+    bool fault(std::size_t box, const std::string& message);
+    bool fault_no_code();
+    bool name_and_address_complete();
+    bool customer_exists(const std::string& column, const std::string& value);
+    /// The text of a box as a literal of a statement.
+    std::string literal(std::size_t box) const;
+
+    void press(std::size_t pressed);
     void press_tool(const std::string& key);
-    void page(std::size_t command, std::int16_t numero);
-    void new_customer(std::int16_t numero);
-    void change_customer(std::int16_t numero);
+    void page(std::size_t pressed, std::int16_t number);
+    void new_customer(std::int16_t number);
+    void change_customer(std::int16_t number);
     void cancel();
     void search();
     void send_mail();
     void compute_fiscal_code();
-    bool check_record(bool is_new);
-    bool customer_exists(const std::string& column, const std::string& value);
     void filter_search_key(int& key);
+    void show_search_fields(bool visible);
+
     /// Runs a SELECT on rsClienti, puts its first row on view and closes it.
     void show_first_row(const std::string& statement);
+    void tell(const std::string& text, BoxIcon icon);
 
     Program& program_;
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 
 namespace tarvello {
@@ -23,6 +22,9 @@ inline constexpr std::size_t numero = 10;
 inline constexpr std::size_t cognome = 11;
 inline constexpr std::size_t partita_iva = 12;
 } // namespace customer_box
+
+/// Its first row is the customer with the highest number, which is the newest one.
+inline constexpr const char* highest_customer = "SELECT * FROM Clienti ORDER BY Numero_Cliente DESC";
 
 /// Copies the current row of rsClienti into frmClienti, which is made if it is not there. A column that
 /// cannot be read, a null or one behind the end of the result, leaves its box with what it held.

@@ -1,0 +1,363 @@
+#include "customers/customer_form.h"
+
+#include "customers/customer_record.h"
+#include "failure.h"
+#include "fiscal_code/calculator_form.h"
+#include "shell/main_window.h"
+#include "shell/net_functions.h"
+#include "shell/program.h"
+#include "text/numbers.h"
+
+#include <initializer_list>
+
+namespace tarvello {
+namespace {
+
+using namespace customer_box;
+
+/// The pictures of the tool bar by their numbers.
+namespace tool_picture {
+const char* const new_customer = "nuovo-cliente";
+const char* const change = "modifica";
+const char* const mail = "posta";
+const char* const cancel = "annulla";
+const char* const list = "elenco";
+const char* const close = "chiudi";
+const char* const save = "salva";
+} // namespace tool_picture
+
+/// The places of the tool bar buttons.
+namespace tool {
+constexpr std::size_t new_customer = 1;
+constexpr std::size_t change = 2;
+} // namespace tool
+
+namespace command = customer_command;
+
+const char* const first_customer = "SELECT TOP 1 * FROM Clienti";
+
+} // namespace
+
+frmClienti::frmClienti(Program& program) : Form(program, "frmClienti"), program_(program) {
+    connect_boxes();
+    connect_commands();
+    set_tab_order();
+}
+
+void frmClienti::connect_boxes() {
+    const char* const labels[] = {"Codice Fiscale", "Nome",          "Indirizzo",  "CAP",    "Prov.",
+                                  "Città",          "Telefono",      "Fax",        "e-mail", "Note",
+                                  "Cliente n°",     "Cognome /R.S.", "Partita IVA"};
+    txtfields.each([&](std::size_t i, TextBox& box) {
+        lblLabels[i].set_caption(labels[i]);
+        box.set_locked(true);
+        if (i == numero) return;
+        box.set_max_length(i == cap ? 5 : i == provincia ? 2 : 200);
+        Shape& shape =
+            ShapeAnagrafica.try_emplace(i, *this, "ShapeAnagrafica_" + std::to_string(i)).first->second;
+        shape.set_visible(false);
+        box.on_key_press = [this, i](int& key) { filter_key(i, key); };
+        box.on_change = [&box, &shape] { shape.set_visible(!box.empty()); };
+        box.on_got_focus = [&shape] { shape.set_visible(true); };
+        box.on_lost_focus = [&box, &shape] {
+            if (box.empty()) shape.set_visible(false);
+        };
+    });
+    txtCurrentClient.set_locked(true);
+    Text1.on_key_press = [this](int& key) { filter_search_key(key); };
+    Label8.set_caption("1. Selezionare una voce.");
+    Label2.set_caption("2. Inserisci il testo da cercare");
+    for (const char* item : {"Codice Fiscale", "Partita IVA", "Cognome/Ragione Sociale", "Nome"}) {
+        Combo1.add_item(item);
+    }
+}
+
+void frmClienti::connect_commands() {
+    Toolbar1.add_button("Nuovo Cliente", "Nuovo Cliente", tool_picture::new_customer);
+    Toolbar1.add_button("Modifica Dati", "Modifica Dati", tool_picture::change);
+    Toolbar1.add_button("Invia e-mail", "e-mail", tool_picture::mail);
+    Toolbar1.add_button("Annulla", "Annulla", tool_picture::cancel);
+    Toolbar1.add_button("Show", "Elenco", tool_picture::list);
+    Toolbar1.add_button("Chiudi", "Chiudi", tool_picture::close);
+    Toolbar1.on_button_click = [this](ToolButton& button) { press_tool(button.key()); };
+
+    struct Text {
+        const char* caption;
+        const char* tool_tip;
+    };
+    const Text texts[] = {{"Primo", "Visualizza primo cliente"},
+                          {"", "Cliente precedente"},
+                          {"", "Cliente successivo"},
+                          {"Ultimo", "Visualizza ultimo cliente"},
+                          {"Elimina Cliente", "Elimina il cliente corrente"},
+                          {"Modifica Dati", "Modifica i dati del cliente corrente"},
+                          {"Nuovo Cliente", "Inserisci un nuovo cliente"},
+                          {"Annulla", "Annulla procedura corrente"},
+                          {"Cerca Cliente", ""},
+                          {"Chiudi", ""},
+                          {"don't delete", "Inserisci un nuovo cliente"},
+                          {"don't delete", "Inserisci un nuovo cliente"}};
+    cmd.each([&](std::size_t i, CommandButton& button) {
+        button.set_caption(texts[i].caption);
+        button.set_tool_tip(texts[i].tool_tip);
+        button.on_click = [this, i] { press(i); };
+    });
+    Frame3.set_visible(false);
+
+    cmdCalcolaCF.set_caption("CF");
+    cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
+    cmdCalcolaCF.set_enabled(false);
+    cmdCalcolaCF.on_click = [this] { compute_fiscal_code(); };
+    cmdmail.set_caption("e-mail");
+    cmdmail.on_click = [this] { send_mail(); };
+    cmdSendmail.on_click = [this] { send_mail(); };
+}
+
+void frmClienti::set_tab_order() {
+    // The boxes in the order of an address; the number, which nobody types, comes last of all.
+    order_tabs({&txtfields[cognome],
+                &txtfields[nome],
+                &txtfields[codice_fiscale],
+                &txtfields[partita_iva],
+                &txtfields[indirizzo],
+                &txtfields[cap],
+                &txtfields[provincia],
+                &txtfields[citta],
+                &txtfields[telefono],
+                &txtfields[fax],
+                &txtfields[email],
+                &txtfields[appunti],
+                &cmdCalcolaCF,
+                &cmdmail,
+                &Toolbar1.button(1),
+                &Toolbar1.button(2),
+                &Toolbar1.button(3),
+                &Toolbar1.button(4),
+                &Toolbar1.button(5),
+                &Toolbar1.button(6),
+                &cmd[command::first],
+                &cmd[command::previous],
+                &cmd[command::next],
+                &cmd[command::last],
+                &cmd[command::remove],
+                &cmd[command::search],
+                &Combo1,
+                &Text1,
+                &txtCurrentClient,
+                &txtfields[numero]});
+}
+
+void frmClienti::on_load() {
+    set_size(8235, 7485);
+    cmd[command::previous].set_picture("freccia-sinistra");
+    cmd[command::next].set_picture("freccia-destra");
+    ChiudiPannelloRicerca();
+    cmd[command::cancel].flip_enabled();
+    set_caption(title);
+    show_first_row(highest_customer);
+}
+
+void frmClienti::InvertiBlocchiCampi() {
+    for (TextBox& box : txtfields) box.set_locked(!box.locked());
+    cmdCalcolaCF.flip_enabled();
+    txtfields[numero].set_locked(true);
+}
+
+void frmClienti::InvertiComandi(const std::string& mode) {
+    const auto flip = [this](std::size_t kept, std::initializer_list<std::size_t> tools) {
+        cmd.each([&](std::size_t i, CommandButton& button) {
+            if (i != kept) button.flip_enabled();
+        });
+        cmdmail.flip_enabled();
+        cmdSendmail.flip_enabled();
+        for (const std::size_t place : tools) Toolbar1.button(place).flip_visible();
+    };
+    if (mode == "Salva") flip(command::new_customer, {2, 3, 5, 6});
+    if (mode == "Modifica Dati") flip(command::change, {1, 3, 5, 6});
+    if (mode == "Cerca Cliente" || mode == "OK") flip(command::search, {1, 2, 3, 5, 6});
+}
+
+void frmClienti::SvuotaCampi() {
+    for (TextBox& box : txtfields) box.clear();
+    txtCurrentClient.clear();
+}
+
+void frmClienti::ChiudiRecordsetClienti() {
+    skip_failures([this] { program_.database().rsClienti.close(); },
+                  [this] { program_.database().rsFatture.close(); });
+}
+
+void frmClienti::show_first_row(const std::string& statement) {
+    Recordset& customers = program_.database().rsClienti;
+    customers.open(statement, program_.database().dbConnection);
+    CaricaCliente(program_);
+    customers.close();
+}
+
+void frmClienti::tell(const std::string& text, BoxIcon icon) { program_.message(text, icon, title); }
+
+// Commands
+
+void frmClienti::press_tool(const std::string& key) {
+    if (key == "Nuovo Cliente") press(command::new_customer);
+    if (key == "Modifica Dati") press(command::change);
+    if (key == "Invia e-mail") send_mail();
+    if (key == "Annulla") press(command::cancel);
+    if (key == "Show") ElencaClienti();
+    if (key == "Chiudi") press(command::close);
+}
+
+void frmClienti::press(std::size_t pressed) {
+    AllUpperCase();
+    const std::int16_t number = leading_int16(txtfields[numero].text());
+    switch (pressed) {
+    case command::first:
+    case command::previous:
+    case command::next:
+    case command::last:
+        page(pressed, number);
+        break;
+    case command::remove:
+        EliminaCliente();
+        break;
+    case command::change:
+        change_customer(number);
+        break;
+    case command::new_customer:
+        new_customer(number);
+        break;
+    case command::cancel:
+        cancel();
+        break;
+    case command::search:
+        search();
+        break;
+    case command::close:
+        unload();
+        break;
+    default: // the two commands without a function
+        break;
+    }
+}
+
+void frmClienti::page(std::size_t pressed, std::int16_t number) {
+    if (!program_.main_window().mnuChiudiDatabase.enabled()) {
+        tell("Nessun database connesso.", BoxIcon::information);
+        unload();
+        return;
+    }
+    ChiudiPannelloRicerca();
+    if (pressed == command::first) return show_first_row(first_customer);
+    if (pressed == command::last) return show_first_row(highest_customer);
+
+    Recordset& customers = program_.database().rsClienti;
+    Connection& connection = program_.database().dbConnection;
+    const std::string n = std::to_string(number);
+    if (pressed == command::previous) {
+        ChiudiRecordsetClienti();
+        customers.open("SELECT * FROM Clienti WHERE Numero_Cliente <=" + n + " ORDER BY Numero_Cliente DESC",
+                       connection);
+    } else {
+        customers.open("SELECT * FROM Clienti WHERE Numero_Cliente>=" + n, connection);
+    }
+    // The first row is the customer on view, if it still exists. Past the last one nothing can be read, and
+    // the record on view stays.
+    if (!customers.eof()) customers.move_next();
+    CaricaCliente(program_);
+    customers.close();
+}
+
+void frmClienti::new_customer(std::int16_t number) {
+    CommandButton& button = cmd[command::new_customer];
+    ToolButton& tool_button = Toolbar1.button(tool::new_customer);
+    ChiudiPannelloRicerca();
+    if (button.caption() == "Nuovo Cliente") {
+        SvuotaCampi();
+        InvertiBlocchiCampi();
+        button.set_caption("Salva");
+        tool_button.set_caption("Salva");
+        tool_button.set_picture(tool_picture::save);
+    } else {
+        if (!ControllaNuovoCliente()) return;
+        SalvaCliente("Salva", number);
+        InvertiBlocchiCampi();
+        button.set_caption("Nuovo Cliente");
+        tool_button.set_caption("Nuovo Cliente");
+        tool_button.set_picture(tool_picture::new_customer);
+    }
+    InvertiComandi("Salva");
+}
+
+void frmClienti::change_customer(std::int16_t number) {
+    CommandButton& button = cmd[command::change];
+    ToolButton& tool_button = Toolbar1.button(tool::change);
+    if (button.caption() == "Modifica Dati") {
+        InvertiBlocchiCampi();
+        txtfields[cognome].set_focus();
+        InvertiComandi("Modifica Dati");
+        button.set_caption("Aggiorna Dati");
+        tool_button.set_caption("Aggiorna Dati");
+        tool_button.set_picture(tool_picture::save);
+        return;
+    }
+    if (!ControllaModificaCliente()) return;
+    if (program_.confirm("Apportare le modifiche anche a tutte le fatture emesse a nome del cliente?",
+                         title)) {
+        AggiornaFattureCliente();
+    }
+    SalvaCliente("Modifica Dati", number);
+    InvertiBlocchiCampi();
+    InvertiComandi("Modifica Dati");
+    button.set_caption("Modifica Dati");
+    tool_button.set_caption("Modifica Dati");
+    tool_button.set_picture(tool_picture::change);
+}
+
+void frmClienti::cancel() {
+    ToolButton& new_tool = Toolbar1.button(tool::new_customer);
+    ToolButton& change_tool = Toolbar1.button(tool::change);
+    new_tool.set_picture(tool_picture::new_customer);
+    change_tool.set_picture(tool_picture::change);
+    if (cmd[command::change].caption() == "Aggiorna Dati") {
+        SvuotaCampi();
+        InvertiBlocchiCampi();
+        change_tool.set_caption("Modifica Dati");
+        cmd[command::change].set_caption("Modifica Dati");
+        InvertiComandi("Modifica Dati");
+        show_first_row(highest_customer);
+    }
+    if (cmd[command::new_customer].caption() == "Salva") {
+        SvuotaCampi();
+        InvertiBlocchiCampi();
+        new_tool.set_caption("Nuovo Cliente");
+        cmd[command::new_customer].set_caption("Nuovo Cliente");
+        InvertiComandi("Salva");
+        show_first_row(highest_customer);
+    }
+    if (cmd[command::search].caption() == "OK") {
+        SvuotaCampi();
+        InvertiBlocchiCampi();
+        ChiudiPannelloRicerca();
+        InvertiComandi("OK");
+        cmd[command::search].set_caption("Cerca Cliente");
+        show_first_row(first_customer);
+    }
+}
+
+void frmClienti::compute_fiscal_code() {
+    // A calculator that cannot be opened is not worth a message.
+    skip_failures([this] {
+        auto& calculator = program_.form<frmCalcolaCF>();
+        calculator.txtCognome.set_text(txtfields[cognome].text());
+        calculator.txtNome.set_text(txtfields[nome].text());
+        calculator.txtparam.set_text("Clienti");
+        calculator.show_modal();
+    });
+}
+
+void frmClienti::send_mail() {
+    if (txtfields[email].empty()) return tell("Indirizzo e-mail assente.", BoxIcon::information);
+    ApriMail(program_, txtfields[email].text());
+}
+
+} // namespace tarvello
