@@ -69,6 +69,12 @@ void Form::close_by_user() {
     host_.run([&] { unload(UnloadReason::user); });
 }
 
+void Form::move_mouse() {
+    if (!on_mouse_move) return;
+    const auto alive = shared_from_this();
+    host_.run(on_mouse_move);
+}
+
 void Form::on_key_preview(Control& control, int& key) {
     if (key != keys::enter || !dynamic_cast<TextBox*>(&control)) return;
     key = 0;

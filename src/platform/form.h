@@ -90,6 +90,11 @@ public:
     /// User act: the window's close box.
     void close_by_user();
 
+    /// The pointer moves over the window itself, or over something on it that is no control or is disabled.
+    std::function<void()> on_mouse_move;
+    /// User act: moves the pointer so.
+    void move_mouse();
+
     /// Shows the form, or shows it and waits until it has been unloaded.
     void show() { host_.show(*this); }
     void show_modal() { host_.show_modal(*this); }
