@@ -37,8 +37,10 @@ inline constexpr int file_not_found = 53;
 inline constexpr int file_access = 75;
 inline constexpr int object_not_set = 91;
 inline constexpr int invalid_use_of_null = 94;
+inline constexpr int database = 3000; // what the database engine reports
 inline constexpr int no_current_record = 3021;
-inline constexpr int no_such_element = 3265;
+inline constexpr int statement = 3075;       // an SQL text that is none
+inline constexpr int no_such_element = 3265; // also a table or a column
 inline constexpr int object_closed = 3704;
 inline constexpr int object_open = 3705;
 } // namespace failure_number

@@ -32,11 +32,13 @@ std::unique_ptr<store::RowSource> Connection::execute(std::string_view sql) {
 void Recordset::open(std::string_view sql, Connection& connection) {
     if (rows_)
         throw Failure(failure_number::object_open, source, "L'operazione richiede un risultato chiuso.");
-    rows_ = connection.execute(sql);
+    auto rows = connection.execute(sql);
+    const bool row = rows && rows->next(); // fails before anything here has changed
+    rows_ = std::move(rows);
     connection_ = &connection;
     sql_ = sql;
-    row_ = rows_ && rows_->next();
-    first_ = row_;
+    row_ = row;
+    first_ = row;
 }
 
 void Recordset::close() {
@@ -57,17 +59,17 @@ int Recordset::record_count() const {
 
 void Recordset::move_next() {
     need_row();
+    row_ = first_ = false; // no row is current if the move fails
     row_ = rows_->next();
-    first_ = false;
 }
 
 void Recordset::move_first() {
     need_open();
     if (first_) return;
+    row_ = false;
     rows_ = connection_->execute(sql_);
-    row_ = rows_->next();
-    first_ = row_;
-    if (!row_) need_row();
+    row_ = first_ = rows_->next();
+    need_row();
 }
 
 std::size_t Recordset::column(std::string_view name) const {
@@ -76,7 +78,8 @@ std::size_t Recordset::column(std::string_view name) const {
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (equal_ignoring_case(columns[i].name, name)) return i;
     }
-    throw Failure(3265, source, "La colonna \"" + std::string(name) + "\" non esiste.");
+    throw Failure(failure_number::no_such_element, source,
+                  "La colonna \"" + std::string(name) + "\" non esiste.");
 }
 
 std::string Recordset::text(std::string_view name) const {

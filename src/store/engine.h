@@ -1,13 +1,13 @@
 #pragma once
 
 #include "store/statement.h"
+#include "store/table.h"
 #include "store/value.h"
 #include "text/regional_settings.h"
 
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /// What the store asks of a database engine. The engine is chosen by the first bytes of the file when it is
@@ -15,22 +15,18 @@
 ///
 /// Rules that hold for every engine:
 /// - A literal becomes a value of the declared type of the column that it is compared with or written to: a
-/// date
-///   column takes the short form of the regional settings, a number column refuses a text that is no number.
-///   See convert_literal.
+///   date column takes the short form of the regional settings, a number column refuses a text that is no
+///   number. See convert_literal and convert_comparand.
 /// - Texts compare without regard to letter case, in all of Unicode; LIKE knows %, _ and [lists], see
-/// LikePattern.
+///   LikePattern.
 /// - A SELECT without ORDER BY yields the order of the primary key, or of entry where a table has none.
 /// - Rows come lazily: the first row of a large result costs one row.
 /// - A statement is all or nothing, and on disk when run() returns.
+/// - Several results may be walked at the same time, and statements may write meanwhile.
 namespace tarvello::store {
 
-struct Column {
-    std::string name;
-    ColumnType type = ColumnType::text;
-};
-
-/// A result, walked forward. Standing before its first row when it is made.
+/// A result, walked forward. Standing before its first row when it is made. It may outlive its engine:
+/// what it is asked for then is a Failure.
 class RowSource {
 public:
     virtual ~RowSource() = default;
@@ -55,31 +51,5 @@ public:
 /// @param path  an existing file; nothing is ever created
 /// @throws Failure if the file does not exist, cannot be read, or is no database
 std::unique_ptr<Engine> open_engine(const std::string& path, const RegionalSettings& regional);
-
-/// The value of a literal for a column of that type.
-/// @throws Failure (type mismatch) if the text does not convert
-Value convert_literal(const Literal& literal, const Column& column, const RegionalSettings& regional);
-
-/// A value as the text that the forms see: numbers plain, dates in the short form.
-std::string value_text(const ValueView& value, const RegionalSettings& regional);
-
-/// A pattern of LIKE: % any characters, _ one, [abc], [a-z] and [!a-z] one of a list. Regardless of letter
-/// case.
-class LikePattern {
-public:
-    explicit LikePattern(std::string_view pattern);
-    bool matches(std::string_view text) const;
-
-private:
-    struct Item;
-    std::vector<Item> items_;
-    std::string plain_; // "%plain%" without wildcards inside, case folded: the usual case
-    bool contains_only_ = false;
-
-public:
-    ~LikePattern();
-    LikePattern(LikePattern&&) noexcept;
-    LikePattern& operator=(LikePattern&&) noexcept;
-};
 
 } // namespace tarvello::store

@@ -1,0 +1,266 @@
+#include "store/statement.h"
+
+#include "failure.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace tarvello::store {
+namespace {
+
+constexpr std::array<std::string_view, 16> reserved_words{
+    "SELECT", "TOP",  "FROM", "WHERE", "ORDER",  "BY",     "ASC",    "DESC",
+    "AND",    "LIKE", "INTO", "SET",   "INSERT", "VALUES", "UPDATE", "DELETE"};
+
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+/// Letters, digits and _; every character outside ASCII counts as a letter.
+bool is_name_character(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || is_digit(c) || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool same_word(std::string_view word, std::string_view upper) {
+    return std::equal(word.begin(), word.end(), upper.begin(), upper.end(),
+                      [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - ('a' - 'A') : a) == b; });
+}
+
+class Parser {
+public:
+    explicit Parser(std::string_view sql) : sql_(sql) { skip_blanks(); }
+
+    Statement statement() {
+        if (take_word("SELECT")) {
+            select();
+        } else if (take_word("INSERT")) {
+            insert();
+        } else if (take_word("UPDATE")) {
+            update();
+        } else if (take_word("DELETE")) {
+            remove();
+        } else {
+            fail("l'istruzione deve cominciare con SELECT, INSERT, UPDATE o DELETE");
+        }
+        if (at_ < sql_.size()) fail("l'istruzione è già completa, il resto è di troppo");
+        return std::move(result_);
+    }
+
+private:
+    void select() {
+        result_.kind = StatementKind::select;
+        if (take_word("TOP")) result_.top = count();
+        need_mark('*', "manca l'asterisco dopo SELECT");
+        need_word("FROM");
+        result_.table = name("il nome della tabella");
+        where();
+        if (!take_word("ORDER")) return;
+        need_word("BY");
+        result_.order_by = name("il nome della colonna");
+        if (take_word("DESC")) {
+            result_.descending = true;
+        } else {
+            take_word("ASC");
+        }
+    }
+
+    void insert() {
+        result_.kind = StatementKind::insert;
+        need_word("INTO");
+        result_.table = name("il nome della tabella");
+        need_mark('(', "manca la parentesi che apre l'elenco delle colonne");
+        do {
+            result_.assignments.push_back({name("il nome della colonna"), {}});
+        } while (take_mark(','));
+        need_mark(')', "manca la parentesi che chiude l'elenco delle colonne");
+        need_word("VALUES");
+        need_mark('(', "manca la parentesi che apre l'elenco dei valori");
+        for (std::size_t i = 0; i < result_.assignments.size(); ++i) {
+            if (i > 0) need_mark(',', "i valori sono meno delle colonne");
+            result_.assignments[i].literal = literal();
+        }
+        if (at_ < sql_.size() && sql_[at_] == ',') fail("i valori sono più delle colonne");
+        need_mark(')', "manca la parentesi che chiude l'elenco dei valori");
+    }
+
+    void update() {
+        result_.kind = StatementKind::update;
+        result_.table = name("il nome della tabella");
+        need_word("SET");
+        do {
+            std::string column = name("il nome della colonna");
+            need_mark('=', "manca il segno = dopo il nome della colonna");
+            result_.assignments.push_back({std::move(column), literal()});
+        } while (take_mark(','));
+        where();
+    }
+
+    void remove() {
+        result_.kind = StatementKind::remove;
+        need_mark('*', "manca l'asterisco dopo DELETE");
+        need_word("FROM");
+        result_.table = name("il nome della tabella");
+        where();
+    }
+
+    void where() {
+        if (!take_word("WHERE")) return;
+        do {
+            Condition condition;
+            condition.column = name("il nome della colonna");
+            condition.comparison = comparison();
+            if (condition.comparison == Comparison::like && (at_ == sql_.size() || sql_[at_] != '\''))
+                fail("dopo LIKE manca un testo fra apostrofi");
+            condition.literal = literal();
+            result_.conditions.push_back(std::move(condition));
+        } while (take_word("AND"));
+    }
+
+    Comparison comparison() {
+        if (take_mark('=')) return Comparison::equal;
+        if (at_ < sql_.size() && (sql_[at_] == '<' || sql_[at_] == '>')) {
+            const bool less = sql_[at_++] == '<';
+            const bool or_equal = at_ < sql_.size() && sql_[at_] == '=';
+            if (or_equal) ++at_;
+            skip_blanks();
+            if (less) return or_equal ? Comparison::less_or_equal : Comparison::less;
+            return or_equal ? Comparison::greater_or_equal : Comparison::greater;
+        }
+        if (!take_word("LIKE")) fail("manca il confronto: =, <, >, <=, >= o LIKE");
+        return Comparison::like;
+    }
+
+    Literal literal() {
+        if (at_ < sql_.size() && sql_[at_] == '\'') return text_literal();
+        return number_literal();
+    }
+
+    Literal text_literal() {
+        const std::size_t start = at_++;
+        Literal result{{}, true};
+        for (;;) {
+            const std::size_t apostrophe = sql_.find('\'', at_);
+            if (apostrophe == std::string_view::npos) {
+                at_ = start;
+                fail("il testo che comincia qui non è chiuso da un apostrofo");
+            }
+            result.text.append(sql_, at_, apostrophe - at_);
+            at_ = apostrophe + 1;
+            if (at_ == sql_.size() || sql_[at_] != '\'') break;
+            result.text += '\'';
+            ++at_;
+        }
+        skip_blanks();
+        return result;
+    }
+
+    /// [+-] digits [. digits] [E [+-] digits], with at least one digit before or after the point.
+    Literal number_literal() {
+        const std::size_t start = at_;
+        if (at_ < sql_.size() && (sql_[at_] == '-' || sql_[at_] == '+')) ++at_;
+        std::size_t digits = take_digits();
+        if (at_ < sql_.size() && sql_[at_] == '.') {
+            ++at_;
+            digits += take_digits();
+        }
+        if (digits > 0 && at_ < sql_.size() && (sql_[at_] == 'e' || sql_[at_] == 'E')) {
+            ++at_;
+            if (at_ < sql_.size() && (sql_[at_] == '-' || sql_[at_] == '+')) ++at_;
+            digits = take_digits();
+        }
+        const bool runs_on =
+            at_ < sql_.size() && (is_name_character(sql_[at_]) || sql_[at_] == '\'' || sql_[at_] == '.');
+        if (digits == 0 || runs_on) {
+            at_ = start;
+            fail("manca un valore: un numero o un testo fra apostrofi");
+        }
+        Literal result{std::string(sql_.substr(start, at_ - start)), false};
+        skip_blanks();
+        return result;
+    }
+
+    std::int64_t count() {
+        const std::size_t start = at_;
+        std::int64_t number = 0;
+        const auto [end, error] = std::from_chars(sql_.data() + at_, sql_.data() + sql_.size(), number);
+        at_ = static_cast<std::size_t>(end - sql_.data());
+        if (error != std::errc{} || number < 1 || (at_ < sql_.size() && is_name_character(sql_[at_]))) {
+            at_ = start;
+            fail("dopo TOP manca il numero di righe");
+        }
+        skip_blanks();
+        return number;
+    }
+
+    std::string name(std::string_view what) {
+        const std::string_view word = peek_word();
+        if (word.empty() || is_digit(word[0]) ||
+            std::any_of(reserved_words.begin(), reserved_words.end(),
+                        [&](std::string_view reserved) { return same_word(word, reserved); })) {
+            fail("manca " + std::string(what));
+        }
+        take(word);
+        return std::string(word);
+    }
+
+    std::string_view peek_word() const {
+        std::size_t end = at_;
+        while (end < sql_.size() && is_name_character(sql_[end])) ++end;
+        return sql_.substr(at_, end - at_);
+    }
+
+    bool take_word(std::string_view upper) {
+        const std::string_view word = peek_word();
+        if (!same_word(word, upper)) return false;
+        take(word);
+        return true;
+    }
+
+    void need_word(std::string_view upper) {
+        if (!take_word(upper)) fail("manca " + std::string(upper));
+    }
+
+    bool take_mark(char mark) {
+        if (at_ == sql_.size() || sql_[at_] != mark) return false;
+        ++at_;
+        skip_blanks();
+        return true;
+    }
+
+    void need_mark(char mark, const char* what_is_wrong) {
+        if (!take_mark(mark)) fail(what_is_wrong);
+    }
+
+    void take(std::string_view word) {
+        at_ += word.size();
+        skip_blanks();
+    }
+
+    std::size_t take_digits() {
+        const std::size_t start = at_;
+        while (at_ < sql_.size() && is_digit(sql_[at_])) ++at_;
+        return at_ - start;
+    }
+
+    void skip_blanks() {
+        while (at_ < sql_.size() && is_blank(sql_[at_])) ++at_;
+    }
+
+    [[noreturn]] void fail(const std::string& what_is_wrong) const {
+        throw Failure(failure_number::statement, "Archivio",
+                      "Errore nell'istruzione SQL al carattere " +
+                          std::to_string(utf8::length(sql_.substr(0, at_)) + 1) + ": " + what_is_wrong + ".");
+    }
+
+    std::string_view sql_;
+    std::size_t at_ = 0;
+    Statement result_;
+};
+
+} // namespace
+
+Statement parse_statement(std::string_view sql) { return Parser(sql).statement(); }
+
+} // namespace tarvello::store
