@@ -1,6 +1,8 @@
 #include "fiscal_code/calculator_form.h"
 
+#include "customers/customer_form.h"
 #include "fiscal_code/fiscal_code.h"
+#include "invoices/invoice_form.h"
 #include "shell/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -109,18 +111,13 @@ void frmCalcolaCF::compute() {
     const std::string code = CalcoloCodFis(txtCognome.text(), txtNome.text(), DTPicker1.date(),
                                            cboSesso.text(), trim(txtCodice.text()));
     txtCodiceFiscale.set_text(code);
-    if (TextBox* box = box_of_caller()) box->set_text(code);
+    hand_over(code);
     cmdElabora.set_enabled(false);
 }
 
-TextBox* frmCalcolaCF::box_of_caller() const {
-    const auto box = [this](const char* form, const char* name) {
-        Form* const caller = program_.loaded(form);
-        return caller ? dynamic_cast<TextBox*>(caller->find(name)) : nullptr;
-    };
-    if (txtparam.text() == "Clienti") return box("frmClienti", "txtfields_0");
-    if (txtparam.text() == "Fatture") return box("frmTarvello", "txtAnagrafica_0");
-    return nullptr;
+void frmCalcolaCF::hand_over(const std::string& code) {
+    if (txtparam.text() == "Clienti") program_.form<frmClienti>().txtfields[0].set_text(code);
+    if (txtparam.text() == "Fatture") program_.form<frmTarvello>().txtAnagrafica[0].set_text(code);
 }
 
 } // namespace tarvello

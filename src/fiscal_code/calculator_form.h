@@ -43,8 +43,8 @@ private:
     /// @return the colour that the text in txtComune is to have; none is that of the desktop
     std::optional<Color> show_match(const std::string& typed);
     void compute();
-    /// The box that the code goes to, or null if it only stays here.
-    TextBox* box_of_caller() const;
+    /// Writes the code into the box of the form that opened this one, if it asked for it.
+    void hand_over(const std::string& code);
     /// Runs a step that reads the municipalities; its failure is shown, and the form stays open.
     void telling_failures(const std::function<void()>& step);
 

@@ -211,10 +211,18 @@ private:
     // invoice_navigation.cpp
     /// The move of cmdNavigazione(index).
     void navigate(std::size_t index);
+
+    // invoice_search.cpp
     /// Opens the search, or runs it.
     void search();
     /// ImpostaStato for "Cerca Fattura" and "OK".
     void set_search_state(std::string_view action);
+    /// Reaches or locks the entries of the search, and unfolds or folds their frame.
+    void open_search_frame(bool open);
+    /// Lists what matches the entries in a window and waits until it has closed.
+    /// @return false if nothing matched or an entry is missing
+    /// @throws Failure if the statement cannot run, such as with an apostrophe in the text
+    bool list_matches();
 
     Program& program_;
 };

@@ -1,0 +1,100 @@
+#include "documents/register.h"
+
+#include "failure.h"
+#include "invoices/invoice_form.h"
+#include "invoices/invoice_results.h"
+#include "invoices/invoice_rows.h"
+#include "shell/program.h"
+#include "text/numbers.h"
+
+#include <limits>
+
+namespace tarvello {
+namespace {
+
+const char* const nothing = "Annulla";
+const char* const all_invoices = "Elenca tutte le fatture";
+const char* const current_year = "Elenca fatture anno corrente";
+constexpr int first_year = 2004;
+constexpr int last_year = 2020;
+
+/// The register leaves the withholding's percentage out of every row: this guard is the name of no column.
+constexpr PercentageGuards guards{"Importo_rivalsa", "Importo Ritenuta"};
+
+const char* const every_row = "SELECT * FROM Fatture ORDER BY ID DESC";
+
+} // namespace
+
+frmSelectYear::frmSelectYear(Program& program) : Form(program, "frmSelectYear"), program_(program) {
+    set_caption("Selezionare Anno Fatturazione");
+    Label1.set_caption("Selezionare l'anno del quale si desidera visualizzare l'elenco fatture.");
+    Combo1.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
+    Command1.set_caption("OK");
+    Command1.on_click = [this] { unload(); };
+}
+
+void frmSelectYear::on_load() {
+    for (const char* item : {nothing, all_invoices, current_year}) Combo1.add_item(item);
+    for (int year = first_year; year <= last_year; ++year) Combo1.add_item(std::to_string(year));
+}
+
+void frmSelectYear::on_unload(UnloadReason reason) {
+    if (reason != UnloadReason::code && reason != UnloadReason::user) return;
+    const std::string& choice = Combo1.text();
+    if (choice.empty() || choice == nothing) return;
+    if (choice == all_invoices) {
+        show_register({"Tabella Fatture", "Elenco Fatture", every_row, std::nullopt, false});
+        return;
+    }
+    std::int16_t year = 0; // what is no 16-bit number lists the year 0, so nothing
+    if (choice == current_year) {
+        skip_failures(
+            [&] { year = leading_int16(program_.form<frmTarvello>().txtfield_CURRENT_YEAR.text()); });
+        Listing listing = listing_of(year);
+        listing.sql = "SELECT * FROM Fatture WHERE Anno=" + std::to_string(year) + " ORDER BY ID DESC";
+        show_register(listing);
+    } else {
+        skip_failures([&] { year = leading_int16(choice); });
+        Listing listing = listing_of(year);
+        listing.sql = every_row;
+        listing.only_year = year;
+        show_register(listing);
+    }
+}
+
+frmSelectYear::Listing frmSelectYear::listing_of(std::int16_t year) {
+    Listing listing;
+    listing.caption = "Tabella Fatture (anno " + std::to_string(year) + ")";
+    listing.heading = "Elenco Fatture dell'anno " + std::to_string(year);
+    listing.counted = true;
+    return listing;
+}
+
+void frmSelectYear::show_register(const Listing& listing) {
+    auto& window = program_.form<frmRisultatiRicercaFatture>();
+    window.set_caption(listing.caption);
+    window.Label1.set_caption(listing.heading);
+
+    Recordset& rsFatture = program_.database().rsFatture;
+    std::int16_t count = 0;
+    const auto fill = [&] {
+        const std::size_t year_column = rsFatture.column("Anno");
+        const InvoiceRowWriter writer(rsFatture, guards);
+        for (; !rsFatture.eof(); rsFatture.move_next()) {
+            if (listing.only_year && !number_equals(rsFatture.value(year_column), *listing.only_year))
+                continue;
+            writer.add(window.ListView1.fill());
+            // The count is of 16 bits: it stays at the highest that it can hold.
+            if (count < std::numeric_limits<std::int16_t>::max()) ++count;
+        }
+    };
+    skip_failures([&] { rsFatture.close(); },
+                  [&] { rsFatture.open(listing.sql, program_.database().dbConnection); }, fill);
+    window.ListView1.rows_added();
+    if (listing.counted) {
+        window.Label1.set_caption(listing.heading + " - Totale Fatture: " + std::to_string(count));
+    }
+    skip_failures([&] { window.show_modal(); }, [&] { rsFatture.close(); });
+}
+
+} // namespace tarvello

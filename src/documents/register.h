@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/controls.h"
+#include "platform/form.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tarvello {
+
+class Program;
+
+/// Asks which invoices to list and, when it closes, shows the register of these.
+class frmSelectYear : public Form {
+public:
+    explicit frmSelectYear(Program& program);
+
+    Label Label1{*this, "Label1"};
+    ComboBox Combo1{*this, "Combo1"};
+    CommandButton Command1{*this, "Command1"};
+
+protected:
+    void on_load() override;
+    void on_unload(UnloadReason reason) override;
+
+private:
+    /// Shows a window with the rows of a statement, and waits until it has closed. A step that fails is
+    /// skipped: without a database the window shows an empty list.
+    struct Listing {
+        std::string caption;
+        std::string heading;
+        std::string sql;
+        std::optional<std::int16_t> only_year; ///< leaves out the rows of other years
+        bool counted = false;                  ///< the heading ends with the number of rows
+    };
+    void show_register(const Listing& listing);
+    /// The listing of a year without its statement.
+    static Listing listing_of(std::int16_t year);
+
+    Program& program_;
+};
+
+} // namespace tarvello

@@ -1,0 +1,60 @@
+#include "invoices/invoice_form.h"
+#include "shell/main_window.h"
+#include "text/numbers.h"
+
+#include <cstdint>
+
+namespace tarvello {
+
+void frmTarvello::navigate(std::size_t index) {
+    const std::int16_t current_id = leading_int16(txtCurrent_ID.text());
+    const int year = year_of(DTPicker1.date());
+    if (!program_.main_window().mnuChiudiDatabase.enabled()) {
+        program_.message("Nessun database connesso.", BoxIcon::information);
+        unload();
+        return;
+    }
+    if (current_id == 0) return; // no invoice on view
+
+    const std::string id_text = std::to_string(current_id);
+    const std::string year_text = std::to_string(year);
+    Recordset& rsFatture = program_.database().rsFatture;
+    const auto open = [&](const std::string& sql) { rsFatture.open(sql, program_.database().dbConnection); };
+    // The walk goes by key, and only the row next to this one counts: one that is dated in another year stops
+    // it, also in the midst of a year.
+    const auto within_year = [&] {
+        return !rsFatture.eof() && !rsFatture.is_null("Data_Fattura") &&
+               year_of(rsFatture.date("Data_Fattura")) == year;
+    };
+
+    bool taken = false;
+    switch (index) {
+    case 0:
+        open("SELECT TOP 1 * FROM Fatture WHERE Anno=" + year_text + " ORDER BY ID ASC");
+        break;
+    case 1:
+        ChiudiRecordset();
+        open("SELECT * FROM Fatture WHERE ID <" + id_text + " ORDER BY ID DESC");
+        break;
+    case 2:
+        ChiudiRecordset();
+        open("SELECT * FROM Fatture WHERE ID >" + id_text + " ORDER BY ID ASC");
+        break;
+    case 3:
+        open("SELECT TOP 1 * FROM Fatture WHERE Anno=" + year_text + " ORDER BY ID DESC");
+        break;
+    case 4:
+        open("SELECT TOP 1 * FROM Fatture WHERE Anno<" + year_text + " ORDER BY ID DESC");
+        break;
+    case 5:
+        open("SELECT TOP 1 * FROM Fatture WHERE Anno>" + year_text + " ORDER BY ID ASC");
+        break;
+    default:
+        return;
+    }
+    taken = index == 1 || index == 2 ? within_year() : !rsFatture.eof();
+    if (taken) MostraFattura();
+    rsFatture.close();
+}
+
+} // namespace tarvello
