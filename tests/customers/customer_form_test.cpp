@@ -275,7 +275,7 @@ TEST_F(CustomerForm, MailGoesToTheAddressInItsBox) {
     form().cmdmail.click();
 }
 
-TEST_F(CustomerForm, TheCalculatorStartsWithTheNameAndBringsTheCode) {
+TEST_F(CustomerForm, TheCalculatorStartsWithTheName) {
     form().Toolbar1.press("Nuovo Cliente");
     fill(cognome, "Rossi");
     fill(nome, "Mario");
