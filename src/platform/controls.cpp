@@ -157,6 +157,7 @@ bool TextEntry::edit(std::string text, std::size_t caret) {
     act([&] {
         selection_start_ = std::min(caret, size);
         selection_length_ = 0;
+        if (text != text_) text_typed();
         put_text(std::move(text));
     });
     return true;

@@ -283,6 +283,8 @@ public:
 
 protected:
     virtual bool user_may_edit() const { return !locked_; }
+    /// The user is about to enter another text.
+    virtual void text_typed() {}
     /// Sets the text without an event. @return true if it is another one
     bool assign_text(std::string text);
     /// Sets the text and raises on_change if it is another one.
@@ -328,6 +330,7 @@ public:
 
 protected:
     bool user_may_edit() const override { return !locked() && !list_only_; }
+    void text_typed() override { list_index_ = -1; }
 
 private:
     std::vector<std::string> items_;

@@ -131,6 +131,13 @@ TEST_F(Controls, ComboChoosesAndTypes) {
     EXPECT_EQ(form->combo.list_index(), -1);
     EXPECT_EQ(events, 1);
     EXPECT_THROW(form->combo.set_list_index(2), Failure);
+    form->combo.choose(1);
+    form->combo.type("5");
+    EXPECT_EQ(form->combo.text(), "510");
+    EXPECT_EQ(form->combo.list_index(), -1) << "a typed text is no item";
+    form->combo.choose(1);
+    EXPECT_EQ(form->combo.text(), "10") << "the item can be chosen again";
+    form->combo.set_text("22");
     form->combo.set_list_only(true);
     form->combo.type("5");
     EXPECT_EQ(form->combo.text(), "22");
