@@ -1,16 +1,353 @@
 #include "invoices/invoice_form.h"
 
+#include "documents/register.h"
+#include "failure.h"
+#include "invoices/exemption_form.h"
 #include "platform/platform.h"
+#include "shell/main_window.h"
+#include "shell/net_functions.h"
+#include "text/numbers.h"
 
 namespace tarvello {
+namespace {
+
+/// The caption of CheckRivalsa while no wording has been chosen in the preferences.
+const char* const default_wording = "Rivalsa";
+
+} // namespace
 
 frmTarvello::frmTarvello(Program& program) : Form(program, "frmTarvello"), program_(program) {
-    set_caption("Fatture");
-    DTPicker1.set_date(program_.platform().clock.today());
+    Toolbar1.add_button("Nuova Fattura", "Nuova Fattura", new_picture);
+    Toolbar1.add_button("Modifica Dati", "Modifica Dati", change_picture);
+    Toolbar1.add_button("Crea file Word", "Crea file Word", "documento");
+    Toolbar1.add_button("Stampa Fattura", "Stampa Fattura", "stampa");
+    Toolbar1.add_button("Invia e-mail", "Invia e-mail", "posta");
+    Toolbar1.add_button("Annulla", "Annulla", "annulla");
+    Toolbar1.add_button("Show", "Show", "elenco");
+    Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
+    set_captions();
+    set_lists();
+    set_first_state();
+    connect_buttons();
+    connect_fields();
+
+    order_tabs({&txtAnagrafica[5], &txtNome, &txtAnagrafica[0], &cmdCalcolaCF, &txtAnagrafica[6],
+                &txtAnagrafica[1], &txtAnagrafica[2], &txtAnagrafica[4], &txtAnagrafica[3]});
+    order_tabs({&PrestazioneSingola[0], &txtImportoPrestazioni[0], &PrestazioneSingola[1],
+                &txtImportoPrestazioni[1], &PrestazioneSingola[2], &txtImportoPrestazioni[2],
+                &PrestazioneSingola[3], &txtImportoPrestazioni[3], &PrestazioneSingola[4],
+                &txtImportoPrestazioni[4]});
 }
 
-void frmTarvello::on_load() {}
+void frmTarvello::set_captions() {
+    cmdNavigazione[0].set_caption("Prima");
+    cmdNavigazione[1].set_tool_tip("Fattura precedente");
+    cmdNavigazione[1].set_picture("freccia-sinistra");
+    cmdNavigazione[2].set_tool_tip("Fattura successiva");
+    cmdNavigazione[2].set_picture("freccia-destra");
+    cmdNavigazione[3].set_caption("Ultima");
+    cmdNavigazione[4].set_caption("Anno Precedente");
+    cmdNavigazione[5].set_caption("Anno Successivo");
+    cmdNuovoAnnoFatturazione.set_caption("Nuovo Anno di Fatturazione");
+    cmdNuovoAnnoFatturazione.set_tool_tip(
+        "Permette di specificare un nuovo anno di emissione per le fatture.");
+    cmdCercaCliente.set_caption("Seleziona Cliente");
+    cmdCercaCliente.set_tool_tip("Seleziona Cliente / Inserisci Nuovo Cliente");
+    cmdCalcolaCF.set_caption("C.F.");
+    cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
+    cmdDettagliPrestazioni.set_caption("Dettagli");
+    CheckRivalsa.set_caption(default_wording);
+    CheckSpese.set_caption("Spese Anticipate es. IVA");
+    CheckRitenuta.set_caption("% R.A.");
+    CheckPagamento.set_caption("Pagamento");
+    cmdCalcola.set_caption("Calcola");
+    cmdNuovaFattura.set_caption("Nuova Fattura");
+    cmdModificaDati.set_caption("Modifica Dati");
+    cmdAnnulla.set_caption("Annulla");
+    cmdEliminaFattura.set_caption("Elimina Fattura");
+    cmdStampaFattura.set_caption("&Stampa Fattura");
+    cmdStampaFattura.set_tool_tip("Visualizza anteprima di stampa / Stampa fattura");
+    StampaWord.set_caption("Crea File Word");
+    StampaWord.set_tool_tip("Crea fattura in formato Microsoft Word (crea file)");
+    CheckEmail.set_caption("Invia e-mail");
+    cmdChiudi.set_caption("Chiudi");
+    cmdCerca.set_caption("Cerca Fattura");
+    Label7.set_caption("1. Anno");
+    Combo3.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
+    Label8.set_caption("2. Cerca in:");
+    Label4.set_caption("3. Cosa?");
+    cmdNota.set_tool_tip("Aggiungi / Visualizza Nota");
+    cmdNota.set_picture("freccia-giu");
+}
 
-void frmTarvello::on_unload(UnloadReason) {}
+void frmTarvello::set_lists() {
+    for (const char* item : {"4", "2"}) ComboPercentualeRivalsa.add_item(item);
+    for (const char* item : {"20", "10", "Esente"}) ComboIVAApplicata.add_item(item);
+    ComboIVASpeseAnticipate.add_item("0");
+    ComboIVASpeseAnticipate.set_list_index(0);
+    for (const char* item : {"20", "10"}) ComboRitenuta.add_item(item);
+    for (const char* item : {"100", "75", "50"}) ComboRitenutaSu.add_item(item);
+    for (int year = 2004; year <= 2020; ++year) Combo3.add_item(std::to_string(year));
+    for (const char* item :
+         {"Numero Fattura", "Codice Fiscale", "Partita IVA", "Nome", "Cognome/Ragione Sociale"}) {
+        Combo1.add_item(item);
+    }
+}
+
+void frmTarvello::set_first_state() {
+    DTPicker1.set_date(program_.platform().clock.today());
+    DTPicker_CURRENT_YEAR.set_date(DTPicker1.date());
+    for (Control* hidden :
+         {static_cast<Control*>(&txtCurrent_ID), static_cast<Control*>(&txtNuovoInserimento),
+          static_cast<Control*>(&txtfield_CURRENT_YEAR), static_cast<Control*>(&txtfield_CURRENT_MONTH),
+          static_cast<Control*>(&txtfield_CURRENT_DAY), static_cast<Control*>(&xtConnected),
+          static_cast<Control*>(&DTPicker_CURRENT_YEAR), static_cast<Control*>(&ComboIVASpeseAnticipate),
+          // Two buttons without a task.
+          static_cast<Control*>(&cmdDettagliPrestazioni), static_cast<Control*>(&Command1)}) {
+        hidden->set_visible(false);
+    }
+    for (Shape& shape : ShapeAnagrafica) shape.set_visible(false);
+    ShapeNome.set_visible(false);
+    for (Shape& shape : ShapePrestazioneSingola) shape.set_visible(false);
+    for (Shape& shape : ShapeImporto) shape.set_visible(false);
+    ShapeImportoSpeseAnticipate.set_visible(false);
+    // Results come from the calculation alone.
+    for (TextBox* result : {&txtImportoRivalsa, &txtImponibile, &txtIVA, &txtTotaleFattura,
+                            &txtRitenutaAcconto, &txtImportoNetto}) {
+        result->set_locked(true);
+    }
+    rivalsa_changed();
+    ritenuta_changed();
+    show_expenses(false);
+    txtPagamento.set_back_color(colors::grey);
+    for (Control* entry :
+         {static_cast<Control*>(&Combo1), static_cast<Control*>(&Combo3), static_cast<Control*>(&Text2)}) {
+        entry->set_enabled(false);
+    }
+    FrameNota.set_height(note_closed_height);
+}
+
+void frmTarvello::connect_buttons() {
+    Toolbar1.on_button_click = [this](ToolButton& button) { press_toolbar(button); };
+    for (std::size_t i = 0; i < cmdNavigazione.size(); ++i) {
+        cmdNavigazione[i].on_click = [this, i] { navigate(i); };
+    }
+    cmdCerca.on_click = [this] { search(); };
+    cmdNuovaFattura.on_click = [this] {
+        if (cmdNuovaFattura.caption() == "Nuova Fattura") {
+            start_new_invoice();
+        } else {
+            save_new_invoice();
+        }
+    };
+    cmdModificaDati.on_click = [this] {
+        if (cmdModificaDati.caption() == "Modifica Dati") {
+            start_change();
+        } else {
+            save_changed_invoice();
+        }
+    };
+    cmdAnnulla.on_click = [this] { cancel(); };
+    cmdEliminaFattura.on_click = [this] { delete_invoice(); };
+    cmdCalcola.on_click = [this] { Calcola(); };
+    cmdChiudi.on_click = [this] { unload(); };
+    CheckEmail.on_click = [this] { write_mail(); };
+    cmdNuovoAnnoFatturazione.on_click = [this] { start_numbering_year(); };
+    cmdNota.on_click = [this] { flip_note(); };
+    cmdCercaCliente.on_click = [this] { pick_customer(); };
+    cmdCalcolaCF.on_click = [this] { calculate_fiscal_code(); };
+}
+
+void frmTarvello::press_toolbar(const ToolButton& button) {
+    const std::pair<const char*, const CommandButton*> same_as[] = {
+        {"Nuova Fattura", &cmdNuovaFattura},
+        {"Modifica Dati", &cmdModificaDati},
+        {"Crea file Word", &StampaWord},
+        {"Stampa Fattura", &cmdStampaFattura},
+        {"Invia e-mail", &CheckEmail},
+        {"Annulla", &cmdAnnulla},
+        {"Chiudi", &cmdChiudi},
+    };
+    for (const auto& [key, command] : same_as) {
+        if (button.key() == key && command->on_click) command->on_click();
+    }
+    if (button.key() == "Show") program_.show_modal(program_.form<frmSelectYear>());
+}
+
+void frmTarvello::connect_fields() {
+    DTPicker1.on_change = [this] { date_changed(); };
+    CheckRivalsa.on_click = [this] { rivalsa_changed(); };
+    CheckSpese.on_click = [this] { spese_changed(); };
+    CheckRitenuta.on_click = [this] { ritenuta_changed(); };
+    CheckPagamento.on_click = [this] { pagamento_changed(); };
+    ComboIVASpeseAnticipate.on_click = [this] { expenses_rate_chosen(); };
+    for (CheckBox* box : {&CheckRivalsa, &CheckSpese, &CheckRitenuta, &CheckPagamento}) {
+        box->on_key_press = [box](int& key) {
+            if (key != keys::enter) return;
+            key = 0;
+            box->set_checked(!box->checked());
+        };
+    }
+    ComboRitenuta.on_key_press = [](int& key) {
+        if (key >= ' ' && (key < '0' || key > '9')) key = 0;
+    };
+
+    for (std::size_t i = 0; i < lines; ++i) {
+        mark(PrestazioneSingola[i], ShapePrestazioneSingola[i]);
+        mark(txtImportoPrestazioni[i], ShapeImporto[i]);
+        txtImportoPrestazioni[i].on_lost_focus = [this, i] { leave_amount(i); };
+    }
+    mark(txtImportoSpeseAnticipate, ShapeImportoSpeseAnticipate);
+    txtImportoSpeseAnticipate.on_lost_focus = [this] { leave_expenses(); };
+    for (std::size_t i = 0; i < txtAnagrafica.size(); ++i) {
+        mark(txtAnagrafica[i], ShapeAnagrafica[i]);
+        txtAnagrafica[i].on_key_press = [this](int& key) { key_in_customer(key); };
+        txtAnagrafica[i].on_lost_focus = [this, i] { leave_customer_field(i); };
+    }
+    mark(txtNome, ShapeNome);
+    txtNome.on_lost_focus = [this] { leave_name(); };
+}
+
+void frmTarvello::mark(TextBox& field, Shape& shape) {
+    field.on_change = [&field, &shape] { shape.set_visible(!field.empty()); };
+    field.on_got_focus = [&shape] { shape.set_visible(true); };
+    field.on_lost_focus = field.on_change;
+}
+
+void frmTarvello::on_load() {
+    set_caption("Fatture");
+    set_size(11655, 8865);
+    FrameRicerca.set_height(search_closed_height);
+    txtNuovoInserimento.clear();
+    BloccaFattura();
+    txtNumeroFattura.set_locked(true);
+    BloccaAnagrafica();
+    cmdNuovoAnnoFatturazione.set_enabled(false);
+    const std::string& wording = program_.main_window().txtProfessione.text();
+    const bool none = wording.empty() || wording == "False" || wording == "Falso";
+    CheckRivalsa.set_caption(none ? default_wording : wording);
+
+    ChiudiRecordset();
+    Recordset& rsFatture = program_.database().rsFatture;
+    rsFatture.open("SELECT * FROM Fatture ORDER BY ID DESC", program_.database().dbConnection);
+    if (!rsFatture.eof()) MostraFattura();
+    ChiudiRecordset();
+    txtfield_CURRENT_YEAR.set_text(std::to_string(year_of(DTPicker1.date())));
+    txtfield_CURRENT_MONTH.set_text(std::to_string(month_of(DTPicker1.date())));
+    txtfield_CURRENT_DAY.set_text(std::to_string(day_of(DTPicker1.date())));
+}
+
+void frmTarvello::on_unload(UnloadReason) { ChiudiRecordset(); }
+
+void frmTarvello::ChiudiRecordset() {
+    Database& database = program_.database();
+    skip_failures([&] { database.rsFatture.close(); }, [&] { database.rsClienti.close(); },
+                  [&] { database.rsIntestazione.close(); }, [&] { database.rsReport.close(); });
+}
+
+void frmTarvello::rivalsa_changed() {
+    const bool charged = CheckRivalsa.checked();
+    ComboPercentualeRivalsa.clear();
+    ComboPercentualeRivalsa.set_enabled(charged);
+    ComboPercentualeRivalsa.set_back_color(charged ? colors::white : colors::grey);
+    txtImportoRivalsa.set_enabled(charged);
+    if (charged) {
+        ComboPercentualeRivalsa.set_text(program_.main_window().txt_RIVALSA_default.text());
+    } else {
+        txtImportoRivalsa.clear();
+    }
+}
+
+void frmTarvello::ritenuta_changed() {
+    const bool charged = CheckRitenuta.checked();
+    for (ComboBox* combo : {&ComboRitenuta, &ComboRitenutaSu}) {
+        combo->set_enabled(charged);
+        combo->set_back_color(charged ? colors::white : colors::grey);
+    }
+    if (charged) {
+        ComboRitenuta.set_text(program_.main_window().txt_Ritenuta_default.text());
+        ComboRitenutaSu.set_text(program_.main_window().txt_RitenutaSu_default.text());
+    } else {
+        txtRitenutaAcconto.clear();
+        LabelRitenuta.set_caption({});
+    }
+}
+
+void frmTarvello::show_expenses(bool part_of_invoice) {
+    txtImportoSpeseAnticipate.set_enabled(part_of_invoice);
+    txtImportoSpeseAnticipate.set_visible(part_of_invoice);
+    ShapeImportoSpeseAnticipate.set_back_color(part_of_invoice ? colors::white : colors::grey);
+}
+
+void frmTarvello::spese_changed() {
+    // Outside of the new and modify modes a row is being shown: its expenses come from the row, no dialog.
+    if (!FrameBloccaFattura.enabled()) return;
+    if (!CheckSpese.checked()) {
+        txtImportoSpeseAnticipate.clear();
+        show_expenses(false);
+        txtArticoloEsenzione.clear();
+        return;
+    }
+    txtImportoSpeseAnticipate.set_enabled(true);
+    ShapeImportoSpeseAnticipate.set_back_color(colors::white);
+    txtArticoloEsenzione.set_enabled(true);
+    program_.show_modal(program_.form<frmArticoloEsenzione>());
+    // A cancelled dialog has taken the tick away, and with it the expenses.
+    if (CheckSpese.checked()) txtImportoSpeseAnticipate.set_visible(true);
+}
+
+void frmTarvello::expenses_rate_chosen() {
+    if (!FrameBloccaFattura.enabled()) return;
+    if (ComboIVASpeseAnticipate.text() == "0") {
+        auto& dialog = program_.form<frmArticoloEsenzione>();
+        dialog.txtparam.set_text("1");
+        program_.show_modal(dialog);
+    }
+    txtArticoloEsenzione.clear();
+}
+
+void frmTarvello::pagamento_changed() {
+    if (!CheckPagamento.checked()) {
+        txtPagamento.set_back_color(colors::grey);
+        txtPagamento.clear();
+        return;
+    }
+    txtPagamento.set_back_color(colors::white);
+    // Without a letterhead there is no bank to add: the box works all the same.
+    Recordset& rsIntestazione = program_.database().rsIntestazione;
+    skip_failures([&] { rsIntestazione.close(); },
+                  [&] {
+                      rsIntestazione.open("SELECT * FROM DatiIntestazione", program_.database().dbConnection);
+                      if (rsIntestazione.eof()) return;
+                      txtPagamento.set_text(txtPagamento.text() + rsIntestazione.text_or_empty("Banca") +
+                                            "\nABI: " + rsIntestazione.text_or_empty("ABI") +
+                                            "\nCAB: " + rsIntestazione.text_or_empty("CAB") +
+                                            "\nC/C: " + rsIntestazione.text_or_empty("CC"));
+                  },
+                  [&] { rsIntestazione.close(); });
+}
+
+void frmTarvello::flip_note() {
+    if (FrameNota.height() == note_open_height) {
+        FrameNota.set_height(note_closed_height);
+    } else if (FrameNota.height() == note_closed_height) {
+        FrameNota.set_height(note_open_height);
+    }
+}
+
+void frmTarvello::write_mail() {
+    ChiudiRecordset();
+    Recordset& rsClienti = program_.database().rsClienti;
+    rsClienti.open("SELECT * FROM Clienti WHERE Numero_Cliente=" +
+                       plain_number(leading_number(ComboNumeroCliente.text())),
+                   program_.database().dbConnection);
+    const std::string address = rsClienti.eof() ? std::string() : rsClienti.text_or_empty("posta");
+    rsClienti.close();
+    if (address.empty()) {
+        program_.message("Indirizzo e-mail assente.", BoxIcon::information);
+    } else {
+        ApriMail(program_, address);
+    }
+}
 
 } // namespace tarvello

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "invoices/invoice_amounts.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "shell/program.h"
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvello {
 
@@ -148,33 +149,53 @@ protected:
     void on_unload(UnloadReason reason) override;
 
 private:
+    // Pictures of the tool bar by mode.
+    static constexpr const char* new_picture = "nuova-fattura";
+    static constexpr const char* change_picture = "modifica";
+    static constexpr const char* save_picture = "salva";
+
+    /// A column of the row to be written, with its text as it goes between the apostrophes of the statement.
+    struct ColumnText {
+        std::string column;
+        std::string text;
+    };
+
     // invoice_form.cpp
+    void set_captions();
+    void set_lists();
+    void set_first_state();
     void connect_buttons();
+    void press_toolbar(const ToolButton& button);
     void connect_fields();
-    void press_toolbar(ToolButton& button);
-    /// Shows a marker while its field holds text or has the focus.
-    void mark(TextBox& field, Shape& shape);
-    /// What the expenses look like while they are part of the invoice, or while they are not.
-    void show_expenses(bool part_of_invoice);
+    /// Keeps a marker on view while its field holds text or has the focus.
+    static void mark(TextBox& field, Shape& shape);
     void rivalsa_changed();
     void ritenuta_changed();
     void spese_changed();
+    /// The look of the expenses while they are part of the invoice, or while they are not.
+    void show_expenses(bool part_of_invoice);
+    void expenses_rate_chosen();
     void pagamento_changed();
+    void flip_note();
+    void write_mail();
+
+    // invoice_modes.cpp
+    void lock_invoice(bool locked);
+    void show_toolbar_mode(std::size_t place, const std::string& caption, const char* picture);
     void start_new_invoice();
     void start_change();
     void cancel();
     void delete_invoice();
-    void flip_note();
-    void write_mail();
 
     // invoice_show.cpp
+    void copy_column(std::string_view column, TextEntry& field);
     void show_rivalsa();
     void show_spese();
     void show_ritenuta();
     void show_pagamento();
 
     // invoice_calculation.cpp
-    std::array<std::string_view, lines> line_amounts() const;
+    invoice_amounts::Lines line_amounts() const;
     bool ready_to_calculate();
     void calculate_rivalsa();
     void calculate_imponibile();
@@ -196,7 +217,9 @@ private:
     void pick_customer();
     void key_in_customer(int& key);
     void leave_customer_field(std::size_t field);
+    void leave_name();
     void calculate_fiscal_code();
+    bool is_in_register(const std::string& column, const std::string& value);
     /// Adds the customer of the block to the register if the block is marked as new.
     /// @return false if a customer with that fiscal code or VAT number is there already
     bool insert_new_customer();
@@ -206,7 +229,9 @@ private:
     void save_changed_invoice();
     bool is_complete();
     bool every_field_is_filled();
-    void write(std::string_view action);
+    std::vector<ColumnText> column_texts() const;
+    void insert_invoice();
+    void update_invoice();
 
     // invoice_navigation.cpp
     /// The move of cmdNavigazione(index).

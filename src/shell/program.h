@@ -5,6 +5,7 @@
 #include "store/database.h"
 
 #include <functional>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,6 +28,8 @@ public:
 
     /// Name of the invoicing person or company.
     std::string NomeIntestatario;
+    /// The invoicing year that dates are compared with: that of the newest invoice.
+    std::int16_t AnnoCorrente = 0;
     /// The address that was last opened in the user's browser.
     std::string opened_address;
     /// The automatic backup at the end of a session: copies the closed database file to the chosen place.

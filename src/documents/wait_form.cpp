@@ -1,9 +1,0 @@
-#include "documents/wait_form.h"
-
-#include "shell/program.h"
-
-namespace tarvello {
-
-frmAttesa::frmAttesa(Program& program) : Form(program, "frmAttesa") { set_caption("Tarvello 4"); }
-
-} // namespace tarvello
