@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/controls.h"
+#include "platform/form.h"
+
+#include <string>
+
+namespace tarvello {
+
+class Program;
+
+/// A page of help: a title and a text of several lines.
+class frmHelp : public Form {
+public:
+    explicit frmHelp(Program& program);
+
+    TextBox Text1{*this, "Text1"};
+    CommandButton Command1{*this, "Command1"};
+
+    /// What the page says; before it is shown.
+    void set_page(const std::string& title, const std::string& text);
+};
+
+/// Shows a page of help and returns when it has been closed.
+void show_help(Program& program, const std::string& title, const std::string& text);
+
+} // namespace tarvello

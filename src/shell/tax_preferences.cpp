@@ -1,0 +1,146 @@
+#include "shell/tax_preferences.h"
+
+#include "shell/main_window.h"
+#include "shell/program.h"
+#include "shell/settings.h"
+
+namespace tarvello {
+
+namespace {
+
+const char* const nothing_in_use = "---";
+
+} // namespace
+
+frmImpostazioni::frmImpostazioni(Program& program) : Form(program, "frmImpostazioni"), program_(program) {
+    set_texts();
+    connect();
+}
+
+void frmImpostazioni::set_texts() {
+    set_caption("Impostazioni");
+
+    Label1.set_caption("Impostazioni di Rivalsa");
+    Frame1.set_caption("Dicitura Rivalsa");
+    Option1.set_caption("Usa la dicitura \"Rivalsa\"");
+    Option2.set_caption("Personalizza");
+    Label4.set_caption("Dicitura usata attualmente:");
+    Frame2.set_caption("Aliquota Rivalsa");
+    for (const char* rate : {"4", "2"}) ComboRivalsa.add_item(rate);
+    Label5.set_caption("Aliquota usata attualmente:");
+    Check1.set_caption("Includi Rivalsa 4% nel calcolo della R.A.");
+    CheckEscludiRivalsaImponibile.set_caption(
+        "Esludi la rivalsa dal calcolo dell'imponibile (Rivalsa esente da IVA)");
+
+    Label2.set_caption("Impostazioni I.V.A.");
+    Frame3.set_caption("Aliquota IVA Predefinita");
+    for (const char* rate : {"20", "10", "Esente"}) ComboIVAApplicata.add_item(rate);
+
+    Label3.set_caption("Impostazioni Ritenuta Acconto");
+    Frame4.set_caption("Aliquota Ritenuta Acconto Predefinita");
+    for (const char* rate : {"20", "10"}) ComboRitenuta.add_item(rate);
+    for (const char* share : {"50", "75", "100"}) ComboRitenutaSu.add_item(share);
+    Label6.set_caption("% dell'imponibile");
+
+    for (Label* in_use : {&Label13, &Label18, &Label14, &Label17}) in_use->set_caption(nothing_in_use);
+    for (CommandButton* save : {&Command1, &Command3, &Command4}) {
+        save->set_caption("&Salva");
+        save->set_enabled(false);
+    }
+    Text1.set_enabled(false);
+    Command2.set_caption("Chiudi");
+}
+
+void frmImpostazioni::connect() {
+    const auto allows = [](CommandButton& save) { return [&save] { save.set_enabled(true); }; };
+
+    Option1.on_click = [this] {
+        Text1.set_enabled(false);
+        Command1.set_enabled(true);
+    };
+    Option2.on_click = [this] {
+        Command1.set_enabled(true);
+        Text1.set_enabled(true);
+        Text1.set_text("Indicare la dicitura desiderata");
+    };
+    Text1.on_change = allows(Command1);
+    Check1.on_click = [this] {
+        Command1.set_enabled(true);
+        if (Check1.checked()) ComboRivalsa.set_text("4");
+    };
+    ComboRivalsa.on_change = ComboRivalsa.on_click = [this] { rate_changed(); };
+    CheckEscludiRivalsaImponibile.on_click = [this] {
+        Command1.set_enabled(true);
+        // At once, not at the save: the invoice form computes by the main window's box.
+        program_.main_window().CheckEscludiRivalsaImponibile.set_checked(
+            CheckEscludiRivalsaImponibile.checked());
+    };
+    Command1.on_click = [this] { save_surcharge(); };
+
+    ComboIVAApplicata.on_change = ComboIVAApplicata.on_click = allows(Command3);
+    Command3.on_click = [this] { save_vat(); };
+
+    for (ComboBox* combo : {&ComboRitenuta, &ComboRitenutaSu}) {
+        combo->on_change = combo->on_click = allows(Command4);
+    }
+    Command4.on_click = [this] { save_withholding(); };
+
+    Command2.on_click = [this] { unload(); };
+}
+
+void frmImpostazioni::on_load() {
+    Option1.set_selected(true);
+    ReadValueSetting(program_, Check1);
+    ReadValueSetting(program_, CheckEscludiRivalsaImponibile);
+    show_values_in_use();
+    // What the load itself has changed is nothing to save.
+    for (CommandButton* save : {&Command1, &Command3, &Command4}) save->set_enabled(false);
+}
+
+void frmImpostazioni::show_values_in_use() {
+    const MDIForm1& main = program_.main_window();
+    Label13.set_caption(main.txtProfessione.text());
+    if (!main.txt_IVA_default.empty()) Label14.set_caption(main.txt_IVA_default.text() + " %");
+    if (!main.txt_Ritenuta_default.empty()) {
+        Label17.set_caption(main.txt_Ritenuta_default.text() + "% su " + main.txt_RitenutaSu_default.text() +
+                            "% Imponibile");
+    }
+    const std::string& rate = main.txt_RIVALSA_default.text();
+    if (rate.empty()) return;
+    if (!Check1.checked()) {
+        Label18.set_caption(rate + " %");
+    } else if (rate == "4") {
+        Label18.set_caption(rate + " % (Inclusa nel calcolo R.A.)");
+    }
+}
+
+void frmImpostazioni::rate_changed() {
+    Command1.set_enabled(true);
+    if (ComboRivalsa.text() == "2") Check1.set_checked(false);
+}
+
+void frmImpostazioni::save_surcharge() {
+    SaveValueSetting(program_, Check1);
+    SaveValueSetting(program_, CheckEscludiRivalsaImponibile);
+    MDIForm1& main = program_.main_window();
+    main.txtProfessione.set_text(Text1.enabled() ? Text1.text() : "Rivalsa");
+    main.txt_RIVALSA_default.set_text(ComboRivalsa.text());
+    program_.message("Impostazioni rivalsa salvate correttamente.", BoxIcon::information);
+    Command1.set_enabled(false);
+}
+
+void frmImpostazioni::save_vat() {
+    program_.main_window().txt_IVA_default.set_text(ComboIVAApplicata.text());
+    program_.message("Impostazioni IVA salvate correttamente.", BoxIcon::information);
+    Command3.set_enabled(false);
+}
+
+void frmImpostazioni::save_withholding() {
+    MDIForm1& main = program_.main_window();
+    main.txt_Ritenuta_default.set_text(ComboRitenuta.text());
+    main.txt_RitenutaSu_default.set_text(ComboRitenutaSu.text());
+    program_.message("Impostazioni Ritenuta d'Acconto salvate correttamente.", BoxIcon::information);
+    Command4.set_enabled(false);
+}
+
+} // namespace tarvello
