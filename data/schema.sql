@@ -18,6 +18,13 @@ CREATE TABLE Clienti (
     Appunti TEXT
 );
 
+-- Looked up without regard to letter case: the first index of each pair answers within ASCII, the second holds the
+-- few rows whose text has more than ASCII, which SQLite itself cannot fold.
+CREATE INDEX Clienti_Codice_Fiscale ON Clienti (Codice_Fiscale COLLATE NOCASE);
+CREATE INDEX Clienti_Codice_Fiscale_oltre_ASCII ON Clienti (Codice_Fiscale) WHERE Codice_Fiscale GLOB '*[^ -~]*';
+CREATE INDEX Clienti_Partita_IVA ON Clienti (Partita_IVA COLLATE NOCASE);
+CREATE INDEX Clienti_Partita_IVA_oltre_ASCII ON Clienti (Partita_IVA) WHERE Partita_IVA GLOB '*[^ -~]*';
+
 CREATE TABLE Fatture (
     ID INTEGER PRIMARY KEY AUTOINCREMENT,
     Numero_Fattura INTEGER,
@@ -62,6 +69,9 @@ CREATE TABLE Fatture (
     Check_Pagamento TEXT,
     Pagamento TEXT
 );
+
+CREATE INDEX Fatture_Anno ON Fatture (Anno);
+CREATE INDEX Fatture_Numero_Cliente ON Fatture (Numero_Cliente);
 
 CREATE TABLE DatiIntestazione (
     Nome_Azienda TEXT,

@@ -84,22 +84,24 @@ void frmClienti::connect_commands() {
     struct Text {
         const char* caption;
         const char* tool_tip;
+        const char* picture;
     };
-    const Text texts[] = {{"Primo", "Visualizza primo cliente"},
-                          {"", "Cliente precedente"},
-                          {"", "Cliente successivo"},
-                          {"Ultimo", "Visualizza ultimo cliente"},
-                          {"Elimina Cliente", "Elimina il cliente corrente"},
-                          {"Modifica Dati", "Modifica i dati del cliente corrente"},
-                          {"Nuovo Cliente", "Inserisci un nuovo cliente"},
-                          {"Annulla", "Annulla procedura corrente"},
-                          {"Cerca Cliente", ""},
-                          {"Chiudi", ""},
-                          {"don't delete", "Inserisci un nuovo cliente"},
-                          {"don't delete", "Inserisci un nuovo cliente"}};
+    const Text texts[] = {{"Primo", "Visualizza primo cliente", "primo"},
+                          {"", "Cliente precedente", ""},
+                          {"", "Cliente successivo", ""},
+                          {"Ultimo", "Visualizza ultimo cliente", "ultimo"},
+                          {"Elimina Cliente", "Elimina il cliente corrente", "elimina"},
+                          {"Modifica Dati", "Modifica i dati del cliente corrente", ""},
+                          {"Nuovo Cliente", "Inserisci un nuovo cliente", ""},
+                          {"Annulla", "Annulla procedura corrente", ""},
+                          {"Cerca Cliente", "", "cerca"},
+                          {"Chiudi", "", ""},
+                          {"don't delete", "Inserisci un nuovo cliente", ""},
+                          {"don't delete", "Inserisci un nuovo cliente", ""}};
     cmd.each([&](std::size_t i, CommandButton& button) {
         button.set_caption(texts[i].caption);
         button.set_tool_tip(texts[i].tool_tip);
+        button.set_picture(texts[i].picture);
         button.on_click = [this, i] { press(i); };
     });
     Frame3.set_visible(false);

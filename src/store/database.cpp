@@ -131,4 +131,12 @@ void Recordset::need_row() const {
     if (!row_) throw Failure(failure_number::no_current_record, source, "Nessuna riga corrente.");
 }
 
+// Database
+
+void Database::close_results() {
+    for (Recordset* result : {&rsFatture, &rsClienti, &rsIntestazione, &rsRiserva}) {
+        if (result->is_open()) result->close();
+    }
+}
+
 } // namespace tarvello

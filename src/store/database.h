@@ -87,6 +87,9 @@ struct Database {
     Recordset rsIntestazione; ///< statements on DatiIntestazione
     Recordset rsRiserva;      ///< serves nothing, is only ever closed
     Recordset rsReport;       ///< the rows behind a print report
+
+    /// Closes the shared results but for rsReport; one that is not open is no fault.
+    void close_results();
 };
 
 } // namespace tarvello

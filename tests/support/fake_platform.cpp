@@ -178,6 +178,7 @@ FakePlatform::FakePlatform() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tarvello-XXXXXX").string();
     if (!::mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder: " << pattern;
     program_directory = pattern;
+    std::filesystem::create_directory(program_directory + "/modelli"); // as it is installed
 }
 
 FakePlatform::~FakePlatform() {

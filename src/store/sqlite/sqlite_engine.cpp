@@ -68,24 +68,28 @@ const char* operator_text(Comparison comparison) {
 
 std::string parameter(int& count) { return "?" + std::to_string(++count); }
 
-std::string condition_sql(const Column& column, Comparison comparison, int& parameters) {
+std::string condition_sql(const Table& table, std::size_t place, Comparison comparison, int& parameters) {
+    const Column& column = table.columns[place];
     const std::string name = quoted_name(column.name);
     const std::string value = parameter(parameters);
     if (comparison == Comparison::like) return "matches(" + name + "," + value + ")";
     if (column.type != ColumnType::text) return name + operator_text(comparison) + value;
-    const std::string same = name + operator_text(comparison) + value + " COLLATE ignoring_case";
-    if (comparison != Comparison::equal) return same;
-    // The two indexes of a looked-up column answer the first condition: one by the text without regard to
-    // case in ASCII, the other holding the few rows that have more than ASCII. The second one decides.
-    return "(" + name + "=" + value + " COLLATE NOCASE OR " + name + " GLOB '*[^ -~]*') AND " + same;
+    const std::string holds = name + operator_text(comparison) + value + " COLLATE ignoring_case";
+    if (comparison != Comparison::equal || !table.key) return holds;
+    // A column that is looked up has two indexes, see data/schema.sql. Each answers one half of the list;
+    // what holds is decided afterwards on the few rows of it.
+    const std::string key = quoted_name(table.columns[*table.key].name);
+    const std::string keys = "SELECT " + key + " FROM " + quoted_name(table.name) + " WHERE " + name;
+    return key + " IN (" + keys + "=" + value + " COLLATE NOCASE UNION ALL " + keys +
+           " GLOB '*[^ -~]*') AND " + holds;
 }
 
 std::string where_sql(const Statement& statement, const Plan& plan, int& parameters) {
     std::string sql;
     for (std::size_t i = 0; i < statement.conditions.size(); ++i) {
         sql += i == 0 ? " WHERE " : " AND ";
-        sql += condition_sql(plan.table->columns[plan.places.conditions[i]],
-                             statement.conditions[i].comparison, parameters);
+        sql += condition_sql(*plan.table, plan.places.conditions[i], statement.conditions[i].comparison,
+                             parameters);
     }
     return sql;
 }

@@ -1,0 +1,20 @@
+#include "documents/letterhead.h"
+
+#include "shell/program.h"
+
+namespace tarvello {
+
+std::string templates_folder(Program& program) { return program.in_program_directory("modelli"); }
+
+bool open_letterhead(Program& program) {
+    Database& database = program.database();
+    database.close_results();
+    database.rsIntestazione.open("SELECT * FROM DatiIntestazione", database.dbConnection);
+    if (!database.rsIntestazione.eof()) return true;
+    program.message("Per eseguire la stampa è necessario inserire i dati di intestazione",
+                    BoxIcon::information);
+    database.close_results();
+    return false;
+}
+
+} // namespace tarvello

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace tarvello {
+
+class Program;
+
+/// The folder of the templates, below the program's own.
+std::string templates_folder(Program& program);
+
+/// The file in the folder of the templates that names the template in force, in its one line.
+inline const std::string print_conf = "print.conf";
+
+/// Closes the shared results and opens the letterhead. Without one the user is told so, and the results are
+/// closed again.
+/// @return true if rsIntestazione stands on the letterhead
+bool open_letterhead(Program& program);
+
+} // namespace tarvello

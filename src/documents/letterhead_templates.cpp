@@ -1,0 +1,115 @@
+#include "documents/letterhead.h"
+#include "documents/letterhead_form.h"
+
+#include "db_tools/copy_file.h"
+#include "failure.h"
+#include "shell/program.h"
+
+#include <sstream>
+
+/// The tab of the letterhead form that has to do with templates of word processor documents.
+namespace tarvello {
+namespace {
+
+/// Disables a button until the end of the scope, whatever happens.
+class Disabled {
+public:
+    explicit Disabled(Control& control) : control_(control) { control_.set_enabled(false); }
+    ~Disabled() { control_.set_enabled(true); }
+    Disabled(const Disabled&) = delete;
+    Disabled& operator=(const Disabled&) = delete;
+
+private:
+    Control& control_;
+};
+
+} // namespace
+
+std::string frmIntestazioneFatture::in_templates(const std::string& name) const {
+    return templates_folder(program_) + program_.platform().separator + name;
+}
+
+std::string frmIntestazioneFatture::working_copy(const std::string& name) {
+    const std::string folder = program_.in_program_directory("temp");
+    program_.platform().files.make_folder(folder);
+    return folder + program_.platform().separator + name;
+}
+
+void frmIntestazioneFatture::list_templates(const std::string& pattern) {
+    Files& files = program_.platform().files;
+    const std::string folder = templates_folder(program_);
+    if (!files.folder_exists(folder)) {
+        throw Failure(failure_number::file_not_found, "File", "La cartella \"" + folder + "\" non esiste.");
+    }
+    File1.set_items(files.files_in(folder, pattern));
+}
+
+void frmIntestazioneFatture::save_template() {
+    const std::string path = in_templates(txtModello.text());
+    try {
+        program_.platform().files.write(in_templates(print_conf), path + "\r\n");
+        program_.message("Impostazioni modello fattura per stampa su file salvate correttamente.",
+                         BoxIcon::information);
+        txtModelloAttuale.set_text(path);
+        Command5.set_enabled(false);
+    } catch (const Failure&) { // whatever it was, the user reads the same
+        program_.message("Impossibile salvare le impostazioni.", BoxIcon::critical);
+    }
+}
+
+void frmIntestazioneFatture::preview_template() {
+    if (txtModello.empty()) {
+        program_.message("Selezionare un modello dalla lista.", BoxIcon::information);
+        return;
+    }
+    or_show_failure([this] {
+        const Disabled busy(cmdAnteprimaModelli);
+        const auto application = program_.platform().word_processor.start();
+        application->open_read_only(in_templates(txtModello.text()));
+        application->save_as(working_copy("anteprima"));
+        application->show();
+    });
+}
+
+void frmIntestazioneFatture::start_template() {
+    or_show_failure([this] {
+        const Disabled busy(cmdNuovoModello);
+        const auto application = program_.platform().word_processor.start();
+        application->open_read_only(in_templates("Standard.doc"));
+        program_.message(
+            "Per creare un nuovo modello modificare la fattura che verrà visualizzata e poi salvarlo col "
+            "nome voluto nella cartella: " +
+                templates_folder(program_) +
+                "\n\nN.B.  Non omettere nessuna delle voci presenti nella fattura!",
+            BoxIcon::information);
+        application->save_as(working_copy("nuovo-modello"));
+        application->show();
+    });
+}
+
+void frmIntestazioneFatture::import_template() {
+    const FileFilter filter = Option1.selected() ? FileFilter{"Rich Text Format files (*.rtf)", "*.rtf"}
+                                                 : FileFilter{"Microsoft Word files (*.doc)", "*.doc"};
+    const auto path = program_.platform().dialogs.open_file({"Importa copia dei dati", {filter}});
+    if (!path) return;
+    if (CopiaFile(program_.platform(), *path, templates_folder(program_), true, true)) {
+        program_.message("Importazione modello completata.", BoxIcon::information);
+    } else {
+        program_.message("Errore nella copia del file.", BoxIcon::critical);
+    }
+}
+
+void frmIntestazioneFatture::read_template_in_force() {
+    // This reader looks in the program's own folder, one above the place where the file is written. So it
+    // finds something only where the user has put a copy there.
+    std::istringstream lines(program_.platform().files.read(program_.in_program_directory(print_conf)));
+    std::string last;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.ends_with('\r')) line.pop_back();
+        if (line.empty()) return; // an empty line ends the reading, with nothing shown
+        last = line;
+    }
+    txtModelloAttuale.set_text(last);
+}
+
+} // namespace tarvello

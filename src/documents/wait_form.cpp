@@ -1,0 +1,9 @@
+#include "documents/wait_form.h"
+
+#include "shell/program.h"
+
+namespace tarvello {
+
+frmAttesa::frmAttesa(Program& program) : Form(program, "frmAttesa") { set_caption("Tarvello 4"); }
+
+} // namespace tarvello
