@@ -3,6 +3,8 @@
 #include "failure.h"
 #include "text/letter_case.h"
 
+#include <algorithm>
+
 namespace tarvello {
 namespace {
 
@@ -75,8 +77,17 @@ void Recordset::move_first() {
 std::size_t Recordset::column(std::string_view name) const {
     need_open();
     const auto& columns = rows_->columns();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (equal_ignoring_case(columns[i].name, name)) return i;
+    if (next_column_ >= columns.size()) next_column_ = 0;
+    if (columns[next_column_].name == name) return next_column_++;
+    const auto find = [&](auto same) {
+        const auto found = std::find_if(columns.begin(), columns.end(), same);
+        if (found == columns.end()) return false;
+        next_column_ = static_cast<std::size_t>(found - columns.begin()) + 1;
+        return true;
+    };
+    if (find([&](const store::Column& column) { return column.name == name; }) ||
+        find([&](const store::Column& column) { return equal_ignoring_case(column.name, name); })) {
+        return next_column_ - 1;
     }
     throw Failure(failure_number::no_such_element, source,
                   "La colonna \"" + std::string(name) + "\" non esiste.");

@@ -73,8 +73,9 @@ private:
     std::unique_ptr<store::RowSource> rows_;
     Connection* connection_ = nullptr;
     std::string sql_;
-    bool row_ = false;   // a current row
-    bool first_ = false; // and it is the first one
+    bool row_ = false;                    // a current row
+    bool first_ = false;                  // and it is the first one
+    mutable std::size_t next_column_ = 0; // behind the one last looked up: forms mostly read them in order
 };
 
 /// The connection and the shared recordsets of the session.

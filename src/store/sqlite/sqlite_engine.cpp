@@ -260,21 +260,21 @@ public:
 
     ValueView value(std::size_t column) const override {
         need_open();
-        sqlite3_stmt* const statement = run_.statement();
-        const int index = static_cast<int>(column);
-        switch (sqlite3_column_type(statement, index)) {
+        // One look at the column for all that is asked of it. Such a value is not guarded against other
+        // threads, of which there are none.
+        sqlite3_value* const found = sqlite3_column_value(run_.statement(), static_cast<int>(column));
+        switch (sqlite3_value_type(found)) {
         case SQLITE_INTEGER:
-            return static_cast<std::int64_t>(sqlite3_column_int64(statement, index));
+            return static_cast<std::int64_t>(sqlite3_value_int64(found));
         case SQLITE_FLOAT:
-            return sqlite3_column_double(statement, index);
+            return sqlite3_value_double(found);
         case SQLITE_NULL:
             return std::monostate();
         default:
             break;
         }
-        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, index));
-        const std::string_view text(bytes ? bytes : "",
-                                    static_cast<std::size_t>(sqlite3_column_bytes(statement, index)));
+        const auto* bytes = static_cast<const char*>(sqlite3_value_blob(found));
+        const std::string_view text(bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(found)));
         if (columns()[column].type == ColumnType::date) {
             if (const auto date = iso_date(text)) return *date;
         }

@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+"""Prints the rows of the benchmarks as one table: medians, the ratio to the floor, and whether it is in reach.
+
+The names of the benchmarks say what belongs together (see row.h): "work|ours|1.5 x" and "work|floor", or
+"work|ours|10 us" for a work without a floor.
+"""
+
+import json
+import sys
+
+
+def in_words(nanoseconds):
+    for unit, size in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def main(paths):
+    ours, floors = {}, {}
+    for path in paths:
+        with open(path, encoding="utf-8") as file:
+            # The repetitions come mixed; the rows stand in the order in which they are registered.
+            for run in sorted(json.load(file)["benchmarks"], key=lambda run: run["family_index"]):
+                if run.get("aggregate_name") != "median":
+                    continue
+                unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
+                work, kind, *reach = run["run_name"].split("/real_time")[0].split("|")
+                if kind == "floor":
+                    floors[work] = run["real_time"] * unit
+                else:
+                    ours[work] = (run["real_time"] * unit, reach[0])
+
+    print("| work | ours | floor | ratio | reach | |")
+    print("|---|---|---|---|---|---|")
+    for work, (time, reach) in ours.items():
+        limit, unit = reach.split()
+        if unit == "x":
+            if work not in floors:
+                sys.exit(f"no floor was measured for: {work}")
+            ratio = time / floors[work]
+            floor, shown, reached = in_words(floors[work]), f"{ratio:.2f} x", ratio <= float(limit)
+        else:
+            floor, shown, reached = "-", "-", time <= float(limit) * 1e3
+            reach = in_words(float(limit) * 1e3)
+        print(f"| {work} | {in_words(time)} | {floor} | {shown} | {reach} | {'in reach' if reached else 'MISSED'} |")
+
+
+main(sys.argv[1:])
