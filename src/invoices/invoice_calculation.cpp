@@ -2,20 +2,12 @@
 #include "invoices/invoice_amounts.h"
 #include "invoices/invoice_form.h"
 #include "shell/main_window.h"
-#include "shell/version.h"
+#include "shell/settings.h"
+#include "shell/tax_preferences.h"
 #include "text/currency.h"
 
 /// The calculation on the form: which texts go into the steps of invoice_amounts and where their results go.
 namespace tarvello {
-namespace {
-
-/// True if a surcharge of 4% counts in the base of the withholding, as the tax preferences were last saved.
-bool withholding_on_rivalsa(Program& program) {
-    return program.platform().settings.read(application_name, "Check1", "value") == "1";
-}
-
-} // namespace
-
 invoice_amounts::Lines frmTarvello::line_amounts() const {
     invoice_amounts::Lines texts;
     for (std::size_t i = 0; i < lines; ++i) texts[i] = txtImportoPrestazioni[i].text();
@@ -99,8 +91,11 @@ void frmTarvello::calculate_ritenuta() {
         txtRitenutaAcconto.clear();
         return;
     }
+    // As the preferences were last saved, whatever their window shows at the moment.
+    CheckBox& on_rivalsa = program_.form<frmImpostazioni>().Check1;
+    ReadValueSetting(program_, on_rivalsa);
     std::optional<std::string_view> rivalsa;
-    if (withholding_on_rivalsa(program_) && !program_.main_window().CheckEscludiRivalsaImponibile.checked() &&
+    if (on_rivalsa.checked() && !program_.main_window().CheckEscludiRivalsaImponibile.checked() &&
         CheckRivalsa.checked() && ComboPercentualeRivalsa.text() == "4") {
         rivalsa = txtImportoRivalsa.text();
     }

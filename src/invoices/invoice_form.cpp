@@ -341,7 +341,7 @@ void frmTarvello::write_mail() {
     rsClienti.open("SELECT * FROM Clienti WHERE Numero_Cliente=" +
                        plain_number(leading_number(ComboNumeroCliente.text())),
                    program_.database().dbConnection);
-    const std::string address = rsClienti.eof() ? std::string() : rsClienti.text_or_empty("posta");
+    const std::string address = rsClienti.eof() ? std::string() : rsClienti.text_or_empty("email");
     rsClienti.close();
     if (address.empty()) {
         program_.message("Indirizzo e-mail assente.", BoxIcon::information);
