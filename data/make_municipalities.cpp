@@ -1,7 +1,7 @@
 // Makes Comuni.mdb, the table of the places of birth, from comuni.csv:
 //     make_municipalities comuni.csv Comuni.mdb
 
-#include "store/sqlite/folded_collation.h"
+#include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
@@ -69,7 +69,7 @@ public:
     explicit Writer(const std::string& path) {
         std::filesystem::remove(path);
         need(sqlite3_open(path.c_str(), &database_));
-        need(tarvello::store::sqlite::add_folded_collation(database_));
+        tarvello::store::register_sqlite_functions(database_);
     }
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
@@ -113,12 +113,12 @@ int main(int argc, char** argv) {
         name_apart(places);
         Writer writer(argv[2]);
         writer.run("BEGIN");
-        writer.run("CREATE TABLE Comuni (COMU_DESCR TEXT NOT NULL COLLATE " +
-                   std::string(tarvello::store::sqlite::folded_collation) +
-                   ", COMU_PROV TEXT NOT NULL, COMU_COD TEXT NOT NULL)");
+        writer.run("CREATE TABLE Comuni (COMU_DESCR TEXT NOT NULL, COMU_PROV TEXT NOT NULL, "
+                   "COMU_COD TEXT NOT NULL)");
         writer.add(places);
-        // Unique: two places of one name would stop the build.
-        writer.run("CREATE UNIQUE INDEX COMUNI2L ON Comuni (COMU_DESCR)");
+        // Unique: two places of one name would stop the build. The collation is the index's alone, so that
+        // other programs can read the table.
+        writer.run("CREATE UNIQUE INDEX COMUNI2L ON Comuni (COMU_DESCR COLLATE ignoring_case)");
         writer.run("COMMIT");
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "make_municipalities: %s\n", failure.what());

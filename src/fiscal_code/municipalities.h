@@ -13,6 +13,7 @@ struct Municipality {
     std::string name;
     std::string province; ///< two letters, EE for a foreign state
     std::string code;     ///< four characters, the fiscal code's name for the place
+    bool operator==(const Municipality&) const = default;
 };
 
 /// The places that a person can be born in: the municipalities of Italy, of today and of the past, and the

@@ -1,7 +1,8 @@
 #include "store/ordered_table.h"
 
 #include "failure.h"
-#include "store/sqlite/folded_collation.h"
+#include "store/sqlite/sqlite_file.h"
+#include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
@@ -32,10 +33,12 @@ public:
         const int opened = sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
         database_.reset(database);
         need(opened);
-        need(sqlite::add_folded_collation(database));
+        register_sqlite_functions(database); // the collation of the index
         // Without that index the statement is refused: a walk through the whole table is no seek.
-        const std::string sql = "SELECT * FROM \"" + table + "\" INDEXED BY \"" + index + "\" WHERE \"" +
-                                column + "\" >= ?1 ORDER BY \"" + column + "\" LIMIT 1";
+        const std::string key = quoted_name(column);
+        const std::string sql = "SELECT * FROM " + quoted_name(table) + " INDEXED BY " + quoted_name(index) +
+                                " WHERE " + key + " >= ?1 COLLATE ignoring_case ORDER BY " + key +
+                                " COLLATE ignoring_case LIMIT 1";
         sqlite3_stmt* statement = nullptr;
         need(sqlite3_prepare_v2(database, sql.c_str(), -1, &statement, nullptr));
         seek_.reset(statement);
@@ -69,7 +72,7 @@ private:
         if (result == SQLITE_NOTADB) what = "non è un archivio.";
         if (result == SQLITE_CORRUPT) what = "è danneggiato.";
         if (result == SQLITE_ERROR) what = "non contiene la tabella attesa o il suo indice.";
-        throw Failure(result, source, "Il file \"" + path_ + "\" " + what);
+        throw Failure(failure_number::database, source, "Il file \"" + path_ + "\" " + what);
     }
 
     std::string path_;
