@@ -1,0 +1,22 @@
+#include "platform/qt/application.h"
+#include "platform/qt/program_directory.h"
+#include "platform/qt/qt_platform.h"
+#include "platform/qt/qt_text.h"
+#include "shell/main_window.h"
+#include "shell/program.h"
+
+#include <QStandardPaths>
+
+int main(int argc, char** argv) {
+    using namespace tarvello;
+
+    qt::Application application(argc, argv);
+    qt::QtPlatform platform(qt::program_directory(
+        qt::from_qt(QCoreApplication::applicationDirPath()),
+        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
+    Program program(platform.platform());
+    program.run([&] { program.main_window().show(); });
+    const int result = QApplication::exec();
+    platform.windows().clear(); // before the program goes that they show
+    return result;
+}

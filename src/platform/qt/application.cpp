@@ -1,0 +1,42 @@
+#include "platform/qt/application.h"
+
+#include "platform/qt/look.h"
+#include "platform/qt/qt_text.h"
+
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QMessageBox>
+#include <QTranslator>
+
+#include <cstdlib>
+#include <exception>
+
+namespace tarvello::qt {
+
+Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
+    setApplicationName(QStringLiteral("tarvello"));
+    setApplicationDisplayName(QString());
+    setDesktopFileName(QStringLiteral("tarvello"));
+    setQuitOnLastWindowClosed(false); // the session ends the program, not the splash that goes
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
+    auto* translator = new QTranslator(this);
+    if (translator->load(QStringLiteral("qtbase_it"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        installTranslator(translator);
+    }
+    apply_look(*this);
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const std::exception& defect) {
+        // Failures have been shown and have ended the process before they come here: this is a defect or the
+        // end of the memory, and nothing is certain any more.
+        QMessageBox::critical(nullptr, QStringLiteral("Tarvello 4"),
+                              QStringLiteral("Errore imprevisto. Il programma viene chiuso.\n\n") +
+                                  QString::fromLocal8Bit(defect.what()));
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
+} // namespace tarvello::qt

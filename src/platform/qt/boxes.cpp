@@ -1,0 +1,148 @@
+#include "platform/qt/boxes.h"
+
+#include "platform/qt/modal_turns.h"
+#include "platform/qt/qt_text.h"
+#include "platform/qt/windows.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QPushButton>
+
+#include <iterator>
+
+namespace tarvello::qt {
+
+// Message boxes
+
+namespace {
+
+QMessageBox::Icon icon_of(BoxIcon icon) {
+    switch (icon) {
+    case BoxIcon::information:
+        return QMessageBox::Information;
+    case BoxIcon::exclamation:
+        return QMessageBox::Warning;
+    case BoxIcon::critical:
+        return QMessageBox::Critical;
+    case BoxIcon::question:
+        return QMessageBox::Question;
+    case BoxIcon::none:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+struct Choice {
+    Answer answer;
+    const char* caption;
+    QMessageBox::ButtonRole role;
+};
+
+} // namespace
+
+Answer QtBoxes::show(const MessageBox& box) {
+    static constexpr Choice ok[] = {{Answer::ok, "OK", QMessageBox::AcceptRole}};
+    static constexpr Choice ok_cancel[] = {{Answer::ok, "OK", QMessageBox::AcceptRole},
+                                           {Answer::cancel, "Annulla", QMessageBox::RejectRole}};
+    static constexpr Choice yes_no[] = {{Answer::yes, "Sì", QMessageBox::YesRole},
+                                        {Answer::no, "No", QMessageBox::NoRole}};
+    const auto choices = [&]() -> std::span<const Choice> {
+        switch (box.buttons) {
+        case BoxButtons::ok_cancel:
+            return ok_cancel;
+        case BoxButtons::yes_no:
+            return yes_no;
+        case BoxButtons::ok:
+            break;
+        }
+        return ok;
+    }();
+
+    const ModalTurn turn;
+    QMessageBox window(icon_of(box.icon), to_qt(box.caption), {}, QMessageBox::NoButton,
+                       windows_.parent_of_dialogs());
+    window.setTextFormat(Qt::PlainText);
+    window.setText(to_qt(box.text));
+    std::vector<QPushButton*> buttons;
+    for (const Choice& choice : choices) {
+        buttons.push_back(window.addButton(QString::fromUtf8(choice.caption), choice.role));
+    }
+    window.setDefaultButton(buttons.at(box.default_button == 2 && buttons.size() > 1 ? 1 : 0));
+    window.setEscapeButton(buttons.back());
+    window.exec();
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        if (window.clickedButton() == buttons[i]) return choices[i].answer;
+    }
+    return choices.back().answer; // closed without a button
+}
+
+// File dialogs
+
+namespace {
+
+QString filters_of(const FileDialog& dialog) {
+    QStringList filters;
+    for (const FileFilter& filter : dialog.filters) {
+        // The label names the pattern already, in brackets of its own.
+        QString label = to_qt(filter.label);
+        label.truncate(label.indexOf('(') < 0 ? label.size() : label.indexOf('('));
+        filters << label.trimmed() + " (" + to_qt(filter.pattern).replace(';', ' ') + ")";
+    }
+    return filters.join(QStringLiteral(";;"));
+}
+
+std::optional<std::string> path_of(const QString& chosen) {
+    return chosen.isEmpty() ? std::nullopt : std::optional(from_qt(chosen));
+}
+
+} // namespace
+
+std::optional<std::string> QtFileDialogs::open_file(const FileDialog& dialog) {
+    const ModalTurn turn;
+    return path_of(QFileDialog::getOpenFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
+                                                filters_of(dialog)));
+}
+
+std::optional<std::string> QtFileDialogs::save_file(const FileDialog& dialog) {
+    const ModalTurn turn;
+    return path_of(QFileDialog::getSaveFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
+                                                filters_of(dialog), nullptr,
+                                                QFileDialog::DontConfirmOverwrite));
+}
+
+// Copies
+
+QtCopyDialog::~QtCopyDialog() { end(); }
+
+bool QtCopyDialog::may_replace(const std::string& destination) {
+    return boxes_.show({"Il file esiste già:\n" + destination + "\n\nSostituirlo?", "Tarvello 4",
+                        BoxIcon::question, BoxButtons::yes_no, 2}) == Answer::yes;
+}
+
+void QtCopyDialog::begin(const std::string& title) {
+    end();
+    progress_ =
+        new QProgressDialog(to_qt(title), QStringLiteral("Annulla"), 0, 1000, windows_.parent_of_dialogs());
+    progress_->setWindowTitle(to_qt(title));
+    progress_->setWindowModality(Qt::ApplicationModal);
+    progress_->setMinimumDuration(400); // a copy that is done at once needs no window
+    progress_->setValue(0);
+}
+
+bool QtCopyDialog::advance(std::uint64_t done, std::uint64_t total) {
+    if (!progress_) return true;
+    const ModalTurn turn; // setting the value lets the user press the button
+    const double part = total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total);
+    progress_->setValue(static_cast<int>(part * 999)); // the last step would close it
+    return !progress_->wasCanceled();
+}
+
+void QtCopyDialog::end() { delete progress_.data(); }
+
+void QtCopyDialog::report_failure(const std::string& description) {
+    boxes_.show({description, "Tarvello 4", BoxIcon::critical, BoxButtons::ok, 1});
+}
+
+} // namespace tarvello::qt

@@ -1,0 +1,88 @@
+#include "platform/qt/binder.h"
+#include "platform/qt/qt_text.h"
+
+#include <QDateEdit>
+#include <QKeyEvent>
+
+namespace tarvello::qt {
+
+namespace {
+
+/// A date that is typed or picked from a calendar. While it is being typed the form hears nothing: the date
+/// counts when the field is left, on Enter, and at once when it comes from the calendar or the arrows.
+class DateView final : public WidgetView {
+public:
+    DateView(WindowBinder& binder, DatePicker& picker, QDateEdit& edit)
+        : WidgetView(binder, picker, edit), picker_(picker), edit_(edit) {
+        edit_.setKeyboardTracking(false);
+        edit_.setCalendarPopup(true);
+        edit_.setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
+        edit_.setDisplayFormat(to_qt(binder.regional().short_date));
+        QObject::connect(&edit_, &QDateEdit::dateChanged, &binder, [this] { changed(); });
+    }
+
+    void show_all() override {
+        WidgetView::show_all();
+        show(Aspect::value);
+    }
+
+    void commit() override {
+        edit_.interpretText();
+        leaving_ = false;
+        hand_over();
+    }
+
+    bool key_pressed(QKeyEvent& event) override {
+        int code = key_code(event);
+        if (code == 0) return false;
+        picker_.form().host().run([&] { FormLife::preview(picker_.form(), picker_, code); });
+        if (code == keys::enter && !binder().parted()) commit();
+        return binder().parted() || code == 0;
+    }
+
+    bool other_event(QObject& watched, QEvent& event) override {
+        // Leaving it, the toolkit reports the typed date before the next control is reached: it waits for
+        // commit(), so that a box which the form shows does not come in the midst of the change of the focus.
+        if (&watched == &edit_ && event.type() == QEvent::FocusOut) leaving_ = true;
+        if (&watched == &edit_ && event.type() == QEvent::FocusIn) leaving_ = false;
+        return false;
+    }
+
+protected:
+    void show(Aspect aspect) override {
+        if (aspect != Aspect::value) return WidgetView::show(aspect);
+        const Date& date = picker_.date();
+        edit_.setDate(QDate(year_of(date), static_cast<int>(month_of(date)), static_cast<int>(day_of(date))));
+    }
+
+private:
+    void changed() {
+        if (!leaving_ && !binder().following()) hand_over();
+    }
+
+    void hand_over() {
+        if (binder().parted()) return;
+        const QDate date = edit_.date();
+        const Date picked =
+            make_date(date.year(), static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+        if (picked == picker_.date()) return;
+        picker_.pick(picked);
+        if (binder().parted()) return;
+        const WindowBinder::Following following(binder());
+        show(Aspect::value);
+    }
+
+    DatePicker& picker_;
+    QDateEdit& edit_;
+    bool leaving_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> make_date_view(WindowBinder& binder, Control& control, QObject& widget) {
+    auto* picker = dynamic_cast<DatePicker*>(&control);
+    auto* edit = qobject_cast<QDateEdit*>(&widget);
+    return picker && edit ? std::make_unique<DateView>(binder, *picker, *edit) : nullptr;
+}
+
+} // namespace tarvello::qt

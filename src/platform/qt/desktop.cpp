@@ -1,0 +1,69 @@
+#include "platform/qt/desktop.h"
+
+#include "failure.h"
+#include "platform/qt/qt_text.h"
+
+#include <QDate>
+#include <QDesktopServices>
+#include <QFile>
+#include <QImageReader>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace tarvello::qt {
+
+Date SystemClock::today() {
+    const QDate today = QDate::currentDate();
+    return make_date(today.year(), static_cast<unsigned>(today.month()), static_cast<unsigned>(today.day()));
+}
+
+PictureSize QtPictureFiles::size(const std::string& path) {
+    QImageReader reader(to_qt(path));
+    const QSize size = reader.size();
+    if (!size.isValid()) {
+        throw Failure(481, "Immagini", "Il file " + path + " non è un'immagine valida.");
+    }
+    constexpr float twips_per_dot = 15;
+    return {static_cast<float>(size.width()) * twips_per_dot,
+            static_cast<float>(size.height()) * twips_per_dot};
+}
+
+QtDesktop::~QtDesktop() {
+    if (lock_ >= 0) ::close(lock_);
+}
+
+bool QtDesktop::open_address(const std::string& address) {
+    const QUrl url(to_qt(address), QUrl::TolerantMode);
+    return url.isValid() && !url.scheme().isEmpty() && QDesktopServices::openUrl(url);
+}
+
+bool QtDesktop::find_files() {
+    for (const char* program : {"catfish", "kfind", "gnome-search-tool"}) {
+        const QString found = QStandardPaths::findExecutable(QLatin1String(program));
+        if (!found.isEmpty() && QProcess::startDetached(found, {})) return true;
+    }
+    return false;
+}
+
+bool QtDesktop::is_another_copy_running() {
+    if (lock_ >= 0) return false; // this copy holds it
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QByteArray path = QFile::encodeName(folder + "/tarvello.lock");
+    // Programs that this one starts must not keep the lock: it closes when they begin.
+    lock_ = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (lock_ < 0) return false; // without a place for the lock the program starts all the same
+    if (::flock(lock_, LOCK_EX | LOCK_NB) == 0) return false;
+    const bool held = errno == EWOULDBLOCK;
+    ::close(lock_);
+    lock_ = -1;
+    return held;
+}
+
+} // namespace tarvello::qt

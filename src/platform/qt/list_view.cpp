@@ -1,0 +1,197 @@
+#include "platform/qt/binder.h"
+#include "platform/qt/qt_text.h"
+
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QTableView>
+#include <QTreeView>
+
+namespace tarvello::qt {
+
+namespace {
+
+/// The rows of a list as the toolkit sees them. It holds no text of its own: a cell is read when it is drawn.
+class RowsModel final : public QAbstractTableModel {
+public:
+    explicit RowsModel(const ListView& list) : list_(list) {}
+
+    int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
+    int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : columns_; }
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        const auto row = static_cast<std::size_t>(index.row());
+        const auto column = static_cast<std::size_t>(index.column());
+        if (row >= list_.rows().size() || column >= list_.columns().size()) return {};
+        if (role == Qt::DisplayRole) return to_qt(list_.rows().cell(row, column));
+        if (role == Qt::TextAlignmentRole) return alignment(column);
+        return {};
+    }
+
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        const auto column = static_cast<std::size_t>(section);
+        if (orientation != Qt::Horizontal || column >= list_.columns().size()) return {};
+        if (role == Qt::DisplayRole) return to_qt(list_.columns()[column].header);
+        if (role == Qt::TextAlignmentRole) return alignment(column);
+        return {};
+    }
+
+    void reread() {
+        beginResetModel();
+        rows_ = static_cast<int>(list_.rows().size());
+        columns_ = static_cast<int>(list_.columns().size());
+        endResetModel();
+    }
+    bool is_up_to_date() const {
+        return rows_ == static_cast<int>(list_.rows().size()) &&
+               columns_ == static_cast<int>(list_.columns().size());
+    }
+
+private:
+    int alignment(std::size_t column) const {
+        return int(list_.columns()[column].right_aligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    }
+
+    const ListView& list_;
+    int rows_ = 0;
+    int columns_ = 0;
+};
+
+class RowsView final : public WidgetView {
+public:
+    RowsView(WindowBinder& binder, ListView& list, QAbstractItemView& view, QHeaderView& header)
+        : WidgetView(binder, list, view), list_(list), view_(view), header_(header), model_(list) {
+        view_.setSelectionBehavior(QAbstractItemView::SelectRows);
+        view_.setSelectionMode(QAbstractItemView::SingleSelection);
+        view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+        view_.setAlternatingRowColors(true);
+        view_.setTabKeyNavigation(false);
+        if (auto* tree = qobject_cast<QTreeView*>(&view_)) {
+            tree->setRootIsDecorated(false);
+            tree->setUniformRowHeights(true); // what makes a hundred thousand rows as quick as ten
+        }
+        if (auto* table = qobject_cast<QTableView*>(&view_)) {
+            table->verticalHeader()->hide();
+            table->setWordWrap(false);
+        }
+        header_.setSectionResizeMode(QHeaderView::Interactive);
+        header_.setStretchLastSection(true);
+        view_.setModel(&model_);
+        QObject::connect(&view_, &QAbstractItemView::clicked, &binder,
+                         [this](const QModelIndex& index) { row_clicked(index); });
+        QObject::connect(&view_, &QAbstractItemView::doubleClicked, &binder,
+                         [this](const QModelIndex& index) { double_clicked(index.row()); });
+    }
+
+    void show_all() override {
+        WidgetView::show_all();
+        show(Aspect::items);
+        show(Aspect::value);
+    }
+
+    bool key_pressed(QKeyEvent& event) override {
+        if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+            if (view_.currentIndex().isValid()) double_clicked(view_.currentIndex().row());
+            return true;
+        }
+        const int before = view_.currentIndex().row();
+        static_cast<QObject&>(view_).event(&event);
+        const int now = view_.currentIndex().row();
+        if (now >= 0 && now != before && !binder().parted()) {
+            list_.select_row(static_cast<std::size_t>(now));
+            show_selection();
+        }
+        return true; // the list has had it
+    }
+
+    void flush() override { refresh(); }
+    void part() override { view_.setModel(nullptr); }
+
+protected:
+    void show(Aspect aspect) override {
+        switch (aspect) {
+        case Aspect::rows:
+            // Rows mostly come one after the other: the screen follows when the last is in.
+            if (stale_) break;
+            stale_ = true;
+            QMetaObject::invokeMethod(
+                &model_, [this] { refresh(); }, Qt::QueuedConnection);
+            break;
+        case Aspect::items:
+            stale_ = true;
+            refresh();
+            break;
+        case Aspect::value:
+            show_selection();
+            break;
+        default:
+            WidgetView::show(aspect);
+        }
+    }
+
+private:
+    void refresh() {
+        if (!stale_ || binder().parted()) return;
+        stale_ = false;
+        const WindowBinder::Following following(binder());
+        const bool new_columns = model_.columnCount({}) != static_cast<int>(list_.columns().size());
+        model_.reread();
+        if (new_columns) {
+            for (std::size_t i = 0; i < list_.columns().size(); ++i) {
+                header_.resizeSection(static_cast<int>(i), pixels(view_, list_.columns()[i].width));
+            }
+        }
+        show_selection();
+    }
+
+    void show_selection() {
+        if (binder().parted()) return;
+        if (!model_.is_up_to_date()) {
+            stale_ = true;
+            return refresh();
+        }
+        const WindowBinder::Following following(binder());
+        if (!list_.selected()) {
+            view_.clearSelection();
+            view_.setCurrentIndex({});
+        } else if (const auto index = model_.index(static_cast<int>(*list_.selected()), 0);
+                   index != view_.currentIndex()) {
+            view_.setCurrentIndex(index);
+            view_.scrollTo(index);
+        }
+    }
+
+    void row_clicked(const QModelIndex& index) {
+        if (binder().following() || binder().parted()) return;
+        list_.select_row(static_cast<std::size_t>(index.row()));
+        show_selection();
+    }
+
+    void double_clicked(int row) {
+        if (binder().following() || binder().parted()) return;
+        list_.double_click(static_cast<std::size_t>(row));
+        show_selection();
+    }
+
+    ListView& list_;
+    QAbstractItemView& view_;
+    QHeaderView& header_;
+    RowsModel model_;
+    bool stale_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> make_list_view(WindowBinder& binder, Control& control, QObject& widget) {
+    auto* list = dynamic_cast<ListView*>(&control);
+    if (!list) return nullptr;
+    if (auto* tree = qobject_cast<QTreeView*>(&widget)) {
+        return std::make_unique<RowsView>(binder, *list, *tree, *tree->header());
+    }
+    if (auto* table = qobject_cast<QTableView*>(&widget)) {
+        return std::make_unique<RowsView>(binder, *list, *table, *table->horizontalHeader());
+    }
+    return nullptr;
+}
+
+} // namespace tarvello::qt

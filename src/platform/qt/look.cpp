@@ -1,0 +1,102 @@
+#include "platform/qt/look.h"
+
+#include "platform/qt/qt_text.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPalette>
+#include <QStyleFactory>
+#include <QTextDocument>
+
+namespace tarvello::qt {
+
+namespace {
+
+bool is_dark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+QPalette light_palette() {
+    QPalette palette(QColor(0xF3F4F6));
+    palette.setColor(QPalette::Window, QColor(0xF3F4F6));
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, QColor(0xF5F8FC));
+    palette.setColor(QPalette::Button, QColor(0xE9ECF1));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, QColor(0x1F2933));
+        palette.setColor(QPalette::Disabled, role, QColor(0x7B8794));
+    }
+    palette.setColor(QPalette::Highlight, QColor(0x2C6DA4));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xB8C4D0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x1B5E97));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x7B8794));
+    palette.setColor(QPalette::ToolTipBase, QColor(0xFFFDF2));
+    palette.setColor(QPalette::ToolTipText, QColor(0x1F2933));
+    return palette;
+}
+
+QPalette dark_palette() {
+    QPalette palette(QColor(0x2B2F36));
+    palette.setColor(QPalette::Window, QColor(0x2B2F36));
+    palette.setColor(QPalette::Base, QColor(0x1F2328));
+    palette.setColor(QPalette::AlternateBase, QColor(0x262B31));
+    palette.setColor(QPalette::Button, QColor(0x363B43));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, QColor(0xE6E9ED));
+        palette.setColor(QPalette::Disabled, role, QColor(0x8A939D));
+    }
+    palette.setColor(QPalette::Highlight, QColor(0x3B83C0));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4A525C));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x7DB9EC));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x8A939D));
+    palette.setColor(QPalette::ToolTipBase, QColor(0x363B43));
+    palette.setColor(QPalette::ToolTipText, QColor(0xE6E9ED));
+    return palette;
+}
+
+QColor to_color(const Color& color) { return {color.red, color.green, color.blue}; }
+
+} // namespace
+
+void apply_look(QApplication& application) {
+    const bool dark = is_dark(QApplication::palette());
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    application.setPalette(dark ? dark_palette() : light_palette());
+}
+
+void paint_with(QWidget& widget, std::optional<Color> back, std::optional<Color> fore) {
+    const QPalette desktop = QApplication::palette(&widget);
+    const bool dark = is_dark(desktop);
+    QPalette palette; // roles that are not set here stay those of the desktop
+    if (back) {
+        QColor ground = to_color(*back);
+        if (dark)
+            ground = *back == colors::white ? desktop.color(QPalette::Base)
+                                            : QColor::fromHsl(ground.hslHue(), ground.hslSaturation(),
+                                                              255 - ground.lightness() + 40);
+        palette.setColor(QPalette::Base, ground);
+        palette.setColor(QPalette::Window, ground);
+        palette.setColor(QPalette::Button, ground);
+    }
+    if (fore) {
+        QColor ink = to_color(*fore);
+        if (dark && ink.lightness() < 140) {
+            ink = QColor::fromHsl(ink.hslHue(), ink.hslSaturation() * 2 / 3, 255 - ink.lightness() / 2);
+        }
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+            palette.setColor(QPalette::Active, role, ink);
+            palette.setColor(QPalette::Inactive, role, ink);
+        }
+    }
+    if (qobject_cast<QLabel*>(&widget)) widget.setAutoFillBackground(back.has_value());
+    widget.setPalette(palette);
+}
+
+QString plain_tool_tip(const std::string& text) {
+    const QString plain = to_qt(text);
+    return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain) : plain;
+}
+
+} // namespace tarvello::qt

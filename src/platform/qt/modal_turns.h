@@ -1,0 +1,29 @@
+#pragma once
+
+namespace tarvello::qt {
+
+/// A time in which the user is busy with a box, a dialog or a modal window, or in which the program waits:
+/// events are handled inside of the handler that opened it.
+class ModalTurn {
+public:
+    ModalTurn() {
+        ++count_;
+        ++depth_;
+    }
+    ~ModalTurn() { --depth_; }
+    ModalTurn(const ModalTurn&) = delete;
+    ModalTurn& operator=(const ModalTurn&) = delete;
+
+    /// How many there have been since the start. Whoever runs a piece of the program in the midst of an event
+    /// compares the number before and after: another one means that a mouse button which was down may be up
+    /// by now.
+    static int count() { return count_; }
+    /// True while one lasts: handlers are running below.
+    static bool lasting() { return depth_ > 0; }
+
+private:
+    inline static int count_ = 0;
+    inline static int depth_ = 0;
+};
+
+} // namespace tarvello::qt

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "platform/posix/posix_files.h"
+#include "platform/qt/boxes.h"
+#include "platform/qt/desktop.h"
+#include "platform/qt/settings_file.h"
+#include "platform/qt/windows.h"
+
+namespace tarvello::qt {
+
+/// A desktop without a word processor.
+class NoWordProcessor final : public WordProcessor {
+public:
+    std::unique_ptr<WordApplication> start() override;
+};
+
+/// A desktop without a printer.
+class NoReports final : public ReportViewer {
+public:
+    void show_modal(const Report& report) override;
+};
+
+/// The desktop of the user, with everything that the program asks of it.
+class QtPlatform {
+public:
+    /// @param program_directory  the folder of the program's data
+    explicit QtPlatform(std::string program_directory);
+
+    /// What the program is made with. This object must outlive it.
+    Platform platform();
+    QtWindows& windows() { return windows_; }
+
+private:
+    RegionalSettings regional_;
+    QtWindows windows_;
+    QtBoxes boxes_;
+    QtFileDialogs dialogs_;
+    QtCopyDialog copy_dialog_;
+    SettingsFile settings_;
+    SystemClock clock_;
+    QtDesktop desktop_;
+    PosixFiles files_;
+    QtPictureFiles pictures_;
+    NoWordProcessor word_processor_;
+    NoReports reports_;
+    std::string program_directory_;
+};
+
+} // namespace tarvello::qt

@@ -1,0 +1,213 @@
+#include "platform/qt/text_views.h"
+
+#include "platform/qt/qt_text.h"
+#include "text/utf8.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include <algorithm>
+#include <limits>
+
+namespace tarvello::qt {
+
+// EntryView
+
+void EntryView::show_all() {
+    WidgetView::show_all();
+    for (const Aspect aspect : {Aspect::text, Aspect::locked}) show(aspect);
+}
+
+void EntryView::show(Aspect aspect) {
+    switch (aspect) {
+    case Aspect::text: {
+        const QString text = to_qt(entry_.text());
+        if (shown_text() == text) break;
+        show_text(text);
+        show_selection_of_control();
+        break;
+    }
+    case Aspect::locked:
+        show_locked(entry_.locked());
+        break;
+    case Aspect::selection:
+        selected_by_code_ = true;
+        show_selection_of_control();
+        break;
+    default:
+        WidgetView::show(aspect);
+    }
+}
+
+void EntryView::show_selection_of_control() {
+    const QString text = shown_text();
+    const int start = units_of(text, entry_.selection_start());
+    const int end = units_of(text, entry_.selection_start() + entry_.selection_length());
+    show_selection(start, end - start);
+}
+
+void EntryView::focus_settled() {
+    // A box that is reached with the keyboard shows its text selected, unless the program has selected
+    // itself.
+    if (selected_by_code_) show_selection_of_control();
+    selected_by_code_ = false;
+    const QString text = shown_text();
+    const std::size_t start = characters_of(text, shown_start());
+    entry_.place_caret(start, characters_of(text, shown_start() + shown_length()) - start);
+}
+
+void EntryView::caret_moved() {
+    if (binder().following() || binder().parted()) return;
+    const QString text = shown_text();
+    if (text != to_qt(entry_.text())) return; // in the midst of an editing, whose end brings the caret along
+    const std::size_t start = characters_of(text, shown_start());
+    entry_.place_caret(start, characters_of(text, shown_start() + shown_length()) - start);
+}
+
+bool EntryView::passes(int key) {
+    caret_moved();
+    const int go_on = entry_.offer_key(key);
+    if (binder().parted() || go_on == 0) return false;
+    if (go_on == key) return true;
+    if (go_on >= ' ') { // the filter has put another character in its place
+        std::string character;
+        utf8::append(character, static_cast<char32_t>(go_on));
+        entry_.paste(character);
+    }
+    return false;
+}
+
+bool EntryView::key_pressed(QKeyEvent& event) {
+    const int code = key_code(event);
+    return code != 0 && !passes(code);
+}
+
+void EntryView::key_released(QKeyEvent& event) {
+    if (!event.isAutoRepeat()) entry_.release_key();
+}
+
+bool EntryView::text_composed(QInputMethodEvent& event) {
+    if (event.commitString().isEmpty()) return false;
+    const auto characters = event.commitString().toUcs4();
+    QString accepted;
+    for (const char32_t character : characters) {
+        if (passes(static_cast<int>(character))) accepted += QString::fromUcs4(&character, 1);
+        if (binder().parted()) return true;
+    }
+    event.setCommitString(accepted, event.replacementStart(), event.replacementLength());
+    return false;
+}
+
+QString EntryView::cut_to_fit(const QString& text, int& caret) const {
+    const std::size_t limit = entry_.max_length();
+    if (limit == 0 || characters_of(text, static_cast<int>(text.size())) <= limit) return text;
+    // What was put in ends at the caret; it starts where the old text and the new one part.
+    const QString before = to_qt(entry_.text());
+    const QString tail = text.mid(caret);
+    int start = 0;
+    const int furthest =
+        std::min(caret, static_cast<int>(before.size() - std::min(before.size(), tail.size())));
+    while (start < furthest && before.at(start) == text.at(start)) ++start;
+    const std::size_t kept = characters_of(text, start) + characters_of(tail, static_cast<int>(tail.size()));
+    const QString put_in = text.mid(start, caret - start);
+    const QString fitting = put_in.left(units_of(put_in, limit > kept ? limit - kept : 0));
+    caret = start + static_cast<int>(fitting.size());
+    return text.left(start) + fitting + tail;
+}
+
+void EntryView::edited() {
+    if (binder().following() || binder().parted()) return;
+    int place = caret();
+    const QString text = cut_to_fit(shown_text(), place);
+    entry_.edit(from_qt(text), characters_of(text, place));
+    if (binder().parted()) return;
+    // Refused, cut, or changed again by the form: the control has the last word.
+    const WindowBinder::Following following(binder());
+    if (shown_text() != to_qt(entry_.text())) {
+        show_text(to_qt(entry_.text()));
+        show_selection_of_control();
+    }
+}
+
+namespace {
+
+/// A text box of one line.
+class LineView final : public EntryView {
+public:
+    LineView(WindowBinder& binder, TextEntry& entry, QLineEdit& line)
+        : EntryView(binder, entry, line), line_(line) {
+        // The longest text is a matter of the control: it stops the user and not the program.
+        line_.setMaxLength(std::numeric_limits<int>::max());
+        QObject::connect(&line_, &QLineEdit::textEdited, &binder, [this] { edited(); });
+        QObject::connect(&line_, &QLineEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
+        QObject::connect(&line_, &QLineEdit::selectionChanged, &binder, [this] { caret_moved(); });
+    }
+
+private:
+    QString shown_text() const override { return line_.text(); }
+    void show_text(const QString& text) override { line_.setText(text); }
+    void show_locked(bool locked) override { line_.setReadOnly(locked); }
+    int shown_start() const override {
+        return line_.hasSelectedText() ? line_.selectionStart() : line_.cursorPosition();
+    }
+    int shown_length() const override { return line_.selectionLength(); }
+    void show_selection(int start, int length) override {
+        if (length == 0) line_.setCursorPosition(start);
+        if (length == 0) line_.deselect();
+        if (length > 0) line_.setSelection(start, length);
+    }
+    int caret() const override { return line_.cursorPosition(); }
+
+    QLineEdit& line_;
+};
+
+/// A text box of several lines.
+class AreaView final : public EntryView {
+public:
+    AreaView(WindowBinder& binder, TextEntry& entry, QPlainTextEdit& area)
+        : EntryView(binder, entry, area), area_(area) {
+        area_.setTabChangesFocus(true);
+        QObject::connect(&area_, &QPlainTextEdit::textChanged, &binder, [this] { edited(); });
+        QObject::connect(&area_, &QPlainTextEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
+        QObject::connect(&area_, &QPlainTextEdit::selectionChanged, &binder, [this] { caret_moved(); });
+    }
+
+private:
+    QString shown_text() const override { return area_.toPlainText(); }
+    void show_text(const QString& text) override { area_.setPlainText(text); }
+    void show_locked(bool locked) override {
+        area_.setReadOnly(locked);
+        // A text that cannot be changed still has a caret, to read and copy with the keyboard.
+        if (locked) area_.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    }
+    int shown_start() const override { return area_.textCursor().selectionStart(); }
+    int shown_length() const override {
+        const QTextCursor cursor = area_.textCursor();
+        return cursor.selectionEnd() - cursor.selectionStart();
+    }
+    void show_selection(int start, int length) override {
+        QTextCursor cursor = area_.textCursor();
+        cursor.setPosition(start);
+        cursor.setPosition(start + length, QTextCursor::KeepAnchor);
+        area_.setTextCursor(cursor);
+    }
+    int caret() const override { return area_.textCursor().position(); }
+
+    QPlainTextEdit& area_;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> make_text_view(WindowBinder& binder, Control& control, QObject& widget) {
+    auto* box = dynamic_cast<TextBox*>(&control);
+    if (!box) return nullptr;
+    if (auto* line = qobject_cast<QLineEdit*>(&widget))
+        return std::make_unique<LineView>(binder, *box, *line);
+    if (auto* area = qobject_cast<QPlainTextEdit*>(&widget))
+        return std::make_unique<AreaView>(binder, *box, *area);
+    return nullptr;
+}
+
+} // namespace tarvello::qt

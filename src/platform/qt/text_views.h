@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/qt/binder.h"
+
+namespace tarvello::qt {
+
+/// What line edits, text areas and editable combo boxes share: keys go through the control's filters first,
+/// the widget does the editing, the control has the last word on the outcome.
+class EntryView : public WidgetView {
+public:
+    EntryView(WindowBinder& binder, TextEntry& entry, QObject& widget)
+        : WidgetView(binder, entry, widget), entry_(entry) {}
+
+    void show_all() override;
+    bool key_pressed(QKeyEvent& event) override;
+    void key_released(QKeyEvent& event) override;
+    bool text_composed(QInputMethodEvent& event) override;
+    void focus_settled() override;
+
+protected:
+    virtual QString shown_text() const = 0;
+    virtual void show_text(const QString& text) = 0;
+    virtual void show_locked(bool locked) = 0;
+    /// The caret is the start of the selection. In UTF-16 units.
+    virtual int shown_start() const = 0;
+    virtual int shown_length() const = 0;
+    virtual void show_selection(int start, int length) = 0;
+    /// Where the caret stands after the user's editing.
+    virtual int caret() const = 0;
+
+    void show(Aspect aspect) override;
+    /// The user has changed the text of the widget.
+    void edited();
+    /// The user has moved the caret or selected.
+    void caret_moved();
+    TextEntry& entry() const { return entry_; }
+
+private:
+    void show_selection_of_control();
+    /// Offers one key. @return true if the widget goes on with it
+    bool passes(int key);
+    /// The user's text cut to what fits: what was put in loses its end, what was there stays.
+    QString cut_to_fit(const QString& text, int& caret) const;
+
+    TextEntry& entry_;
+    bool selected_by_code_ = false; // since the focus arrived
+};
+
+} // namespace tarvello::qt

@@ -1,0 +1,264 @@
+#include "platform/qt/windows.h"
+
+#include "failure.h"
+#include "platform/qt/form_windows.h"
+#include "platform/qt/modal_turns.h"
+#include "platform/qt/qt_text.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QEventLoop>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QTimer>
+
+#include <cstdlib>
+
+namespace tarvello::qt {
+
+QtWindows::QtWindows(const RegionalSettings& regional) : regional_(regional) {
+    QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (!now) return;
+        // A window in the multi-document area lies inside the main window, which was opened before it.
+        for (auto open = open_.rbegin(); open != open_.rend(); ++open) {
+            if (open->root == now || open->root->isAncestorOf(now)) return open->binder->focus_arrived(now);
+        }
+    });
+}
+
+QtWindows::~QtWindows() { clear(); }
+
+QtWindows::Open::~Open() {
+    binder.reset();
+    delete frame.data();
+}
+
+void QtWindows::clear() {
+    for (auto* list : {&open_, &closed_}) {
+        for (Open& open : *list) open.binder->part();
+    }
+    // Those in the multi-document area go before the main window around them.
+    while (!open_.empty()) open_.pop_back();
+    closed_.clear();
+    main_ = nullptr;
+}
+
+QtWindows::Open* QtWindows::find(const Form& form) {
+    for (Open& open : open_) {
+        if (open.form.get() == &form) return &open;
+    }
+    return nullptr;
+}
+
+const QtWindows::Open* QtWindows::find(const Form& form) const {
+    return const_cast<QtWindows*>(this)->find(form);
+}
+
+QWidget* QtWindows::window(const Form& form) const {
+    const Open* open = find(form);
+    return open ? open->root : nullptr;
+}
+
+WindowBinder* QtWindows::binder(const Form& form) const {
+    const Open* open = find(form);
+    return open ? open->binder.get() : nullptr;
+}
+
+QWidget* QtWindows::parent_of_dialogs() const {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    if (main_ && main_->isVisible()) return main_;
+    return nullptr;
+}
+
+// Showing
+
+QtWindows::Open& QtWindows::open(Form& form, bool modal) {
+    auto root = make_window(form.name());
+    if (!root) throw Failure(0, "Finestre", "La finestra " + form.name() + " non esiste.");
+    Open& open = open_.emplace_back();
+    open.form = form.shared_from_this();
+    open.root = root.get();
+    open.binder = std::make_unique<WindowBinder>(open.form, *open.root, regional_);
+    for (const std::string& name : open.binder->missing()) {
+        qWarning("%s has no widget for %s", form.name().c_str(), name.c_str());
+    }
+    put_in_frame(open, std::move(root), modal);
+    open.frame->installEventFilter(this);
+    open.binder->on_size = [this, &open] { size_frame(open); };
+    size_frame(open);
+    return open;
+}
+
+void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal) {
+    if (auto* main = qobject_cast<QMainWindow*>(root.get())) {
+        main_ = main;
+        open.frame = root.release();
+        return;
+    }
+    auto* area = main_ && !modal ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
+    if (area && !qobject_cast<QDialog*>(root.get())) {
+        auto* sub = new QMdiSubWindow;
+        sub->setWidget(root.release());
+        sub->setAttribute(Qt::WA_DeleteOnClose, false);
+        area->addSubWindow(sub, Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+        open.frame = sub;
+        return;
+    }
+    if (modal || qobject_cast<QDialog*>(root.get())) {
+        root->setParent(parent_of_dialogs(), Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                                 Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+        if (modal) root->setWindowModality(Qt::ApplicationModal);
+    } else {
+        root->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+    }
+    open.frame = root.release();
+}
+
+void QtWindows::size_frame(Open& open) {
+    const bool by_form = open.form->width() > 0 && open.form->height() > 0;
+    QWidget& frame = *open.frame;
+    QSize size = by_form ? QSize(pixels(frame, open.form->width()), pixels(frame, open.form->height()))
+                         : frame.sizeHint().expandedTo(open.root->sizeHint());
+    if (!by_form && qobject_cast<QMdiSubWindow*>(&frame)) size = frame.sizeHint();
+    const QScreen* screen = frame.screen();
+    if (screen && frame.isWindow()) size = size.boundedTo(screen->availableSize());
+    open.sized = false;
+    frame.resize(size);
+    open.sized = true;
+}
+
+void QtWindows::bring_up(Open& open) {
+    QWidget& frame = *open.frame;
+    const auto alive = open.form;
+    frame.show();
+    if (frame.isMinimized()) frame.showNormal();
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(&frame)) {
+        if (QMdiArea* area = sub->mdiArea()) area->setActiveSubWindow(sub);
+    } else {
+        frame.raise();
+        frame.activateWindow();
+    }
+    open.root->show();
+    if (WindowBinder* shown = binder(*alive)) shown->show_first_focus();
+}
+
+void QtWindows::show(Form& form) {
+    Open* known = find(form);
+    bring_up(known ? *known : open(form, false));
+}
+
+void QtWindows::show_modal(Form& form) {
+    const auto alive = form.shared_from_this();
+    Open* known = find(form);
+    Open& shown = known ? *known : open(form, true);
+    QEventLoop loop;
+    shown.waiting.push_back(&loop);
+    bring_up(shown);
+    if (find(form)) { // it may have been unloaded by the events of its own showing
+        const ModalTurn turn;
+        loop.exec();
+    }
+    if (Open* still = find(form)) std::erase(still->waiting, &loop); // the program is ending
+    destroy_closed();
+}
+
+void QtWindows::close(Form& form) {
+    for (auto it = open_.begin(); it != open_.end(); ++it) {
+        if (it->form.get() != &form) continue;
+        it->binder->part();
+        it->frame->removeEventFilter(this);
+        QWidget* parent = it->frame->parentWidget();
+        it->frame->hide();
+        if (it->frame == main_) main_ = nullptr;
+        if (parent && !it->waiting.empty()) parent->activateWindow();
+        for (QEventLoop* loop : it->waiting) loop->quit();
+        it->waiting.clear();
+        closed_.splice(closed_.end(), open_, it);
+        QMetaObject::invokeMethod(
+            this, [this] { destroy_closed(); }, Qt::QueuedConnection);
+        return;
+    }
+}
+
+void QtWindows::destroy_closed() {
+    // Under a modal window, handlers of the windows below it are still running. A posted call of this
+    // function runs outside of all handlers, and there is one for each window that was closed.
+    if (ModalTurn::lasting() || closed_.empty()) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!ModalTurn::lasting()) closed_.clear();
+        },
+        Qt::QueuedConnection);
+}
+
+// Events
+
+bool QtWindows::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Close && event->type() != QEvent::Resize) return false;
+    for (Open& open : open_) {
+        if (open.frame != watched) continue;
+        if (event->type() == QEvent::Resize) {
+            frame_resized(open);
+            return false;
+        }
+        event->ignore(); // the form decides, and takes its window off the screen if it goes
+        const auto form = open.form;
+        form->close_by_user();
+        return true;
+    }
+    return false;
+}
+
+void QtWindows::frame_resized(Open& open) {
+    if (!open.sized || !open.frame->isVisible() || open.frame->isMinimized()) return;
+    const QSize size = open.frame->size();
+    const auto form = open.form;
+    const int width = twips(*open.frame, size.width());
+    const int height = twips(*open.frame, size.height());
+    form->host().run([&] { FormLife::resize(*form, width, height); });
+}
+
+// The rest
+
+void QtWindows::set_pointer(Pointer pointer) {
+    const bool hourglass = pointer == Pointer::hourglass;
+    if (hourglass == hourglass_) return;
+    hourglass_ = hourglass;
+    if (hourglass) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void QtWindows::repaint() {
+    for (Open& open : open_) open.binder->flush();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    for (Open& open : open_) {
+        if (open.frame->isWindow() && open.frame->isVisible()) {
+            QCoreApplication::sendPostedEvents(open.frame, QEvent::UpdateRequest);
+        }
+    }
+}
+
+void QtWindows::pause(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    const ModalTurn turn;
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+void QtWindows::quit() {
+    // Not QCoreApplication::quit(), which would ask the windows that are left whether they agree.
+    QMetaObject::invokeMethod(
+        qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+}
+
+void QtWindows::abort() { std::_Exit(EXIT_FAILURE); }
+
+} // namespace tarvello::qt

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "platform/qt/binder.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <vector>
+
+class QEventLoop;
+class QMainWindow;
+
+namespace tarvello::qt {
+
+/// The windows on the screen. The main window holds a multi-document area, in which the other windows live
+/// that are shown and not waited for; those that are waited for are dialogs of their own. What is shown
+/// before there is a main window has no frame.
+class QtWindows final : public QObject, public Windows {
+public:
+    explicit QtWindows(const RegionalSettings& regional);
+    ~QtWindows() override;
+
+    // Windows
+    void show(Form& form) override;
+    void show_modal(Form& form) override;
+    void close(Form& form) override;
+    void set_pointer(Pointer pointer) override;
+    void repaint() override;
+    void pause(int milliseconds) override;
+    void quit() override;
+    [[noreturn]] void abort() override;
+
+    /// The window of a form that is on the screen, without what the desktop or the multi-document area puts
+    /// around it; null if there is none.
+    QWidget* window(const Form& form) const;
+    WindowBinder* binder(const Form& form) const;
+    /// What a box or a dialog that comes up now belongs to.
+    QWidget* parent_of_dialogs() const;
+    /// Takes all windows off the screen, without a word to their forms.
+    void clear();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    /// A form on the screen. Destroyed only when no handler is running any more.
+    struct Open {
+        std::shared_ptr<Form> form;
+        QPointer<QWidget>
+            frame; ///< the window itself, or what stands around it; owned, and perhaps by a window too
+        QWidget* root = nullptr; ///< the window made from the .ui file
+        std::unique_ptr<WindowBinder> binder;
+        std::vector<QEventLoop*> waiting; ///< calls of show_modal() that have not returned
+        bool sized = false;               ///< its size is no longer being set by the program
+
+        Open() = default;
+        Open(const Open&) = delete;
+        Open& operator=(const Open&) = delete;
+        ~Open();
+    };
+
+    Open& open(Form& form, bool modal);
+    Open* find(const Form& form);
+    const Open* find(const Form& form) const;
+    void put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal);
+    void size_frame(Open& open);
+    void bring_up(Open& open);
+    void frame_resized(Open& open);
+    void destroy_closed();
+
+    const RegionalSettings& regional_;
+    QMainWindow* main_ = nullptr;
+    std::list<Open> open_;
+    std::list<Open> closed_; // off the screen, but handlers of theirs may still be running
+    bool hourglass_ = false;
+};
+
+} // namespace tarvello::qt
