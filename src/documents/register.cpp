@@ -42,6 +42,7 @@ void frmSelectYear::on_unload(UnloadReason reason) {
     if (reason != UnloadReason::code && reason != UnloadReason::user) return;
     const std::string& choice = Combo1.text();
     if (choice.empty() || choice == nothing) return;
+    program_.platform().windows.close(*this); // off the screen before the list comes
     if (choice == all_invoices) {
         show_register({"Tabella Fatture", "Elenco Fatture", every_row, std::nullopt, false});
         return;
