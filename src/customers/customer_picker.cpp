@@ -25,6 +25,7 @@ frmCercaCliente::frmCercaCliente(Program& program) : Form(program, "frmCercaClie
     Label1.set_caption(
         "Selezionare un cliente dall'elenco oppure premere il tasto \"Nuovo Cliente\" per inserire "
         "un nuovo cliente non presente in elenco");
+    set_size(13500, 7200);
     customer_list::add_headers(ListView1);
     ListView1.on_double_click = [this] { select(); };
     cmdSelect.set_caption("OK");

@@ -11,6 +11,7 @@ namespace tarvello {
 frmRisultatiRicercaClienti::frmRisultatiRicercaClienti(Program& program)
     : Form(program, "frmRisultatiRicercaClienti"), program_(program) {
     set_caption("Risultati Ricerca Clienti");
+    set_size(13500, 7200);
     customer_list::add_headers(ListView1);
     ListView1.on_double_click = [this] { unload(); };
     cmdVisualizza.set_caption("Visualizza");
