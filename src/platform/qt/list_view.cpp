@@ -75,6 +75,7 @@ public:
             table->setWordWrap(false);
         }
         header_.setSectionResizeMode(QHeaderView::Interactive);
+        header_.setTextElideMode(Qt::ElideRight);
         header_.setStretchLastSection(true);
         view_.setModel(&model_);
         QObject::connect(&view_, &QAbstractItemView::clicked, &binder,

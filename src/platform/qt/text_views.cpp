@@ -169,6 +169,10 @@ public:
     AreaView(WindowBinder& binder, TextEntry& entry, QPlainTextEdit& area)
         : EntryView(binder, entry, area), area_(area) {
         area_.setTabChangesFocus(true);
+        area_.document()->setDocumentMargin(2); // as near to the edge as the text of a box of one line
+        // Without scroll bars it looks like a box of one line, whatever stands in it.
+        const bool one_line = area_.verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOff;
+        if (one_line) area_.setFixedHeight(QLineEdit().sizeHint().height());
         QObject::connect(&area_, &QPlainTextEdit::textChanged, &binder, [this] { edited(); });
         QObject::connect(&area_, &QPlainTextEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
         QObject::connect(&area_, &QPlainTextEdit::selectionChanged, &binder, [this] { caret_moved(); });
