@@ -545,6 +545,23 @@ void StatusBar::set_panel(std::size_t place, std::string text) {
     changed(Aspect::text);
 }
 
+void WebBrowser::navigate(std::string address) {
+    address_ = std::move(address);
+    if (browser) browser->navigate(address_);
+}
+
+void WebBrowser::go_back() {
+    if (browser) browser->go_back();
+}
+
+void WebBrowser::go_forward() {
+    if (browser) browser->go_forward();
+}
+
+void WebBrowser::refresh() {
+    if (browser) browser->refresh();
+}
+
 void TabControl::set_tab(int tab) {
     if (tab_ == tab) return;
     tab_ = tab;

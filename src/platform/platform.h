@@ -82,6 +82,12 @@ protected:
     ~Clock() = default;
 };
 
+/// A line of what is known of the system, such as {"Qt", "6.4.2"}.
+struct SystemFact {
+    std::string name;
+    std::string value;
+};
+
 /// The user's desktop around the program.
 class Desktop {
 public:
@@ -93,6 +99,10 @@ public:
     /// True if another copy of the program runs for this user. From the first call on, this copy counts as
     /// running.
     virtual bool is_another_copy_running() = 0;
+    /// The versions of what the program works with. Empty where nothing is known.
+    virtual std::vector<SystemFact> system_facts() { return {}; }
+    /// Does nothing where there is no clipboard.
+    virtual void copy_to_clipboard(const std::string& /*text*/) {}
 
 protected:
     ~Desktop() = default;

@@ -8,7 +8,10 @@ namespace tarvello {
 class Program;
 
 /// The main window: menus, side panel, status bars, and the holder fields, in which all settings live while
-/// the program runs. It opens the other windows and follows whether a database is open.
+/// the program runs. It opens the other windows and opens and closes the database.
+///
+/// Whether a database is connected shows on the commands that need one only when the pointer next moves over
+/// the window: directly after a change they keep their old state.
 class MDIForm1 : public Form {
 public:
     explicit MDIForm1(Program& program);
@@ -30,6 +33,26 @@ public:
     MenuItem Autore{*this, "Autore"};
     MenuItem AboutTarvello{*this, "AboutTarvello"};
 
+    /// Header of the side panel. The arrow has four pictures, of which one shows: Ap while the panel is open
+    /// and Ch while it is folded, n quiet and S under the pointer.
+    Label lblNome2{*this, "lblNome2"};
+    Picture imgApn2{*this, "imgApn2"};
+    Picture imgApS2{*this, "imgApS2"};
+    Picture imgChN2{*this, "imgChN2"};
+    Picture imgChS2{*this, "imgChS2"};
+    /// The side panel, which folds.
+    Frame Picture11{*this, "Picture11"};
+    /// Its commands, by the numbers of side_command.
+    ControlArray<Label, 7> Label2{Picture11, "Label2"};
+    /// The picture beside each command.
+    ControlArray<Picture, 7> imgVoce{Picture11, "imgVoce"};
+    /// The donation picture at the foot of the panel.
+    Picture Image1{*this, "Image1"};
+
+    StatusBar StatusBar2{*this, "StatusBar2"};
+    /// What the command under the pointer does.
+    StatusBar sbStatusBar{*this, "sbStatusBar"};
+
     /// The hidden panel of the holder fields. A field's setting is found under the field's own name.
     Frame FrameImpostazioni{*this, "FrameImpostazioni"};
     TextBox txtDatabaseRoute{FrameImpostazioni, "txtDatabaseRoute"};
@@ -47,8 +70,47 @@ public:
     TextBox txtDataUltimoAggiornamento{FrameImpostazioni, "txtDataUltimoAggiornamento"};
     TextBox txtGiorniTraCuiAvvisare{FrameImpostazioni, "txtGiorniTraCuiAvvisare"};
 
+protected:
+    bool on_query_unload(UnloadReason reason) override;
+    void on_unload(UnloadReason reason) override;
+    void on_resize(int width, int height) override;
+
 private:
+    void set_texts();
+    void connect_menus();
+    void connect_panel();
+
+    // Menus.
+    void open_database();
+    void close_database();
+    void find_files();
+    void exit();
+    void look_for_updates();
+
+    // Side panel.
+    void run_side_command(std::size_t command);
+    /// The pointer has come to a part of the window, or to none that shows it.
+    void pointer_over(const Control* part);
+    void follow_connection();
+    void show_hover(const Control* part);
+    void show_arrow(bool under_pointer);
+    void fold();
+    void unfold();
+    void slide_panel(int from, int to);
+
     Program& program_;
+    bool sliding_ = false;
 };
+
+/// The numbers of the commands of the side panel.
+namespace side_command {
+inline constexpr std::size_t customers = 0;
+inline constexpr std::size_t invoices = 1;
+inline constexpr std::size_t letterhead = 2;
+inline constexpr std::size_t tools = 3;
+inline constexpr std::size_t exit = 4;
+inline constexpr std::size_t preferences = 5;
+inline constexpr std::size_t updates = 6;
+} // namespace side_command
 
 } // namespace tarvello

@@ -4,8 +4,8 @@
 #include "platform/platform.h"
 #include "store/database.h"
 
-#include <functional>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -32,6 +32,8 @@ public:
     std::int16_t AnnoCorrente = 0;
     /// The address that was last opened in the user's browser.
     std::string opened_address;
+    /// How far the version banner of the update page has been typed; once a session.
+    std::int16_t version_banner_ticks = 0;
     /// The automatic backup at the end of a session: copies the closed database file to the chosen place.
     /// Returns false if the copy failed. Empty where the program has no backup.
     std::function<bool()> EseguiBackupAutomatico;

@@ -87,6 +87,7 @@ public:
     bool can_open = true;
     bool can_find = true;
     bool another_copy = false;
+    std::string clipboard;
 
     bool open_address(const std::string& address) override {
         opened.push_back(address);
@@ -94,6 +95,8 @@ public:
     }
     bool find_files() override { return can_find; }
     bool is_another_copy_running() override { return another_copy; }
+    std::vector<SystemFact> system_facts() override { return {{"Qt", "6.4.2"}, {"SQLite", "3.40.1"}}; }
+    void copy_to_clipboard(const std::string& text) override { clipboard = text; }
 };
 
 class FakeWindows final : public Windows {

@@ -1,0 +1,42 @@
+#include "shell/about_form.h"
+
+#include "shell/program.h"
+#include "shell/version.h"
+
+#include <array>
+#include <string>
+
+namespace tarvello {
+
+frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(program) {
+    set_caption("Informazioni su Tarvello");
+    Image1.set_picture("tarvello");
+    lblTitle.set_caption("Tarvello 4");
+    lblVersion.set_caption("Versione " + version_text());
+    ListView1.add_column({"Componente", "name", false, 2700});
+    ListView1.add_column({"Versione", "value", false, 5400});
+    cmdCopia.set_caption("&Copia");
+    cmdCopia.set_picture("copia");
+    cmdCopia.set_tool_tip("Copia le informazioni negli appunti");
+    cmdOK.set_caption("&OK");
+    cmdCopia.on_click = [this] { copy(); };
+    cmdOK.on_click = [this] { unload(); };
+}
+
+void frmAbout::on_load() {
+    ListView1.add_row(std::array{std::string("Tarvello"), version_text()});
+    for (const SystemFact& fact : program_.platform().desktop.system_facts()) {
+        ListView1.add_row(std::array{fact.name, fact.value});
+    }
+}
+
+void frmAbout::copy() {
+    std::string text;
+    const ListRows& rows = ListView1.rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        text += std::string(rows.cell(row, 0)) + ": " + std::string(rows.cell(row, 1)) + "\n";
+    }
+    program_.platform().desktop.copy_to_clipboard(text);
+}
+
+} // namespace tarvello

@@ -1,0 +1,81 @@
+#include "shell/main_window.h"
+
+#include "customers/customer_form.h"
+#include "documents/letterhead_form.h"
+#include "invoices/invoice_form.h"
+#include "shell/about_form.h"
+#include "shell/author_form.h"
+#include "shell/program.h"
+#include "shell/session.h"
+#include "shell/tax_preferences.h"
+#include "update/web_service.h"
+
+namespace tarvello {
+
+void MDIForm1::connect_menus() {
+    mnuApri.on_click = [this] { open_database(); };
+    mnuChiudiDatabase.on_click = [this] { close_database(); };
+    CercaFile.on_click = [this] { find_files(); };
+    mnuFileExit.on_click = [this] { exit(); };
+
+    mnuAnagrafica_Clienti.on_click = [this] { program_.form<frmClienti>().show_modal(); };
+    mnuFatture.on_click = [this] { program_.form<frmTarvello>().show(); };
+    IntestaFatture.on_click = [this] { program_.form<frmIntestazioneFatture>().show(); };
+    Impostazioni.on_click = [this] { program_.form<frmImpostazioni>().show(); };
+    mnuScaricaAggiornamenti.on_click = [this] { look_for_updates(); };
+
+    Autore.on_click = [this] { program_.form<frmAutore>().show_modal(); };
+    AboutTarvello.on_click = [this] { program_.form<frmAbout>().show_modal(); };
+}
+
+void MDIForm1::open_database() {
+    const auto chosen = program_.platform().dialogs.open_file(
+        {"Apri Database", {{"Microsoft Access files (*.mdb)", "*.mdb"}}});
+    if (!chosen) return;
+    // An open database is not closed first. The store refuses a second one: then the title shows the new
+    // file, the connection stays on the old one, and the session counts as not connected.
+    txtDatabaseRoute.set_text(*chosen);
+    if (ApriDatabase(program_)) {
+        program_.message("Database caricato correttamente.", BoxIcon::information);
+        mnuChiudiDatabase.set_enabled(true);
+    } else {
+        program_.message("Errore nel caricamento del database.", BoxIcon::critical);
+        mnuChiudiDatabase.set_enabled(false);
+    }
+}
+
+void MDIForm1::close_database() {
+    const MessageBox question{"Chiudere: " + txtDatabaseRoute.text() + "?", "Tarvello 4", BoxIcon::question,
+                              BoxButtons::yes_no, 1};
+    if (program_.platform().boxes.show(question) != Answer::yes) return;
+    ChiudiDatabase(program_);
+    set_caption("Tarvello - [Nessun Databsase Caricato]");
+    mnuChiudiDatabase.set_enabled(false);
+}
+
+void MDIForm1::find_files() {
+    if (program_.platform().desktop.find_files()) return;
+    program_.message("Impossibile accedere al modulo di ricerca file di Windows.", BoxIcon::none);
+}
+
+void MDIForm1::exit() {
+    UnloadAllForms(program_);
+    unload();
+}
+
+void MDIForm1::look_for_updates() {
+    const MessageBox question{
+        "Per verificare la disponibilità di aggiornamenti è necessario essere collegati a internet. \n"
+        "Se si è collegati a internet premere 'OK' altrimenti premere 'Annulla'",
+        "Tarvello 4", BoxIcon::none, BoxButtons::ok_cancel, 1};
+    if (program_.platform().boxes.show(question) == Answer::ok) open_update_page(program_);
+}
+
+void MDIForm1::run_side_command(std::size_t command) {
+    const MenuItem* const entries[] = {&mnuAnagrafica_Clienti,  &mnuFatture,  &IntestaFatture,
+                                       &mnuGestioneDatabase,    &mnuFileExit, &Impostazioni,
+                                       &mnuScaricaAggiornamenti};
+    if (entries[command]->on_click) entries[command]->on_click();
+}
+
+} // namespace tarvello
