@@ -52,8 +52,9 @@ void frmTarvello::set_captions() {
     cmdNuovoAnnoFatturazione.set_tool_tip(
         "Permette di specificare un nuovo anno di emissione per le fatture.");
     cmdCercaCliente.set_caption("Seleziona Cliente");
+    cmdCercaCliente.set_picture("clienti");
     cmdCercaCliente.set_tool_tip("Seleziona Cliente / Inserisci Nuovo Cliente");
-    cmdCalcolaCF.set_caption("C.F.");
+    cmdCalcolaCF.set_picture("calcolatrice");
     cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
     cmdDettagliPrestazioni.set_caption("Dettagli");
     CheckRivalsa.set_caption(default_wording);
@@ -61,6 +62,7 @@ void frmTarvello::set_captions() {
     CheckRitenuta.set_caption("% R.A.");
     CheckPagamento.set_caption("Pagamento");
     cmdCalcola.set_caption("Calcola");
+    cmdCalcola.set_picture("calcolatrice");
     cmdNuovaFattura.set_caption("Nuova Fattura");
     cmdModificaDati.set_caption("Modifica Dati");
     cmdAnnulla.set_caption("Annulla");
@@ -72,6 +74,7 @@ void frmTarvello::set_captions() {
     CheckEmail.set_caption("Invia e-mail");
     cmdChiudi.set_caption("Chiudi");
     cmdCerca.set_caption("Cerca Fattura");
+    cmdCerca.set_picture("cerca");
     Label7.set_caption("1. Anno");
     Combo3.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
     Label8.set_caption("2. Cerca in:");
