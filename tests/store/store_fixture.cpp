@@ -1,0 +1,134 @@
+#include "store/store_fixture.h"
+
+#include "text/letter_case.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace tarvello::testing {
+
+TemporaryFolder::TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tarvello-XXXXXX").string();
+    if (!::mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder: " << pattern;
+    path = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored; // what cannot be removed is no fault of what was tested
+    std::filesystem::remove_all(path, ignored);
+}
+
+std::vector<std::string> TemporaryFolder::names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path))
+        names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string bytes_of(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write_bytes(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+std::string failure_of(const std::function<void()>& act) {
+    try {
+        act();
+    } catch (const Failure& failure) {
+        EXPECT_FALSE(failure.description().empty());
+        return failure.description();
+    }
+    ADD_FAILURE() << "no failure";
+    return {};
+}
+
+std::vector<Row> run(Connection& connection, const std::string& sql) {
+    std::vector<Row> rows;
+    const auto source = connection.execute(sql);
+    while (source && source->next()) {
+        Row& row = rows.emplace_back();
+        for (std::size_t i = 0; i < source->columns().size(); ++i) {
+            const store::ValueView value = source->value(i);
+            const bool null = std::holds_alternative<std::monostate>(value);
+            row.push_back(null ? "(null)" : store::value_text(value, connection.regional()));
+        }
+    }
+    return rows;
+}
+
+std::vector<std::string> column(Connection& connection, const std::string& sql, const std::string& name) {
+    std::vector<std::string> texts;
+    Recordset rows;
+    for (rows.open(sql, connection); !rows.eof(); rows.move_next()) texts.push_back(rows.text(name));
+    return texts;
+}
+
+const std::vector<std::string> invoice_columns{"Numero_Fattura",
+                                               "Data_Fattura",
+                                               "Anno",
+                                               "Numero_Cliente",
+                                               "Codice_Fiscale",
+                                               "Partita_IVA",
+                                               "Nome",
+                                               "Cognome_Ragione_Sociale",
+                                               "Indirizzo",
+                                               "CAP",
+                                               "Provincia",
+                                               "Città",
+                                               "Prestazione1",
+                                               "Importo1",
+                                               "Prestazione2",
+                                               "Importo2",
+                                               "Prestazione3",
+                                               "Importo3",
+                                               "Prestazione4",
+                                               "Importo4",
+                                               "Prestazione5",
+                                               "Importo5",
+                                               "Rivalsa",
+                                               "Dicitura_Rivalsa",
+                                               "Percentuale_Rivalsa",
+                                               "Importo_Rivalsa",
+                                               "Imponibile",
+                                               "Aliquota_IVA",
+                                               "Imposta_IVA",
+                                               "Spese",
+                                               "IVA_Spese",
+                                               "Importo_Spese",
+                                               "Articolo_Esenzione",
+                                               "Totale_Fattura",
+                                               "Ritenuta",
+                                               "Importo_Ritenuta",
+                                               "Percentuale_Ritenuta",
+                                               "Ritenuta_Su",
+                                               "Importo_Netto",
+                                               "Check_Pagamento",
+                                               "Pagamento"};
+
+Row row_of_invoice(int number) {
+    Row row{std::to_string(number), "05/03/2006", "2006", std::to_string(number % 7 + 1)};
+    for (std::size_t i = row.size(); i < invoice_columns.size(); ++i) {
+        row.push_back(invoice_columns[i] + " dell'invio n° " + std::to_string(number));
+        if (i % 10 == 0) row.back() += std::string(static_cast<std::size_t>(number) * 37 % 9000, 'x');
+    }
+    return row;
+}
+
+std::string insert_of_invoice(int number) {
+    std::string names;
+    std::string values;
+    const Row row = row_of_invoice(number);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        names += (i > 0 ? "," : "") + invoice_columns[i];
+        values += (i > 0 ? ",'" : "'") + double_apostrophes(row[i]) + "'";
+    }
+    return "INSERT INTO Fatture (" + names + ") VALUES (" + values + ")";
+}
+
+} // namespace tarvello::testing

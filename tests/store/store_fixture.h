@@ -1,0 +1,54 @@
+#pragma once
+
+#include "failure.h"
+#include "store/database.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarvello::testing {
+
+/// A folder of the test's own, gone when the test is over.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string in(const std::string& name) const { return (path / name).string(); }
+    /// The names of all files, in order.
+    std::vector<std::string> names() const;
+
+    std::filesystem::path path;
+};
+
+std::string bytes_of(const std::string& path);
+void write_bytes(const std::string& path, const std::string& bytes);
+
+/// The description of the failure that `act` ends with; fails the test if it ends with none.
+std::string failure_of(const std::function<void()>& act);
+
+using Row = std::vector<std::string>;
+
+/// Runs a statement by a recordset of its own. @return all rows, nulls as "(null)"
+std::vector<Row> run(Connection& connection, const std::string& sql);
+
+/// The texts of one column, of all rows.
+std::vector<std::string> column(Connection& connection, const std::string& sql, const std::string& name);
+
+/// The columns of Fatture without the key, in the order in which the forms write them.
+extern const std::vector<std::string> invoice_columns;
+
+/// The INSERT of an invoice whose every text tells its number and its column, some of them too long for a
+/// page of the file.
+std::string insert_of_invoice(int number);
+/// What reading that invoice back must give, without the key.
+Row row_of_invoice(int number);
+
+} // namespace tarvello::testing
