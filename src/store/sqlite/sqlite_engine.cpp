@@ -298,6 +298,7 @@ public:
     ~SqliteEngine() override { file_->close(); }
 
     std::unique_ptr<RowSource> run(const Statement& statement) override {
+        if (file_->forget_what_is_in_doubt()) plans_.clear();
         file_->need_in_place();
         const bool reads = statement.kind == StatementKind::select;
         if (!reads) file_->need_writable();

@@ -105,6 +105,8 @@ SqliteFile::SqliteFile(const std::string& path) : path_(path) {
         // The file may come from anybody: nothing in its schema gets at more than the file.
         sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
         sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+        // A quoted name that is no column is an error, and not the text of that name.
+        sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
         register_sqlite_functions(handle_);
         check();
     } catch (...) {
@@ -149,6 +151,13 @@ void SqliteFile::need_writable() const {
     constexpr mode_t any_write = S_IWUSR | S_IWGRP | S_IWOTH;
     if (stat(path_.c_str(), &status) == 0 && (status.st_mode & any_write) == 0) fail(SQLITE_READONLY);
     if (access(path_.c_str(), W_OK) != 0) fail(SQLITE_READONLY);
+}
+
+bool SqliteFile::forget_what_is_in_doubt() {
+    if (!in_doubt_) return false;
+    in_doubt_ = false;
+    tables_.clear();
+    return true;
 }
 
 std::shared_ptr<const Table> SqliteFile::table(std::string_view name) {
@@ -197,6 +206,7 @@ sqlite3_stmt* SqliteFile::prepare(const std::string& sql) const {
 }
 
 void SqliteFile::fail(int code) const {
+    in_doubt_ = true;
     const char* detail = handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(code);
     throw Failure(failure_number::database, source,
                   "Database \"" + path_ + "\": " + meaning(code) + " (" + std::string(detail) + ", " +

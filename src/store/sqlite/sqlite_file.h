@@ -34,8 +34,9 @@ public:
 
     /// A table, known without regard to case. @throws Failure if there is none of that name
     std::shared_ptr<const Table> table(std::string_view name);
-    /// Forgets what is known of the tables: another program may have changed them.
-    void forget_tables() { tables_.clear(); }
+    /// True if anything has failed since the last call: another program may have changed the tables then, and
+    /// what is known of them is forgotten.
+    bool forget_what_is_in_doubt();
 
     sqlite3_stmt* prepare(const std::string& sql) const;
 
@@ -47,6 +48,7 @@ private:
 
     std::string path_;
     sqlite3* handle_ = nullptr;
+    mutable bool in_doubt_ = false;
     std::map<std::string, std::shared_ptr<const Table>, std::less<>> tables_; ///< by the name as asked for
 };
 

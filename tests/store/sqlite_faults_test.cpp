@@ -1,0 +1,258 @@
+// A disk that fails at any point, and a process that is killed at any point: what was saved is there and
+// whole.
+
+#include "store/store_fixture.h"
+#include "support/program_test.h"
+
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <optional>
+#include <random>
+#include <thread>
+
+namespace tarvello::testing {
+namespace {
+
+/// SQLite's way to the disk with a fault in it: after a number of writing calls every further one fails.
+class FaultyDisk {
+public:
+    FaultyDisk() {
+        real_ = sqlite3_vfs_find(nullptr);
+        vfs_ = *real_;
+        vfs_.zName = "faulty";
+        vfs_.szOsFile = static_cast<int>(sizeof(File)) + real_->szOsFile;
+        vfs_.xOpen = open;
+        vfs_.xDelete = [](sqlite3_vfs*, const char* name, int sync) {
+            return fails() ? SQLITE_IOERR_DELETE : real_->xDelete(real_, name, sync);
+        };
+        sqlite3_vfs_register(&vfs_, 1);
+    }
+    ~FaultyDisk() {
+        sqlite3_vfs_unregister(&vfs_);
+        sqlite3_vfs_register(real_, 1);
+        calls_left_.reset();
+    }
+    FaultyDisk(const FaultyDisk&) = delete;
+    FaultyDisk& operator=(const FaultyDisk&) = delete;
+
+    void fail_after(int calls) {
+        calls_left_ = calls;
+        failed_ = false;
+    }
+    /// The disk is well again. @return whether it has failed any call
+    bool repair() {
+        calls_left_.reset();
+        return failed_;
+    }
+
+private:
+    /// An open file of ours; the real one lies behind it in the same memory.
+    struct File {
+        sqlite3_file base;
+        sqlite3_file* real() { return reinterpret_cast<sqlite3_file*>(this + 1); }
+    };
+    static sqlite3_file* real_of(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real(); }
+
+    static bool fails() {
+        if (!calls_left_) return false;
+        if (*calls_left_ > 0) {
+            --*calls_left_;
+            return false;
+        }
+        failed_ = true;
+        return true;
+    }
+
+    static int open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
+        static const sqlite3_io_methods methods = [] {
+            sqlite3_io_methods m{};
+            m.iVersion = 1;
+            m.xClose = [](sqlite3_file* f) { return real_of(f)->pMethods->xClose(real_of(f)); };
+            m.xRead = [](sqlite3_file* f, void* bytes, int size, sqlite3_int64 at) {
+                return real_of(f)->pMethods->xRead(real_of(f), bytes, size, at);
+            };
+            m.xWrite = [](sqlite3_file* f, const void* bytes, int size, sqlite3_int64 at) {
+                if (!fails()) return real_of(f)->pMethods->xWrite(real_of(f), bytes, size, at);
+                // As a full disk does it: half of the bytes are there.
+                real_of(f)->pMethods->xWrite(real_of(f), bytes, size / 2, at);
+                return SQLITE_FULL;
+            };
+            m.xTruncate = [](sqlite3_file* f, sqlite3_int64 size) {
+                return fails() ? SQLITE_IOERR_TRUNCATE : real_of(f)->pMethods->xTruncate(real_of(f), size);
+            };
+            m.xSync = [](sqlite3_file* f, int how) {
+                return fails() ? SQLITE_IOERR_FSYNC : real_of(f)->pMethods->xSync(real_of(f), how);
+            };
+            m.xFileSize = [](sqlite3_file* f, sqlite3_int64* size) {
+                return real_of(f)->pMethods->xFileSize(real_of(f), size);
+            };
+            m.xLock = [](sqlite3_file* f, int lock) { return real_of(f)->pMethods->xLock(real_of(f), lock); };
+            m.xUnlock = [](sqlite3_file* f, int lock) {
+                return real_of(f)->pMethods->xUnlock(real_of(f), lock);
+            };
+            m.xCheckReservedLock = [](sqlite3_file* f, int* found) {
+                return real_of(f)->pMethods->xCheckReservedLock(real_of(f), found);
+            };
+            m.xFileControl = [](sqlite3_file* f, int op, void* argument) {
+                return real_of(f)->pMethods->xFileControl(real_of(f), op, argument);
+            };
+            m.xSectorSize = [](sqlite3_file* f) { return real_of(f)->pMethods->xSectorSize(real_of(f)); };
+            m.xDeviceCharacteristics = [](sqlite3_file* f) {
+                return real_of(f)->pMethods->xDeviceCharacteristics(real_of(f));
+            };
+            return m;
+        }();
+        file->pMethods = nullptr;
+        if ((flags & SQLITE_OPEN_MAIN_JOURNAL) != 0 && fails()) return SQLITE_CANTOPEN;
+        const int code = real_->xOpen(real_, name, real_of(file), flags, out_flags);
+        if (code == SQLITE_OK) file->pMethods = &methods;
+        return code;
+    }
+
+    inline static sqlite3_vfs* real_ = nullptr;
+    inline static std::optional<int> calls_left_;
+    inline static bool failed_ = false;
+    sqlite3_vfs vfs_;
+};
+
+std::string integrity(const std::string& path) {
+    sqlite3* database = nullptr;
+    EXPECT_EQ(sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
+    std::string result;
+    sqlite3_exec(
+        database, "PRAGMA integrity_check",
+        [](void* text, int, char** values, char**) {
+            *static_cast<std::string*>(text) += values[0];
+            return 0;
+        },
+        &result, nullptr);
+    sqlite3_close(database);
+    return result;
+}
+
+TEST(SqliteFaults, EveryWriteThatFailsLeavesTheWholeStatementOrNothing) {
+    TemporaryFolder folder;
+    const RegionalSettings regional;
+    const std::string path = folder.in("archivio.mdb");
+    make_database(path);
+    {
+        Connection connection(regional);
+        connection.open(path);
+        for (int number = 1; number <= 5; ++number) run(connection, insert_of_invoice(number));
+    }
+    const std::string five_invoices = bytes_of(path);
+    const std::string update = "UPDATE Fatture SET Nome='cambiato'";
+    bool finished = false;
+    int faults = 0;
+    FaultyDisk disk;
+    for (int calls = 0; !finished; ++calls) {
+        SCOPED_TRACE(calls);
+        write_bytes(path, five_invoices);
+        Connection connection(regional);
+        connection.open(path);
+        Recordset half_read;
+        half_read.open("SELECT * FROM Fatture", connection);
+
+        disk.fail_after(calls);
+        bool returned = true;
+        try {
+            run(connection, update);
+            run(connection, insert_of_invoice(6));
+        } catch (const Failure& failure) {
+            EXPECT_NE(failure.description().find("Database"), std::string::npos);
+            returned = false;
+        }
+        skip_failures([&] { half_read.move_next(); }); // a failure or a row, no crash
+        finished = !disk.repair();
+        if (!finished) ++faults;
+        EXPECT_TRUE(returned || !finished);
+
+        // The same connection goes on once the disk is well.
+        const std::size_t changed = run(connection, "SELECT * FROM Fatture WHERE Nome='cambiato'").size();
+        EXPECT_TRUE(changed == 0 || changed == 5) << changed;
+        const std::vector<Row> saved = run(connection, "SELECT * FROM Fatture WHERE ID>5");
+        EXPECT_LE(saved.size(), 1U);
+        if (returned) {
+            EXPECT_EQ(changed, 5U);
+            EXPECT_EQ(saved.size(), 1U);
+        }
+        if (!saved.empty()) {
+            EXPECT_EQ(Row(saved[0].begin() + 1, saved[0].end()), row_of_invoice(6));
+        }
+        run(connection, insert_of_invoice(7));
+        half_read.close();
+        connection.close();
+        EXPECT_EQ(integrity(path), "ok");
+    }
+    EXPECT_GT(faults, 10) << "the faults were not met";
+}
+
+/// Saves invoices one after the other, and tells each through the pipe when its save has returned.
+[[noreturn]] void save_until_killed(const std::string& path, int first, int told) {
+    const RegionalSettings regional;
+    Connection connection(regional);
+    connection.open(path);
+    for (int number = first;; ++number) {
+        run(connection, insert_of_invoice(number));
+        if (::write(told, &number, sizeof number) != sizeof number) ::_exit(1);
+    }
+}
+
+TEST(SqliteFaults, AKilledProcessLosesNothingThatWasSaved) {
+    TemporaryFolder folder;
+    const RegionalSettings regional;
+    const std::string path = folder.in("archivio.mdb");
+    make_database(path);
+    std::mt19937 random(std::random_device{}());
+    constexpr int enough_saves = 200;
+    int saved = 0; // invoices 1 to this one are in the file for sure
+    int kills = 0;
+    int found_unannounced = 0;
+    while (saved < enough_saves || kills < 20) {
+        int pipe_ends[2];
+        ASSERT_EQ(::pipe(pipe_ends), 0);
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::close(pipe_ends[0]);
+            save_until_killed(path, saved + 1, pipe_ends[1]);
+        }
+        ::close(pipe_ends[1]);
+        // The first save is waited for, so that the kill hits the work and not the start.
+        int number = 0;
+        ASSERT_EQ(::read(pipe_ends[0], &number, sizeof number), static_cast<ssize_t>(sizeof number));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 15'000));
+        ASSERT_EQ(::kill(child, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
+        ++kills;
+        do saved = number;
+        while (::read(pipe_ends[0], &number, sizeof number) == static_cast<ssize_t>(sizeof number));
+        ::close(pipe_ends[0]);
+
+        Connection connection(regional);
+        connection.open(path);
+        const std::vector<Row> rows = run(connection, "SELECT * FROM Fatture");
+        connection.close();
+        ASSERT_EQ(integrity(path), "ok");
+        ASSERT_GE(rows.size(), static_cast<std::size_t>(saved)) << "a saved invoice is lost";
+        ASSERT_LE(rows.size(), static_cast<std::size_t>(saved) + 1);
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            ASSERT_EQ(Row(rows[i].begin() + 1, rows[i].end()), row_of_invoice(static_cast<int>(i) + 1));
+        }
+        // One more may be there: it was on disk, and the kill came before it was told.
+        found_unannounced += static_cast<int>(rows.size()) - saved;
+        saved = static_cast<int>(rows.size());
+    }
+    RecordProperty("kills", kills);
+    RecordProperty("saves", saved);
+    RecordProperty("found_unannounced", found_unannounced);
+}
+
+} // namespace
+} // namespace tarvello::testing
