@@ -1,6 +1,8 @@
 #include "store/engine.h"
 
 #include "failure.h"
+#include "store/access/access_engine.h"
+#include "store/access/header.h"
 #include "store/sqlite/sqlite_engine.h"
 
 #include <array>
@@ -44,6 +46,7 @@ std::string first_bytes(const std::string& path) {
 std::unique_ptr<Engine> open_engine(const std::string& path, const RegionalSettings& regional) {
     const std::string mark = first_bytes(path);
     if (mark.starts_with(sqlite_mark)) return open_sqlite_engine(path, regional);
+    if (access::is_access_file(mark)) return open_access_engine(path, regional);
     fail(failure_number::database, path, "il file non è un database");
 }
 

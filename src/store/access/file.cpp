@@ -1,0 +1,159 @@
+#include "store/access/file.h"
+
+#include "store/access/failures.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tarvello::store::access {
+namespace {
+
+[[noreturn]] void fail_with(const std::string& path, const std::string& what, int error) {
+    std::string reason;
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        reason = "il disco è pieno";
+        break;
+    case EACCES:
+    case EPERM:
+        reason = "manca il permesso";
+        break;
+    case EROFS:
+        reason = "il disco è di sola lettura";
+        break;
+    case ENOENT:
+        reason = "non esiste";
+        break;
+    case EISDIR:
+        reason = "è una cartella";
+        break;
+    default:
+        reason = "errore " + std::to_string(error) + " del disco";
+    }
+    throw Failure(access_failure::file, source,
+                  what + " del file \"" + path + "\" non riuscita: " + reason + ".");
+}
+
+} // namespace
+
+File::File(std::string path, Mode mode, FileWatch* watch)
+    : path_(std::move(path)), watch_(watch), can_write_(mode != Mode::read_only) {
+    if (!allow(FileCall::open)) fail("Apertura", EIO);
+    int flags = O_CLOEXEC | (mode == Mode::read_only ? O_RDONLY : O_RDWR);
+    if (mode == Mode::create) flags |= O_CREAT | O_TRUNC;
+    handle_ = ::open(path_.c_str(), flags, 0666);
+    if (handle_ < 0) fail("Apertura", errno);
+    struct stat status {};
+    if (::fstat(handle_, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(handle_);
+        fail("Apertura", EISDIR);
+    }
+}
+
+File::~File() { ::close(handle_); }
+
+void File::fail(const char* what, int error) const { fail_with(path_, what, error); }
+
+std::uint64_t File::size() const {
+    struct stat status {};
+    if (::fstat(handle_, &status) != 0) fail("Lettura", errno);
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::uint64_t File::stamp() const {
+    struct stat status {};
+    if (::fstat(handle_, &status) != 0) fail("Lettura", errno);
+    const auto seconds = static_cast<std::uint64_t>(status.st_mtim.tv_sec);
+    const auto nanoseconds = static_cast<std::uint64_t>(status.st_mtim.tv_nsec);
+    return (seconds * 1'000'000'000U + nanoseconds) ^ (static_cast<std::uint64_t>(status.st_size) << 40);
+}
+
+bool File::in_place() const {
+    struct stat here {};
+    struct stat there {};
+    return ::fstat(handle_, &here) == 0 && ::stat(path_.c_str(), &there) == 0 &&
+           here.st_dev == there.st_dev && here.st_ino == there.st_ino;
+}
+
+std::size_t File::read(std::uint64_t offset, std::span<std::uint8_t> into) const {
+    if (!allow(FileCall::read)) fail("Lettura", EIO);
+    std::size_t done = 0;
+    while (done < into.size()) {
+        const ssize_t count =
+            ::pread(handle_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) fail("Lettura", errno);
+        if (count == 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+void File::write(std::uint64_t offset, std::span<const std::uint8_t> bytes) {
+    if (!allow(FileCall::write)) fail("Scrittura", EIO);
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count =
+            ::pwrite(handle_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) fail("Scrittura", errno);
+        done += static_cast<std::size_t>(count);
+    }
+}
+
+void File::sync() {
+    if (!allow(FileCall::sync)) fail("Scrittura", EIO);
+    if (::fdatasync(handle_) != 0) fail("Scrittura", errno);
+}
+
+void File::truncate(std::uint64_t size) {
+    if (!allow(FileCall::truncate)) fail("Scrittura", EIO);
+    if (::ftruncate(handle_, static_cast<off_t>(size)) != 0) fail("Scrittura", errno);
+}
+
+bool File::lock() {
+    if (!allow(FileCall::lock)) return false;
+    if (::flock(handle_, LOCK_EX | LOCK_NB) != 0) return false;
+    // Programs that share files over a network lock ranges and do not see the lock above.
+    struct flock range {};
+    range.l_type = static_cast<short>(can_write_ ? F_WRLCK : F_RDLCK);
+    range.l_whence = SEEK_SET;
+    return ::fcntl(handle_, F_OFD_SETLK, &range) == 0;
+}
+
+bool File::exists(const std::string& path) {
+    std::error_code ignored; // what cannot be looked at is not there
+    return std::filesystem::exists(path, ignored);
+}
+
+bool File::writable(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return false;
+    // The superuser may write everything: the owner's wish counts for him too.
+    return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && ::access(path.c_str(), W_OK) == 0;
+}
+
+void File::remove(const std::string& path, FileWatch* watch) {
+    if (watch != nullptr && !watch->allow(FileCall::remove)) fail_with(path, "Cancellazione", EIO);
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) fail_with(path, "Cancellazione", errno);
+}
+
+void File::sync_folder_of(const std::string& path, FileWatch* watch) {
+    if (watch != nullptr && !watch->allow(FileCall::sync)) fail_with(path, "Scrittura", EIO);
+    std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    if (folder.empty()) folder = ".";
+    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0) fail_with(path, "Scrittura", errno);
+    const int result = ::fsync(handle);
+    const int error = errno;
+    ::close(handle);
+    // Some network folders cannot be synced; they keep their names by themselves.
+    if (result != 0 && error != EINVAL) fail_with(path, "Scrittura", error);
+}
+
+} // namespace tarvello::store::access

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "store/access/bytes.h"
+#include "store/access/usage_map.h"
+
+namespace tarvello::store::access {
+
+/// The least bytes that count as room on a page of long values: shorter values stay inside their row.
+inline constexpr std::size_t least_long_row = 65;
+
+/// The data pages of one owner: finds room for rows among them, takes new pages and gives empty ones back.
+class FreeSpace {
+public:
+    /// @param owned      the map of the owner's pages
+    /// @param with_room  the map of those with room
+    /// @param owner      what the pages name as their owner
+    /// @param least      the size of the smallest row that may come: a page has room while one fits
+    FreeSpace(PageStore& store, PageAllocator& allocator, UsageMap owned, UsageMap with_room,
+              std::uint32_t owner, std::size_t least)
+        : store_(store), allocator_(allocator), owned_(owned), with_room_(with_room), owner_(owner),
+          least_(least) {}
+
+    /// Writes a row where there is room. It must not be longer than a page takes.
+    RowPointer add_row(Bytes row, std::uint32_t flags = 0);
+    /// Deletes a row; a page without rows is given back.
+    void erase_row(RowPointer row);
+    /// Brings the map of pages with room up to date after the rows of a page have changed.
+    void update(PageNumber page);
+
+private:
+    PageNumber page_with_room(std::size_t size);
+
+    PageStore& store_;
+    PageAllocator& allocator_;
+    UsageMap owned_;
+    UsageMap with_room_;
+    std::uint32_t owner_;
+    std::size_t least_;
+};
+
+} // namespace tarvello::store::access

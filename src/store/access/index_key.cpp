@@ -1,0 +1,164 @@
+#include "store/access/index_key.h"
+
+#include "store/access/stored_text.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+
+namespace tarvello::store::access {
+namespace {
+
+/// What a character gives to a key. Plain and accented ones give inline bytes; accented ones an accent byte
+/// too; ignored ones nothing inline, and a code behind the rest.
+struct SortCode {
+    enum class Kind : std::uint8_t { plain, accented, ignored };
+    char32_t character;
+    Kind kind;
+    std::uint8_t inline_bytes[2];
+    std::uint8_t inline_count;
+    std::uint8_t extra; // the accent byte, or the code
+};
+
+constexpr SortCode sort_codes[] = {
+#include "store/access/sort_codes.inc"
+};
+
+constexpr std::uint32_t general_order = 0x0409; // and version 0
+
+const SortCode& sort_code(char32_t character) {
+    const auto* found =
+        std::lower_bound(std::begin(sort_codes), std::end(sort_codes), character,
+                         [](const SortCode& code, char32_t wanted) { return code.character < wanted; });
+    if (found == std::end(sort_codes) || found->character != character) {
+        std::string shown;
+        utf8::append(shown, character);
+        throw not_writable("Il testo contiene il carattere \"" + shown +
+                           "\", di cui non si conosce il posto nell'ordine di un indice del file Access: "
+                           "non è stato scritto nulla.");
+    }
+    return *found;
+}
+
+/// The bytes of a number with the highest first.
+void append_big_endian(Key& key, Bytes stored) {
+    for (std::size_t i = stored.size(); i > 0; --i) key.push_back(stored[i - 1]);
+}
+
+bool is_whole(StoredType type) {
+    return type == StoredType::integer16 || type == StoredType::integer32 || type == StoredType::currency;
+}
+
+bool is_floating(StoredType type) {
+    return type == StoredType::single_float || type == StoredType::double_float || type == StoredType::date;
+}
+
+} // namespace
+
+bool key_is_known(const ColumnDefinition& column) {
+    if (!column.known_type) return false;
+    if (column.type == StoredType::text) return !column.fixed && column.sort_order == general_order;
+    return is_whole(column.type) || is_floating(column.type) || column.type == StoredType::yes_no;
+}
+
+void append_text_key(Key& key, std::string_view text) {
+    while (text.ends_with(' ')) text.remove_suffix(1);
+    Key accents;
+    Key ignored;
+    std::size_t inline_characters = 0;
+    std::size_t accents_end = 0;
+    for (const char32_t character : utf8::decode(text)) {
+        const SortCode& code = sort_code(character);
+        if (code.kind == SortCode::Kind::ignored) {
+            const std::size_t place = 0x8000 + 7 + 4 * inline_characters;
+            ignored.push_back(static_cast<std::uint8_t>(place >> 8));
+            ignored.push_back(static_cast<std::uint8_t>(place));
+            ignored.push_back(0x06);
+            ignored.push_back(code.extra);
+            continue;
+        }
+        ++inline_characters;
+        key.append(code.inline_bytes, code.inline_count);
+        const bool accented = code.kind == SortCode::Kind::accented;
+        accents.push_back(accented ? code.extra : 0x02);
+        if (accented) accents_end = accents.size();
+    }
+    key.push_back(0x01);
+    while (accents_end > 0 && accents[accents_end - 1] == 0x02) --accents_end;
+    key.append(accents, 0, accents_end);
+    if (!ignored.empty()) {
+        key.append({0x01, 0x01, 0x01});
+        key.append(ignored);
+    }
+    key.push_back(0x00);
+}
+
+void append_key(Key& key, std::optional<Bytes> stored, bool yes, const ColumnDefinition& column,
+                bool ascending) {
+    const std::size_t start = key.size();
+    if (!stored) {
+        key.push_back(ascending ? 0x00 : 0xFF);
+        return;
+    }
+    key.push_back(0x7F);
+    if (column.type == StoredType::yes_no) {
+        key.push_back(yes ? 0x00 : 0xFF);
+    } else if (is_whole(column.type)) {
+        append_big_endian(key, *stored);
+        key[start + 1] ^= 0x80;
+    } else if (is_floating(column.type)) {
+        append_big_endian(key, *stored);
+        if ((key[start + 1] & 0x80) != 0) {
+            for (std::size_t i = start + 1; i < key.size(); ++i) key[i] = static_cast<std::uint8_t>(~key[i]);
+        } else {
+            key[start + 1] ^= 0x80;
+        }
+    } else {
+        std::string text;
+        decode_text(*stored, text);
+        append_text_key(key, text);
+    }
+    if (!ascending) {
+        // 7F inverted is the 80 that a descending value starts with.
+        for (std::size_t i = start; i < key.size(); ++i) key[i] = static_cast<std::uint8_t>(~key[i]);
+    }
+}
+
+RowKey row_key(const RowView& row, const IndexDefinition& index, const TableDefinition& table) {
+    RowKey key;
+    for (const IndexColumn& part_of_key : index.columns) {
+        const ColumnDefinition& column = table.columns[part_of_key.column];
+        const auto stored = row.stored(column);
+        if (stored) {
+            key.all_null = false;
+        } else {
+            key.any_null = true;
+        }
+        append_key(key.bytes, stored, row.yes(column), column, part_of_key.ascending);
+    }
+    return key;
+}
+
+std::optional<Key> number_key(std::int64_t number, const ColumnDefinition& column, bool ascending) {
+    std::uint8_t bytes[8];
+    store64(bytes, static_cast<std::uint64_t>(number));
+    Key key;
+    switch (column.type) {
+    case StoredType::integer16:
+        if (number != static_cast<std::int16_t>(number)) return std::nullopt;
+        append_key(key, Bytes(bytes, 2), false, column, ascending);
+        return key;
+    case StoredType::integer32:
+        if (number != static_cast<std::int32_t>(number)) return std::nullopt;
+        append_key(key, Bytes(bytes, 4), false, column, ascending);
+        return key;
+    case StoredType::double_float:
+        if (std::abs(number) > (std::int64_t{1} << 53)) return std::nullopt;
+        store64(bytes, std::bit_cast<std::uint64_t>(static_cast<double>(number)));
+        append_key(key, Bytes(bytes, 8), false, column, ascending);
+        return key;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace tarvello::store::access

@@ -1,0 +1,171 @@
+#include "store/access/index_page.h"
+
+#include <algorithm>
+
+namespace tarvello::store::access {
+namespace {
+
+constexpr std::size_t mask_at = 27;
+constexpr std::size_t mask_size = 453;
+constexpr std::size_t row_size = 4;   // page and row
+constexpr std::size_t child_size = 4; // of a node's entry, behind the row
+
+std::uint32_t big_endian24(const std::uint8_t* at) {
+    return (std::uint32_t{at[0]} << 16) | (std::uint32_t{at[1]} << 8) | at[2];
+}
+
+std::size_t common_prefix(const Key& left, const Key& right) {
+    const auto ends = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
+    return static_cast<std::size_t>(ends.first - left.begin());
+}
+
+/// The bytes that all entries share. They are in order, so the first and the last say it.
+std::size_t shared_prefix(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
+    if (to - from < 2) return 0;
+    std::size_t shared = common_prefix(entries[from], entries[to - 1]);
+    // The row and the child stay outside, so that an entry never loses all its own bytes.
+    for (std::size_t i = from; i < to; ++i) shared = std::min(shared, entries[i].size() - row_size - 1);
+    return shared;
+}
+
+std::size_t total_size(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
+    std::size_t size = 0;
+    for (std::size_t i = from; i < to; ++i) size += entries[i].size();
+    return size;
+}
+
+} // namespace
+
+IndexPage::IndexPage(PageStore& store, PageNumber number, PageNumber table) : page_(store.read(number)) {
+    const std::uint8_t* bytes = page_->data();
+    leaf_ = bytes[0] == static_cast<std::uint8_t>(PageType::index_leaf);
+    if ((!leaf_ && bytes[0] != static_cast<std::uint8_t>(PageType::index_node)) ||
+        load32(bytes + 4) != table) {
+        throw damaged("la pagina " + std::to_string(number) + " non è del suo indice");
+    }
+    prefix_ = load16(bytes + 24);
+    const std::size_t least = row_size + 1 + (leaf_ ? 0 : child_size);
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < mask_size; ++i) {
+        for (std::uint32_t bits = bytes[mask_at + i]; bits != 0; bits &= bits - 1) {
+            const std::size_t end = i * 8 + static_cast<std::size_t>(std::countr_zero(bits));
+            const std::size_t whole = end - start + (ends_.empty() ? 0 : prefix_);
+            if (end > entries_room || whole < least || (ends_.empty() && whole < prefix_)) {
+                throw damaged("le voci di un indice non sono valide");
+            }
+            ends_.push_back(static_cast<std::uint16_t>(end));
+            start = end;
+        }
+    }
+}
+
+Bytes IndexPage::rest(std::size_t index) const {
+    const std::size_t start = index == 0 ? 0 : ends_[index - 1];
+    return {page_->data() + entries_at + start, ends_[index] - start};
+}
+
+void IndexPage::entry(std::size_t index, Key& into) const {
+    const Bytes own = rest(index);
+    into.clear();
+    if (index > 0) into.append(page_->data() + entries_at, prefix_);
+    into.append(own.data(), own.size());
+}
+
+RowPointer IndexPage::row(std::size_t index) const {
+    // The shared prefix may reach into the row's bytes in files of other writers.
+    Key whole;
+    const Bytes own = rest(index);
+    const std::uint8_t* end = own.data() + own.size();
+    if (own.size() < row_size) {
+        entry(index, whole);
+        end = whole.data() + whole.size();
+    }
+    return {big_endian24(end - row_size), end[-1]};
+}
+
+PageNumber IndexPage::child(std::size_t index) const {
+    Key whole;
+    const Bytes own = rest(index);
+    const std::uint8_t* end = own.data() + own.size();
+    if (own.size() < child_size) {
+        entry(index, whole);
+        end = whole.data() + whole.size();
+    }
+    return (std::uint32_t{end[-4]} << 24) | big_endian24(end - 3);
+}
+
+int IndexPage::compare(std::size_t index, KeyView key) const {
+    const Bytes own = rest(index);
+    KeyView head(page_->data() + entries_at, index == 0 ? 0 : prefix_);
+    KeyView tail(own.data(), own.size());
+    if (!leaf_) {
+        // A child's page is no part of the order.
+        if (tail.size() >= child_size) {
+            tail.remove_suffix(child_size);
+        } else {
+            head.remove_suffix(child_size - tail.size());
+            tail = {};
+        }
+    }
+    const KeyView first = key.substr(0, head.size());
+    if (const int order = head.compare(first); order != 0) return order;
+    return tail.compare(key.substr(first.size()));
+}
+
+std::size_t IndexPage::lower_bound(KeyView key) const {
+    std::size_t low = 0;
+    std::size_t high = size();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        if (compare(middle, key) < 0) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
+}
+
+std::vector<IndexChild> read_children(const IndexPage& node) {
+    std::vector<IndexChild> children(node.size());
+    for (std::size_t i = 0; i < node.size(); ++i) {
+        node.entry(i, children[i].last);
+        children[i].page = node.child(i);
+        children[i].last.resize(children[i].last.size() - child_size);
+    }
+    const PageNumber tail = node.tail();
+    if (tail != 0 && (children.empty() || children.back().page != tail)) children.push_back({{}, tail});
+    return children;
+}
+
+bool entries_fit(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
+    const std::size_t size = total_size(entries, from, to);
+    if (size <= entries_room) return true;
+    return size - (to - from - 1) * shared_prefix(entries, from, to) <= entries_room;
+}
+
+void write_index_page(Page& page, PageType type, PageNumber table, const std::vector<Key>& entries,
+                      std::size_t from, std::size_t to, PageNumber previous, PageNumber next,
+                      PageNumber tail) {
+    const std::size_t prefix =
+        total_size(entries, from, to) <= entries_room ? 0 : shared_prefix(entries, from, to);
+    page.fill(0);
+    page[0] = static_cast<std::uint8_t>(type);
+    page[1] = 1;
+    store32(page.data() + 4, table);
+    store32(page.data() + 12, previous);
+    store32(page.data() + 16, next);
+    store32(page.data() + 20, tail);
+    store16(page.data() + 24, static_cast<std::uint32_t>(prefix));
+    std::size_t at = 0;
+    for (std::size_t i = from; i < to; ++i) {
+        const std::size_t skipped = i == from ? 0 : prefix;
+        std::copy(entries[i].begin() + static_cast<std::ptrdiff_t>(skipped), entries[i].end(),
+                  page.begin() + static_cast<std::ptrdiff_t>(entries_at + at));
+        at += entries[i].size() - skipped;
+        page[mask_at + at / 8] |= static_cast<std::uint8_t>(1U << (at % 8));
+    }
+    store16(page.data() + 2, static_cast<std::uint32_t>(entries_room - at));
+}
+
+} // namespace tarvello::store::access

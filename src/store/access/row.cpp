@@ -1,0 +1,202 @@
+#include "store/access/row.h"
+
+#include "store/access/stored_text.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarvello::store::access {
+namespace {
+
+std::size_t mask_size(std::uint32_t columns) { return (columns + 7) / 8; }
+
+double numeric_value(Bytes stored, std::uint8_t scale) {
+    // A sign, then four words, the highest first.
+    part(stored, 0, 17);
+    double value = 0;
+    for (std::size_t word = 0; word < 4; ++word)
+        value = value * 4294967296.0 + load32(stored.data() + 1 + 4 * word);
+    value /= std::pow(10.0, scale);
+    return stored[0] == 0 ? value : -value;
+}
+
+ValueView date_value(double days) {
+    // The fraction is the time of day, also of a day before the first one.
+    const double whole = std::trunc(days);
+    constexpr double first = -657434; // 1 January 100
+    constexpr double last = 2958465;  // 31 December 9999
+    if (!(whole >= first && whole <= last)) return std::monostate();
+    return Date(first_day + std::chrono::days(static_cast<int>(whole)));
+}
+
+[[noreturn]] void fail_for_range(const ColumnDefinition& column) {
+    throw Failure(failure_number::overflow, source,
+                  "Il numero è troppo grande per la colonna " + column.name + ".");
+}
+
+std::vector<std::uint8_t> whole_number(std::int64_t value, const ColumnDefinition& column, std::size_t size) {
+    const int bits = static_cast<int>(size) * 8 - 1;
+    const std::int64_t low = column.type == StoredType::byte ? 0 : -(std::int64_t{1} << bits);
+    const std::int64_t high = column.type == StoredType::byte ? 255 : (std::int64_t{1} << bits) - 1;
+    if (value < low || value > high) fail_for_range(column);
+    std::vector<std::uint8_t> bytes(8);
+    store64(bytes.data(), static_cast<std::uint64_t>(value));
+    bytes.resize(size);
+    return bytes;
+}
+
+double number_of(const Value& value) {
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) return static_cast<double>(*whole);
+    return std::get<double>(value);
+}
+
+std::vector<std::uint8_t> double_bytes(double value) {
+    std::vector<std::uint8_t> bytes(8);
+    store64(bytes.data(), std::bit_cast<std::uint64_t>(value));
+    return bytes;
+}
+
+} // namespace
+
+RowView::RowView(Bytes bytes, const TableDefinition& table) : bytes_(bytes), columns_(checked16(bytes, 0)) {
+    const std::size_t mask = mask_size(columns_);
+    if (columns_ == 0 || bytes.size() < 2 + mask) throw damaged("una riga è troppo corta");
+    mask_at_ = bytes.size() - mask;
+    fixed_end_ = mask_at_;
+    if (table.variable_columns == 0) return;
+    if (mask_at_ < 4) throw damaged("una riga è troppo corta");
+    count_at_ = mask_at_ - 2;
+    variable_count_ = load16(bytes.data() + count_at_);
+    if (count_at_ < 2 + 2 * (std::size_t{variable_count_} + 1)) throw damaged("una riga è troppo corta");
+    fixed_end_ = count_at_ - 2 * (std::size_t{variable_count_} + 1);
+}
+
+bool RowView::has_value(const ColumnDefinition& column) const {
+    if (column.number >= columns_) return false;
+    return ((bytes_[mask_at_ + column.number / 8] >> (column.number % 8)) & 1) != 0;
+}
+
+std::optional<Bytes> RowView::stored(const ColumnDefinition& column) const {
+    if (column.type == StoredType::yes_no) return Bytes();
+    if (!has_value(column)) return std::nullopt;
+    if (column.fixed) {
+        const std::size_t at = 2 + std::size_t{column.fixed_place};
+        if (at + column.length > fixed_end_) throw damaged("un valore esce dalla sua riga");
+        return bytes_.subspan(at, column.length);
+    }
+    if (column.variable_place >= variable_count_) return std::nullopt;
+    const std::uint8_t* starts = bytes_.data() + count_at_ - 2;
+    const std::size_t start = load16(starts - 2 * column.variable_place);
+    const std::size_t end = load16(starts - 2 * (column.variable_place + 1));
+    if (start > end || end > fixed_end_) throw damaged("un valore esce dalla sua riga");
+    return bytes_.subspan(start, end - start);
+}
+
+ValueView fixed_value(Bytes stored, const ColumnDefinition& column) {
+    if (!column.known_type) return std::monostate();
+    switch (column.type) {
+    case StoredType::byte:
+        return std::int64_t{checked8(stored, 0)};
+    case StoredType::integer16:
+        return std::int64_t{static_cast<std::int16_t>(checked16(stored, 0))};
+    case StoredType::integer32:
+        return std::int64_t{static_cast<std::int32_t>(checked32(stored, 0))};
+    case StoredType::currency:
+        return static_cast<double>(static_cast<std::int64_t>(load64(part(stored, 0, 8).data()))) / 10000.0;
+    case StoredType::single_float:
+        return static_cast<double>(load_float(part(stored, 0, 4).data()));
+    case StoredType::double_float:
+        return load_double(part(stored, 0, 8).data());
+    case StoredType::date:
+        return date_value(load_double(part(stored, 0, 8).data()));
+    case StoredType::numeric:
+        return numeric_value(stored, column.scale);
+    default:
+        return std::monostate();
+    }
+}
+
+std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition& column) {
+    switch (column.type) {
+    case StoredType::yes_no:
+        return {};
+    case StoredType::byte:
+        return whole_number(std::get<std::int64_t>(value), column, 1);
+    case StoredType::integer16:
+        return whole_number(std::get<std::int64_t>(value), column, 2);
+    case StoredType::integer32:
+        return whole_number(std::get<std::int64_t>(value), column, 4);
+    case StoredType::currency: {
+        const double scaled = std::nearbyint(number_of(value) * 10000.0); // half to even, as ever set
+        if (!(std::abs(scaled) < 9.2e18)) fail_for_range(column);
+        std::vector<std::uint8_t> bytes(8);
+        store64(bytes.data(), static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled)));
+        return bytes;
+    }
+    case StoredType::single_float: {
+        const double number = number_of(value);
+        if (!(std::abs(number) <= std::numeric_limits<float>::max())) fail_for_range(column);
+        std::vector<std::uint8_t> bytes(4);
+        store32(bytes.data(), std::bit_cast<std::uint32_t>(static_cast<float>(number)));
+        return bytes;
+    }
+    case StoredType::double_float:
+        return double_bytes(number_of(value));
+    case StoredType::date: {
+        const auto days = std::chrono::sys_days(std::get<Date>(value)) - first_day;
+        return double_bytes(static_cast<double>(days.count()));
+    }
+    case StoredType::text: {
+        std::vector<std::uint8_t> bytes = encode_text(std::get<std::string>(value), column.may_be_compressed);
+        const bool compressed = bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE;
+        const std::size_t characters = compressed ? bytes.size() - 2 : bytes.size() / 2;
+        if (characters > column.length / 2) {
+            throw Failure(access_failure::too_long, source,
+                          "Il testo è troppo lungo per la colonna " + column.name +
+                              ", che tiene al massimo " + std::to_string(column.length / 2) + " caratteri.");
+        }
+        return bytes;
+    }
+    default:
+        throw not_writable("La colonna " + column.name + " è di un tipo che qui si può soltanto leggere.");
+    }
+}
+
+std::vector<std::uint8_t> build_row(const StoredValues& values, const TableDefinition& table,
+                                    std::size_t least_size) {
+    std::vector<std::uint8_t> row(2 + table.fixed_size, 0);
+    store16(row.data(), table.row_columns);
+    std::vector<std::uint8_t> mask(mask_size(table.row_columns), 0);
+    std::vector<std::size_t> by_place(table.variable_columns, table.columns.size());
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        const ColumnDefinition& column = table.columns[i];
+        if (!column.fixed) by_place[column.variable_place] = i;
+        if (!values[i]) continue;
+        mask[column.number / 8] |= static_cast<std::uint8_t>(1U << (column.number % 8));
+        if (!column.fixed || column.type == StoredType::yes_no) continue;
+        std::copy(values[i]->begin(), values[i]->end(), row.begin() + 2 + column.fixed_place);
+    }
+    std::vector<std::size_t> starts;
+    for (const std::size_t column : by_place) {
+        starts.push_back(row.size());
+        if (column < values.size() && values[column]) {
+            row.insert(row.end(), values[column]->begin(), values[column]->end());
+        }
+    }
+    const std::size_t data_end = row.size();
+    const std::size_t tail = 2 + 2 * starts.size() + 2 + mask.size();
+    if (row.size() + tail < least_size) row.resize(least_size - tail, 0);
+    const auto put16 = [&row](std::size_t word) {
+        row.push_back(static_cast<std::uint8_t>(word));
+        row.push_back(static_cast<std::uint8_t>(word >> 8));
+    };
+    put16(data_end);
+    for (std::size_t i = starts.size(); i > 0; --i) put16(starts[i - 1]);
+    put16(starts.size());
+    row.insert(row.end(), mask.begin(), mask.end());
+    return row;
+}
+
+} // namespace tarvello::store::access

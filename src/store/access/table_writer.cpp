@@ -1,0 +1,202 @@
+#include "store/access/table_writer.h"
+
+#include "store/access/data_page.h"
+#include "store/access/index_cursor.h"
+#include "store/access/stored_text.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tarvello::store::access {
+namespace {
+
+/// A memo inside its row starts with this head; so does what stands for one outside.
+constexpr std::size_t memo_head_size = 12;
+
+std::string names_of(const IndexDefinition& index, const TableDefinition& table) {
+    std::string names;
+    for (const IndexColumn& column : index.columns) {
+        if (!names.empty()) names += ", ";
+        names += table.columns[column.column].name;
+    }
+    return names;
+}
+
+} // namespace
+
+TableWriter::TableWriter(PageStore& store, const TableDefinition& table)
+    : store_(store), table_(table), allocator_(store), rows_(store, allocator_, table),
+      long_values_(store, allocator_), counts_(store, table) {}
+
+void TableWriter::insert(const std::vector<std::size_t>& columns, const std::vector<Value>& values) {
+    StoredValues stored(table_.columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) set(stored, columns[i], values[i]);
+    number(stored);
+    check_nulls(stored);
+    const std::vector<std::uint8_t> row = fitting_row(stored, 0);
+    const std::vector<RowKey> row_keys = keys(row);
+    const RowPointer place = rows_.add(row);
+    for (const IndexDefinition& index : table_.indexes) add_to_index(index, row_keys[index.number], place);
+    counts_.add_rows(1);
+}
+
+void TableWriter::update(RowPointer place, const std::vector<std::size_t>& columns,
+                         const std::vector<Value>& values) {
+    const std::vector<std::uint8_t> old = copy_of(place);
+    const RowView view(old, table_);
+    StoredValues stored(table_.columns.size());
+    for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+        const ColumnDefinition& column = table_.columns[i];
+        const auto bytes = view.stored(column);
+        if (!bytes || (column.type == StoredType::yes_no && !view.yes(column))) continue;
+        stored[i].emplace(bytes->begin(), bytes->end());
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const ColumnDefinition& column = table_.columns[columns[i]];
+        if (column.type == StoredType::memo && stored[columns[i]])
+            long_values_.free(*stored[columns[i]], column);
+        set(stored, columns[i], values[i]);
+    }
+    number(stored);
+    check_nulls(stored);
+    const std::vector<std::uint8_t> row = fitting_row(stored, rows_.size(place));
+    const std::vector<RowKey> before = keys(old);
+    const std::vector<RowKey> after = keys(row);
+    for (const IndexDefinition& index : table_.indexes) {
+        if (before[index.number].bytes == after[index.number].bytes) continue;
+        remove_from_index(index, before[index.number], place);
+        add_to_index(index, after[index.number], place);
+    }
+    rows_.change(place, row);
+}
+
+void TableWriter::erase(RowPointer place) {
+    const std::vector<std::uint8_t> old = copy_of(place);
+    const RowView view(old, table_);
+    for (const ColumnDefinition& column : table_.columns) {
+        if (column.type != StoredType::memo) continue;
+        if (const auto bytes = view.stored(column)) long_values_.free(*bytes, column);
+    }
+    const std::vector<RowKey> row_keys = keys(old);
+    for (const IndexDefinition& index : table_.indexes)
+        remove_from_index(index, row_keys[index.number], place);
+    rows_.erase(place);
+    counts_.add_rows(-1);
+}
+
+std::vector<std::uint8_t> TableWriter::copy_of(RowPointer place) const {
+    const auto found = find_row(store_, table_, place);
+    if (!found) throw damaged("una riga manca");
+    return {found->bytes.begin(), found->bytes.end()};
+}
+
+void TableWriter::set(StoredValues& stored, std::size_t place, const Value& value) {
+    const ColumnDefinition& column = table_.columns[place];
+    stored[place].reset();
+    if (std::holds_alternative<std::monostate>(value)) return;
+    if (column.type == StoredType::yes_no) {
+        if (std::get<std::int64_t>(value) != 0) stored[place].emplace();
+    } else if (column.type == StoredType::memo) {
+        stored[place] = long_values_.write(std::get<std::string>(value), column);
+    } else {
+        stored[place] = store_value(value, column);
+    }
+}
+
+void TableWriter::number(StoredValues& stored) {
+    for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+        const ColumnDefinition& column = table_.columns[i];
+        if (!column.autonumber || column.type != StoredType::integer32) continue;
+        const std::uint32_t last = counts_.last_autonumber();
+        if (stored[i]) {
+            // A number that the statement gives is passed by when the next one is given out.
+            const auto given = static_cast<std::int32_t>(load32(stored[i]->data()));
+            if (given > static_cast<std::int32_t>(last))
+                counts_.set_last_autonumber(static_cast<std::uint32_t>(given));
+            continue;
+        }
+        if (last >= static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
+            throw Failure(failure_number::overflow, source,
+                          "I numeri automatici della tabella " + table_.name + " sono finiti.");
+        }
+        counts_.set_last_autonumber(last + 1);
+        stored[i].emplace(4);
+        store32(stored[i]->data(), last + 1);
+    }
+}
+
+void TableWriter::check_nulls(const StoredValues& stored) const {
+    for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+        const ColumnDefinition& column = table_.columns[i];
+        if (stored[i] || column.may_be_null || column.type == StoredType::yes_no) continue;
+        throw Failure(access_failure::value_missing, source,
+                      "La colonna " + column.name + " vuole un valore.");
+    }
+}
+
+std::vector<std::uint8_t> TableWriter::fitting_row(StoredValues& stored, std::size_t least_size) {
+    std::vector<std::uint8_t> row = build_row(stored, table_, least_size);
+    // A row that is too long can still leave its short memos outside.
+    for (std::size_t i = 0; i < table_.columns.size() && row.size() > data_page::max_row_size; ++i) {
+        const ColumnDefinition& column = table_.columns[i];
+        if (column.type != StoredType::memo || !stored[i] || stored[i]->size() <= memo_head_size) continue;
+        std::string text;
+        read_memo(store_, *stored[i], text);
+        long_values_.free(*stored[i], column);
+        stored[i] = long_values_.write(text, column, true);
+        row = build_row(stored, table_, least_size);
+    }
+    if (row.size() > data_page::max_row_size) {
+        throw Failure(access_failure::too_long, source,
+                      "I testi della riga sono insieme troppo lunghi per la tabella " + table_.name +
+                          " del file Access.");
+    }
+    return row;
+}
+
+std::vector<RowKey> TableWriter::keys(Bytes row) const {
+    const RowView view(row, table_);
+    std::vector<RowKey> result;
+    for (const IndexDefinition& index : table_.indexes) result.push_back(row_key(view, index, table_));
+    return result;
+}
+
+bool TableWriter::has(const IndexDefinition& index, const RowKey& key) const {
+    IndexCursor cursor(store_, index);
+    return cursor.first_not_below(key.bytes) && cursor.key() == KeyView(key.bytes);
+}
+
+bool TableWriter::holds(const IndexDefinition& index, const RowKey& key) const {
+    return !(index.ignores_nulls() && key.any_null);
+}
+
+void TableWriter::add_to_index(const IndexDefinition& index, const RowKey& key, RowPointer place) {
+    if (index.required() && key.any_null) {
+        throw Failure(access_failure::value_missing, source,
+                      "La colonna " + names_of(index, table_) + " vuole un valore.");
+    }
+    if (!holds(index, key)) return;
+    const bool known = has(index, key);
+    if (index.unique()) {
+        // Rows without a value do not repeat each other. With a part of a value it is not known.
+        if (key.any_null && !key.all_null) {
+            throw not_writable("L'indice " + index.name +
+                               " del file Access vuole un valore in tutte le sue colonne.");
+        }
+        if (known && !key.any_null) {
+            throw Failure(access_failure::duplicate, source,
+                          "La tabella " + table_.name + " ha già una riga con questo valore di " +
+                              names_of(index, table_) + ", che non può ripetersi.");
+        }
+    }
+    IndexWriter(store_, allocator_, index).insert(key.bytes, place);
+    if (!known) counts_.add_distinct(index.number, 1);
+}
+
+void TableWriter::remove_from_index(const IndexDefinition& index, const RowKey& key, RowPointer place) {
+    if (!holds(index, key)) return;
+    IndexWriter(store_, allocator_, index).erase(key.bytes, place);
+    if (!has(index, key)) counts_.add_distinct(index.number, -1);
+}
+
+} // namespace tarvello::store::access

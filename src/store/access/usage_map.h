@@ -1,0 +1,71 @@
+#pragma once
+
+#include "store/access/page_store.h"
+
+#include <optional>
+
+namespace tarvello::store::access {
+
+class PageAllocator;
+
+/// A set of pages: those that a table owns, those that still have room, those of an index. It is a row of a
+/// data page, in one of two kinds: bits from a first page on, or a list of pages of bits.
+class UsageMap {
+public:
+    UsageMap(PageStore& store, RowPointer place) : store_(&store), place_(place) {}
+
+    RowPointer place() const { return place_; }
+    bool contains(PageNumber page) const;
+    /// The first page of the set that is `from` or above.
+    std::optional<PageNumber> next(PageNumber from) const;
+    /// The last page of the set that is below `below`.
+    std::optional<PageNumber> previous(PageNumber below) const;
+
+    /// @param allocator  gives the pages of bits that a wide set needs
+    void add(PageNumber page, PageAllocator& allocator);
+    void remove(PageNumber page);
+
+private:
+    friend class PageAllocator;
+
+    /// The bits of the set that hold `page`: they start at `first`.
+    struct Window {
+        PageNumber holder = 0;
+        std::size_t at = 0;    // of the first byte
+        std::size_t bytes = 0; // 0: the set has nothing there
+        PageNumber first = 0;
+        PageNumber end = 0; // of the pages that the window speaks for
+    };
+
+    /// The row on its page. @throws Failure if there is no such row
+    struct Row {
+        std::size_t at = 0;
+        std::size_t size = 0;
+    };
+    Row row(const Page& page) const;
+    Window window(PageNumber page) const;
+    bool is_list() const;
+    void become_list(PageAllocator& allocator);
+    std::size_t entries() const;
+
+    PageStore* store_;
+    RowPointer place_;
+};
+
+/// Gives pages out and takes them back: the global map of free pages.
+class PageAllocator {
+public:
+    explicit PageAllocator(PageStore& store) : store_(store), map_(store, {global_map_page, 0}) {}
+
+    /// A page that nobody has, its bytes zero.
+    PageNumber take();
+    void give_back(PageNumber page);
+
+private:
+    void mark_taken(PageNumber page);
+
+    PageStore& store_;
+    UsageMap map_;
+};
+
+} // namespace tarvello::store::access
