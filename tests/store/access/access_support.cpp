@@ -1,0 +1,122 @@
+#include "store/access/access_support.h"
+
+#include "failure.h"
+#include "store/statement.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/wait.h>
+
+namespace tarvello::testing {
+namespace {
+
+const RegionalSettings regional;
+
+} // namespace
+
+std::string access_sample(const std::string& name) { return TARVELLO_TEST_DATA "/data/access/" + name; }
+
+ScratchFolder::ScratchFolder() {
+    std::string name = ::testing::TempDir() + "access-XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) std::abort();
+    folder_ = name;
+}
+
+ScratchFolder::~ScratchFolder() {
+    std::error_code ignored; // what is left over lies in the folder for temporary files
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+std::string ScratchFolder::copy_of(const std::string& sample, const std::string& name) const {
+    const std::string to = path(name);
+    std::filesystem::copy_file(access_sample(sample), to, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::permissions(to, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
+    return to;
+}
+
+std::string file_bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+void write_file(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::unique_ptr<store::Engine> open(const std::string& path) { return store::open_engine(path, regional); }
+
+std::vector<Row> run(store::Engine& engine, const std::string& sql) {
+    std::vector<Row> result;
+    const auto rows = engine.run(store::parse_statement(sql));
+    while (rows && rows->next()) {
+        Row row;
+        for (std::size_t i = 0; i < rows->columns().size(); ++i) {
+            const store::ValueView value = rows->value(i);
+            row.push_back(std::holds_alternative<std::monostate>(value) ? "(null)"
+                                                                        : store::value_text(value, regional));
+        }
+        result.push_back(std::move(row));
+    }
+    return result;
+}
+
+std::string failure_of(store::Engine& engine, const std::string& sql) {
+    try {
+        run(engine, sql);
+    } catch (const Failure& failure) {
+        return failure.description();
+    }
+    return "(done)";
+}
+
+std::string opening_failure(const std::string& path) {
+    try {
+        open(path);
+    } catch (const Failure& failure) {
+        return failure.description();
+    }
+    return "(opened)";
+}
+
+std::string everything(store::Engine& engine) {
+    std::string text;
+    for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) {
+        text += std::string(table) + "\n";
+        for (const Row& row : run(engine, std::string("SELECT * FROM ") + table)) {
+            for (const std::string& value : row) text += value + "|";
+            text += "\n";
+        }
+    }
+    return text;
+}
+
+std::string output_of(const std::string& command, int& code) {
+    std::string output;
+    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) {
+        code = -1;
+        return output;
+    }
+    std::array<char, 4096> buffer{};
+    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+        output.append(buffer.data(), count);
+    const int status = pclose(pipe);
+    code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return output;
+}
+
+void expect_sound(const std::string& path, const std::string& before) {
+    int code = 0;
+    const std::string output = output_of("python3 " TARVELLO_TEST_DATA "/store/access/access_checker.py '" +
+                                             path + "' --before '" + before + "'",
+                                         code);
+    EXPECT_EQ(code, 0) << output.substr(0, 4000);
+}
+
+} // namespace tarvello::testing

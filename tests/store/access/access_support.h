@@ -1,0 +1,57 @@
+#pragma once
+
+#include "store/engine.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// What the tests of Access files share.
+namespace tarvello::testing {
+
+inline constexpr const char* access_samples[] = {"vuoto.mdb", "archivio.mdb", "indici.mdb"};
+
+/// The sample itself, which no test may write to.
+std::string access_sample(const std::string& name);
+
+/// A folder of its own for a test, gone after it.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    std::string path(const std::string& name) const { return folder_ + "/" + name; }
+    /// A copy of a sample that may be written to. @return its path
+    std::string copy_of(const std::string& sample, const std::string& name = "archivio.mdb") const;
+
+private:
+    std::string folder_;
+};
+
+std::string file_bytes(const std::string& path);
+void write_file(const std::string& path, const std::string& bytes);
+
+using Row = std::vector<std::string>;
+/// Runs a statement. @return the rows of a SELECT, nulls as "(null)"
+std::vector<Row> run(store::Engine& engine, const std::string& sql);
+/// Runs a statement that must fail. @return the description, "(done)" if it did not fail
+std::string failure_of(store::Engine& engine, const std::string& sql);
+/// Opens a file that must not open. @return the description, "(opened)" if it did
+std::string opening_failure(const std::string& path);
+std::unique_ptr<store::Engine> open(const std::string& path);
+
+/// All rows of the three tables, one text.
+std::string everything(store::Engine& engine);
+
+/// Runs a program. @return what it printed, its exit code in `code`
+std::string output_of(const std::string& command, int& code);
+
+/// Expects the file to be sound from end to end, as access_checker.py sees it.
+/// @param before  a state whose oddities are allowed: the sample that the file was copied from
+void expect_sound(const std::string& path, const std::string& before);
+
+} // namespace tarvello::testing
