@@ -75,6 +75,7 @@ std::optional<std::string> FakeSettings::read(const std::string& application, co
 
 void FakeSettings::write(const std::string& application, const std::string& section, const std::string& key,
                          const std::string& value) {
+    if (on_write) on_write(section);
     values[{application, section, key}] = value;
 }
 

@@ -73,6 +73,8 @@ public:
     void set(const std::string& section, const std::string& key, const std::string& value);
 
     std::map<std::tuple<std::string, std::string, std::string>, std::string> values;
+    /// Sees the section of each write.
+    std::function<void(const std::string& section)> on_write;
 };
 
 class FakeClock final : public Clock {

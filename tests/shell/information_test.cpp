@@ -1,0 +1,36 @@
+#include "shell/about_form.h"
+#include "shell/help_form.h"
+#include "support/program_test.h"
+
+namespace tarvello::testing {
+namespace {
+
+struct Information : ProgramTest {
+    MDIForm1& main = program->main_window();
+};
+
+TEST_F(Information, EachWindowIsModalAndClosesByItsButton) {
+    windows().expect_modal("frmAutore",
+                           [](Form& form) { dynamic_cast<CommandButton&>(*form.find("Command1")).click(); });
+    main.Autore.click();
+    EXPECT_FALSE(program->loaded("frmAutore"));
+    windows().expect_modal("frmHelp", [](Form& form) {
+        EXPECT_EQ(form.caption(), " Titolo");
+        EXPECT_EQ(static_cast<frmHelp&>(form).Text1.text(), "una\ndue");
+        static_cast<frmHelp&>(form).Command1.click();
+    });
+    show_help(*program, " Titolo", "una\ndue");
+    EXPECT_FALSE(program->loaded("frmHelp"));
+}
+
+TEST_F(Information, TheVersionsCanBeCopied) {
+    windows().expect_modal("frmAbout", [](Form& form) {
+        static_cast<frmAbout&>(form).cmdCopia.click();
+        static_cast<frmAbout&>(form).cmdOK.click();
+    });
+    main.AboutTarvello.click();
+    EXPECT_EQ(fake.desktop.clipboard, "Tarvello: 4.0.0\nQt: 6.4.2\nSQLite: 3.40.1\n");
+}
+
+} // namespace
+} // namespace tarvello::testing
