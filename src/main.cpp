@@ -2,8 +2,8 @@
 #include "platform/qt/program_directory.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
-#include "shell/main_window.h"
 #include "shell/program.h"
+#include "shell/session.h"
 
 #include <QStandardPaths>
 
@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
         qt::from_qt(QCoreApplication::applicationDirPath()),
         qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
     Program program(platform.platform());
-    program.run([&] { program.main_window().show(); });
+    program.run([&] { start_program(program); });
     const int result = QApplication::exec();
     platform.windows().clear(); // before the program goes that they show
     return result;

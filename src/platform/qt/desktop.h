@@ -27,6 +27,8 @@ public:
     /// By a lock on a file in the user's runtime folder. The kernel gives it to one process at a time and
     /// takes it back when that process ends, however it ends.
     bool is_another_copy_running() override;
+    std::vector<SystemFact> system_facts() override;
+    void copy_to_clipboard(const std::string& text) override;
 
 private:
     int lock_ = -1;
