@@ -2,6 +2,8 @@
 #include "shell/help_form.h"
 #include "support/program_test.h"
 
+#include <gmock/gmock.h>
+
 namespace tarvello::testing {
 namespace {
 
@@ -29,7 +31,8 @@ TEST_F(Information, TheVersionsCanBeCopied) {
         static_cast<frmAbout&>(form).cmdOK.click();
     });
     main.AboutTarvello.click();
-    EXPECT_EQ(fake.desktop.clipboard, "Tarvello: 4.0.0\nQt: 6.4.2\nSQLite: 3.40.1\n");
+    EXPECT_THAT(fake.desktop.clipboard,
+                ::testing::MatchesRegex("Tarvello: 4.0.0\nSQLite: 3[.0-9]+\nQt: 6.4.2\n"));
 }
 
 } // namespace

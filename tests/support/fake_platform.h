@@ -97,7 +97,7 @@ public:
     }
     bool find_files() override { return can_find; }
     bool is_another_copy_running() override { return another_copy; }
-    std::vector<SystemFact> system_facts() override { return {{"Qt", "6.4.2"}, {"SQLite", "3.40.1"}}; }
+    std::vector<SystemFact> system_facts() override { return {{"Qt", "6.4.2"}}; }
     void copy_to_clipboard(const std::string& text) override { clipboard = text; }
 };
 

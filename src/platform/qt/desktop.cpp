@@ -3,12 +3,18 @@
 #include "failure.h"
 #include "platform/qt/qt_text.h"
 
+#include <QClipboard>
 #include <QDate>
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QImageReader>
 #include <QProcess>
+#include <QScreen>
+#include <QSettings>
 #include <QStandardPaths>
+#include <QSysInfo>
 #include <QUrl>
 
 #include <cerrno>
@@ -64,6 +70,42 @@ bool QtDesktop::is_another_copy_running() {
     ::close(lock_);
     lock_ = -1;
     return held;
+}
+
+namespace {
+
+/// Name and version of the word processor, as its installation states them; empty if there is none.
+QString word_processor() {
+    const QFileInfo program(QStandardPaths::findExecutable(QStringLiteral("soffice")));
+    if (!program.exists()) return {};
+    const QString folder = QFileInfo(program.canonicalFilePath()).path();
+    return QSettings(folder + "/bootstraprc", QSettings::IniFormat)
+        .value(QStringLiteral("Bootstrap/ProductKey"))
+        .toString();
+}
+
+} // namespace
+
+std::vector<SystemFact> QtDesktop::system_facts() {
+    const QString office = word_processor();
+    std::vector<SystemFact> facts{
+        {"Qt", qVersion()},
+        {"Elaboratore di testi", office.isEmpty() ? "non installato" : from_qt(office)},
+        {"Sistema operativo", from_qt(QSysInfo::prettyProductName())},
+        {"Nucleo", from_qt(QSysInfo::kernelType() + " " + QSysInfo::kernelVersion())},
+        {"Architettura", from_qt(QSysInfo::currentCpuArchitecture())},
+    };
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        facts.push_back({"Schermo", from_qt(QStringLiteral("%1 × %2, scala %3 %")
+                                                .arg(screen->geometry().width())
+                                                .arg(screen->geometry().height())
+                                                .arg(qRound(screen->devicePixelRatio() * 100)))});
+    }
+    return facts;
+}
+
+void QtDesktop::copy_to_clipboard(const std::string& text) {
+    QGuiApplication::clipboard()->setText(to_qt(text));
 }
 
 } // namespace tarvello::qt
