@@ -26,6 +26,8 @@ frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"),
     Toolbar1.add_button("Aggiorna", "Aggiorna", "aggiorna");
     Toolbar1.add_button("Avanti", "Avanti", "freccia-destra");
     Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
+    order_tabs({&Toolbar1.button(1), &Toolbar1.button(2), &Toolbar1.button(3), &Toolbar1.button(4),
+                &Toolbar1.button(5), &WebBrowser1});
     Toolbar1.on_button_click = [this](ToolButton& button) { press(button.key()); };
     TimerBannerVersion.on_timer = [this] { type_banner(); };
 }

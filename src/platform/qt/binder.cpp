@@ -13,6 +13,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTimer>
 
 #include <algorithm>
@@ -138,9 +140,12 @@ void WindowBinder::bind(Control& control, QObject& widget) {
 void WindowBinder::set_tab_order() {
     QWidget* before = nullptr;
     for (const auto& view : views_) {
-        if (!view->widget() || !view->control().takes_focus()) continue;
-        if (before) QWidget::setTabOrder(before, view->widget());
-        before = view->widget();
+        QWidget* stop = view->widget();
+        if (!stop || !view->control().takes_focus()) continue;
+        // What lies on its pages counts as part of a tab widget: its own stop is the bar alone.
+        if (const auto* tabs = qobject_cast<QTabWidget*>(stop)) stop = tabs->tabBar();
+        if (before) QWidget::setTabOrder(before, stop);
+        before = stop;
     }
 }
 
