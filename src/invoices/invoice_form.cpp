@@ -1,6 +1,8 @@
 #include "invoices/invoice_form.h"
 
+#include "documents/print_reports.h"
 #include "documents/register.h"
+#include "documents/word_filling.h"
 #include "failure.h"
 #include "invoices/exemption_form.h"
 #include "platform/platform.h"
@@ -157,6 +159,8 @@ void frmTarvello::connect_buttons() {
     cmdCalcola.on_click = [this] { Calcola(); };
     cmdChiudi.on_click = [this] { unload(); };
     CheckEmail.on_click = [this] { write_mail(); };
+    StampaWord.on_click = [this] { create_word_document(program_); };
+    cmdStampaFattura.on_click = [this] { print_invoice(program_); };
     cmdNuovoAnnoFatturazione.on_click = [this] { start_numbering_year(); };
     cmdNota.on_click = [this] { flip_note(); };
     cmdCercaCliente.on_click = [this] { pick_customer(); };
