@@ -7,6 +7,8 @@
 #include "shell/help_form.h"
 #include "shell/main_window.h"
 #include "shell/program.h"
+#include "shell/register_form.h"
+#include "shell/session.h"
 #include "shell/settings.h"
 
 namespace tarvello {
@@ -76,7 +78,10 @@ void frmIntestazioneFatture::connect() {
     for (TextBox& box : Text1) box.on_key_press = changes;
     for (TextBox& box : txtBanca) box.on_key_press = changes;
     txtDescrizione.on_key_press = changes;
-    Command3.on_click = [this] { Command1[0].set_enabled(true); };
+    Command3.on_click = [this] {
+        Command1[0].set_enabled(true);
+        program_.form<frmRegister>().show_modal();
+    };
     Command2.on_click = [this] { program_.form<frmCalcolaCF>().show_modal(); };
 
     Command7.on_click = [this] { or_show_failure([this] { choose_logo(); }); };
@@ -202,18 +207,8 @@ void frmIntestazioneFatture::save_letterhead() {
     database.close_results();
     program_.message("Dati Intestazione Salvati correttamente.", BoxIcon::information);
     Command1[0].set_enabled(false);
-    renew_connection();
-}
-
-void frmIntestazioneFatture::renew_connection() {
-    Connection& connection = program_.database().dbConnection;
-    MDIForm1& main = program_.main_window();
-    skip_failures([&] { connection.close(); });
-    main.mnuChiudiDatabase.set_enabled(false);
-    skip_failures([&] {
-        connection.open(main.txtDatabaseRoute.text());
-        main.mnuChiudiDatabase.set_enabled(true);
-    });
+    ChiudiDatabase(program_);
+    ApriDatabase(program_);
 }
 
 void frmIntestazioneFatture::show_help() {

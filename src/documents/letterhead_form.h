@@ -76,7 +76,6 @@ private:
     void load_letterhead();
     bool may_be_saved();
     void save_letterhead();
-    void renew_connection();
     void show_help();
 
     // Logo and layout.

@@ -290,6 +290,10 @@ TEST_F(Templates, AreImported) {
 }
 
 TEST_F(Letterhead, OpensItsHelpers) {
+    windows().expect_modal("frmRegister");
+    form().Command3.click();
+    EXPECT_TRUE(form().Command1[0].enabled());
+    form().Command1[0].set_enabled(false);
     boxes().expect_any(); // there is no file of municipalities here
     windows().expect_modal("frmCalcolaCF");
     form().Command2.click();
