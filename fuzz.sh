@@ -1,0 +1,31 @@
+#!/bin/bash
+# Runs the fuzz targets one after the other: the reader of SQL texts, and the readers of rows, pages and indexes
+# of Access files. What they find lies in build-fuzz/found. On a fresh Debian 12 it installs what is missing first.
+#   ./fuzz.sh [seconds for each, 600 if not given] [targets]
+set -euo pipefail
+cd "$(dirname "$0")"
+seconds=${1:-600}
+shift || true
+targets=("$@")
+((${#targets[@]})) || targets=(statement row page index)
+
+packages=(clang cmake ninja-build pkg-config libsqlite3-dev libutf8proc-dev libgtest-dev libgmock-dev)
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+if ((${#missing[@]})); then
+    as_root=(); [ "$(id -u)" = 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update
+    "${as_root[@]}" apt-get install -y "${missing[@]}"
+fi
+
+cmake --preset fuzz >/dev/null
+cmake --build build-fuzz --target "${targets[@]/%/_fuzz}"
+mkdir -p build-fuzz/found
+for target in "${targets[@]}"; do
+    mkdir -p "build-fuzz/corpus/$target"
+    echo "== $target, $seconds s"
+    "build-fuzz/bin/${target}_fuzz" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=1024 -max_len=4096 \
+        -artifact_prefix="build-fuzz/found/$target-" -print_final_stats=1 "build-fuzz/corpus/$target" 2>&1 | tail -n 12
+done
