@@ -26,6 +26,6 @@ mkdir -p build-fuzz/found
 for target in "${targets[@]}"; do
     mkdir -p "build-fuzz/corpus/$target"
     echo "== $target, $seconds s"
-    "build-fuzz/bin/${target}_fuzz" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=1024 -max_len=4096 \
+    "build-fuzz/bin/${target}_fuzz" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=1024 -max_len=4096 -len_control=0 \
         -artifact_prefix="build-fuzz/found/$target-" -print_final_stats=1 "build-fuzz/corpus/$target" 2>&1 | tail -n 12
 done
