@@ -432,6 +432,12 @@ void ListBox::choose(int index) {
     });
 }
 
+void ListBox::double_click(int index) {
+    if (!reachable()) return;
+    choose(index);
+    if (on_double_click) act(on_double_click);
+}
+
 // Date picker
 
 void DatePicker::set_date(const Date& date) {

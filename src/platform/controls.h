@@ -444,8 +444,14 @@ public:
     /// An item has been chosen, or clicked again.
     Event on_click;
 
-    // User act: clicks an item, or moves to it with the keyboard.
+    /// An item has been opened.
+    Event on_double_click;
+
+    // User acts.
+    /// Clicks an item, or moves to it with the keyboard.
     void choose(int index);
+    /// Double click, or Enter, on an item.
+    void double_click(int index);
 
 private:
     std::vector<std::string> items_;

@@ -1,0 +1,79 @@
+#include "db_tools/database_form.h"
+
+#include "shell/main_window.h"
+#include "shell/program.h"
+#include "shell/settings.h"
+
+namespace tarvello {
+
+void frmGestioneDatabase::prepare_backup() {
+    CheckBoxBackup.set_caption("Attiva supporto per backup");
+    Label6.set_caption("Disattivato");
+    OptionDestinazioneDefault.set_caption("Default");
+    OptionDestinazioneBackup.set_caption("Scegli destinazione");
+    Label5.set_caption("Destinazione:");
+    TxtDestinazioneBackup.set_text("Destinazione Backup");
+    TxtDestinazioneBackup.set_locked(true);
+    cmdSaveBackupSettings.set_caption("Salva");
+    enable_backup(false);
+
+    CheckBoxBackup.on_click = [this] {
+        cmdSaveBackupSettings.set_enabled(true);
+        program_.main_window().CheckBoxBackup.set_checked(CheckBoxBackup.checked());
+        enable_backup(CheckBoxBackup.checked());
+    };
+    OptionDestinazioneDefault.on_click = [this] {
+        TxtDestinazioneBackup.set_text(program_.in_program_directory("tarvello.bak"));
+        TxtDestinazioneBackup.set_locked(true);
+        cmdSaveBackupSettings.set_enabled(true);
+    };
+    OptionDestinazioneBackup.on_click = [this] {
+        TxtDestinazioneBackup.set_locked(false);
+        TxtDestinazioneBackup.set_enabled(true);
+        cmdSaveBackupSettings.set_enabled(true);
+    };
+    TxtDestinazioneBackup.on_change = [this] {
+        program_.main_window().TxtDestinazioneBackup.set_text(TxtDestinazioneBackup.text());
+        if (TxtDestinazioneBackup.text() == "False") TxtDestinazioneBackup.clear();
+        cmdSaveBackupSettings.set_enabled(true);
+    };
+    Command2[2].on_click = [this] {
+        const FileDialog dialog{"Seleziona la destinazione del Backup", {{"Backup files (*.bak)", "*.bak"}}};
+        if (const auto path = program_.platform().dialogs.save_file(dialog))
+            TxtDestinazioneBackup.set_text(*path);
+    };
+    cmdSaveBackupSettings.on_click = [this] { SalvaImpostazioniBackup(); };
+}
+
+void frmGestioneDatabase::read_backup_settings() {
+    ReadValueSetting(program_, CheckBoxBackup);
+    ReadTextSetting(program_, TxtDestinazioneBackup);
+    cmdSaveBackupSettings.set_enabled(false); // reading is no change of the user's
+}
+
+void frmGestioneDatabase::enable_backup(bool enabled) {
+    OptionDestinazioneDefault.set_enabled(enabled);
+    OptionDestinazioneBackup.set_enabled(enabled);
+    TxtDestinazioneBackup.set_enabled(enabled);
+    Command2[2].set_enabled(enabled);
+    Label5.set_enabled(enabled);
+    Label6.set_caption(enabled ? "Attivo" : "Disattivato");
+}
+
+bool frmGestioneDatabase::SalvaImpostazioniBackup() {
+    if (TxtDestinazioneBackup.empty()) {
+        program_.message("Inserire il percorso di destinazione", BoxIcon::exclamation);
+        TxtDestinazioneBackup.set_focus();
+        return false;
+    }
+    MDIForm1& main = program_.main_window();
+    SaveValueSetting(program_, main.CheckBoxBackup);
+    SaveTextSetting(program_, main.TxtDestinazioneBackup);
+    ReadTextSetting(program_, TxtDestinazioneBackup);
+    program_.message("Impostazioni di backup salvate.", BoxIcon::information);
+    cmdSaveBackupSettings.set_enabled(false);
+    TxtDestinazioneBackup.set_locked(true);
+    return true;
+}
+
+} // namespace tarvello

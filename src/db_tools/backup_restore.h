@@ -1,0 +1,13 @@
+#pragma once
+
+namespace tarvello {
+
+class Program;
+
+/// The automatic backup at the end of a session: copies the database file, which must be closed, to the
+/// destination that the user chose, over an older backup. A missing destination and a failed copy are told in
+/// a box.
+/// @return false if the copy failed
+bool EseguiBackupAutomatico(Program& program);
+
+} // namespace tarvello

@@ -1,0 +1,66 @@
+#include "db_tools/database_form.h"
+
+#include "shell/program.h"
+#include "shell/session.h"
+
+namespace tarvello {
+namespace {
+
+constexpr std::string_view path_prompt = "Inserisci il percorso del database";
+
+} // namespace
+
+void frmGestioneDatabase::prepare_choice() {
+    Label4.set_caption("Selezionare il database da aprire o a cui connettersi");
+    Label2.set_caption(
+        "Scegliere la destinazione del database sul quale si vuole lavorare."
+        "Selezionare 'Database di default' per utilizzare il database presente nella cartella di "
+        "sistema di Tarvello."
+        "Selezionare 'Altro database' e specificarne il percorso, per utilizzare database salvati in "
+        "altre cartelle o su unità di rete.");
+    Label1.set_caption("Database corrente:");
+    txtPercorsoDatabase.set_locked(true);
+    Option1[0].set_caption("Database di default");
+    Option1[1].set_caption("Altro database (permette di selezionare un'unità di rete)");
+    Text1.set_text(std::string(path_prompt));
+    empty_prompt_on_focus(Text1, path_prompt);
+    Command1.set_caption("Sfoglia");
+    cmdApriDB.set_caption("Apri");
+    Text1.set_enabled(false);
+    Command1.set_enabled(false);
+
+    const auto enable_path = [this](bool enabled) {
+        Text1.set_enabled(enabled);
+        Command1.set_enabled(enabled);
+    };
+    Option1[0].on_click = [=] { enable_path(false); };
+    Option1[1].on_click = [=] { enable_path(true); };
+    Command1.on_click = [this] {
+        if (const auto path = program_.platform().dialogs.open_file(database_dialog())) Text1.set_text(*path);
+    };
+    cmdApriDB.on_click = [this] { ApriDatabaseScelto(); };
+}
+
+void frmGestioneDatabase::ApriDatabaseScelto() {
+    if (Option1[0].selected()) {
+        open_route(default_database());
+    } else if (Option1[1].selected()) {
+        if (Text1.empty() || Text1.text() == path_prompt) {
+            program_.message("Selezionare il database.", BoxIcon::exclamation);
+            return;
+        }
+        open_route(Text1.text());
+    }
+}
+
+void frmGestioneDatabase::open_route(const std::string& route) {
+    MDIForm1& main = program_.main_window();
+    main.txtDatabaseRoute.set_text(route);
+    txtPercorsoDatabase.set_text(route);
+    ChiudiDatabase(program_);
+    if (!ApriDatabase(program_)) return; // the title shows the route, the commands that they cannot be used
+    program_.message("Nuovo database caricato.", BoxIcon::information);
+    main.mnuChiudiDatabase.set_enabled(true);
+}
+
+} // namespace tarvello

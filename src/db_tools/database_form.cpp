@@ -1,0 +1,54 @@
+#include "db_tools/database_form.h"
+
+#include "shell/program.h"
+
+namespace tarvello {
+
+FileDialog database_dialog() { return {"Apri Database", {{"Microsoft Access files (*.mdb)", "*.mdb"}}}; }
+
+frmGestioneDatabase::frmGestioneDatabase(Program& program)
+    : Form(program, "frmGestioneDatabase"), program_(program) {
+    set_caption("Strumenti");
+    for (CommandButton& browse : Command2) browse.set_caption("Sfoglia");
+    cmdClose.set_caption("Chiudi");
+    cmdClose.on_click = [this] { close_form(); };
+    prepare_choice();
+    prepare_backup();
+    prepare_restore();
+    prepare_import_export();
+    order_tabs({&CheckBoxBackup, &OptionDestinazioneDefault, &OptionDestinazioneBackup,
+                &TxtDestinazioneBackup, &Command2[2], &cmdSaveBackupSettings});
+    order_tabs({&CheckBoxImportaEsporta, &txtOrigine, &Command2[0], &txtDest, &Command2[1], &cmdImpExp});
+}
+
+void frmGestioneDatabase::on_load() {
+    txtPercorsoDatabase.set_text(program_.main_window().txtDatabaseRoute.text());
+    read_backup_settings();
+    CambiaCartella(program_.platform().program_directory);
+}
+
+void frmGestioneDatabase::close_form() {
+    if (cmdSaveBackupSettings.enabled() &&
+        program_.confirm("Le impostazioni di backup sono state modificate\nSalvare le nuove impostazioni?")) {
+        SalvaImpostazioniBackup();
+    }
+    unload();
+}
+
+void frmGestioneDatabase::empty_prompt_on_focus(TextBox& field, std::string_view prompt) {
+    field.on_got_focus = [&field, prompt] {
+        if (field.text() == prompt) field.clear();
+    };
+}
+
+std::string frmGestioneDatabase::default_database() const {
+    return program_.in_program_directory("tarvello.mdb");
+}
+
+void frmGestioneDatabase::report_copy(const std::string& headline, const std::string& source,
+                                      const std::string& destination) {
+    program_.message(headline + "\nOrigine Dati:      " + source + "\nDestinazione:    " + destination,
+                     BoxIcon::information);
+}
+
+} // namespace tarvello

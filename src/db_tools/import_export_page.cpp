@@ -1,0 +1,63 @@
+#include "db_tools/copy_file.h"
+#include "db_tools/database_form.h"
+
+#include "shell/program.h"
+#include "shell/session.h"
+
+namespace tarvello {
+namespace {
+
+constexpr std::string_view source_prompt = "Inserisci percorso di origine";
+constexpr std::string_view destination_prompt = "Inserisci percorso di destinazione";
+
+} // namespace
+
+void frmGestioneDatabase::prepare_import_export() {
+    CheckBoxImportaEsporta.set_caption("Importa / Esporta database");
+    Label7.set_caption("Origine:");
+    Label8.set_caption("Destinazione:");
+    txtOrigine.set_text(std::string(source_prompt));
+    txtDest.set_text(std::string(destination_prompt));
+    empty_prompt_on_focus(txtOrigine, source_prompt);
+    empty_prompt_on_focus(txtDest, destination_prompt);
+    cmdImpExp.set_caption("Esegui");
+    enable_import_export(false);
+
+    CheckBoxImportaEsporta.on_click = [this] { enable_import_export(CheckBoxImportaEsporta.checked()); };
+    const auto wanted_again = [this] { cmdImpExp.set_enabled(true); };
+    txtOrigine.on_change = wanted_again;
+    txtDest.on_change = wanted_again;
+    Command2[0].on_click = [this] {
+        if (const auto path = program_.platform().dialogs.open_file(database_dialog()))
+            txtOrigine.set_text(*path);
+    };
+    Command2[1].on_click = [this] {
+        // The destination may be a file that is still to come.
+        if (const auto path = program_.platform().dialogs.save_file(database_dialog()))
+            txtDest.set_text(*path);
+    };
+    cmdImpExp.on_click = [this] { EseguiCopia(); };
+}
+
+void frmGestioneDatabase::enable_import_export(bool enabled) {
+    txtOrigine.set_enabled(enabled);
+    txtDest.set_enabled(enabled);
+    Command2[0].set_enabled(enabled);
+    Command2[1].set_enabled(enabled);
+    Label7.set_enabled(enabled);
+    Label8.set_enabled(enabled);
+    cmdImpExp.set_enabled(enabled);
+}
+
+void frmGestioneDatabase::EseguiCopia() {
+    const std::string source = txtOrigine.text();
+    const std::string destination = txtDest.text();
+    ChiudiDatabase(program_);
+    if (CopiaFile(program_.platform(), source, destination, true, true)) {
+        report_copy("Copia file completata", source, destination);
+    }
+    ApriDatabase(program_);
+    cmdImpExp.set_enabled(false);
+}
+
+} // namespace tarvello

@@ -1,0 +1,23 @@
+#include "db_tools/restore_name_form.h"
+
+#include "db_tools/database_form.h"
+#include "shell/program.h"
+
+namespace tarvello {
+
+frmRipristinaBackup::frmRipristinaBackup(Program& program)
+    : Form(program, "frmRipristinaBackup"), program_(program) {
+    set_caption("Ripristino Backup");
+    Frame1.set_caption("Ripristino Backup");
+    Command1.set_caption("Annulla");
+    Text1.on_change = [this] { Command1.set_caption(Text1.empty() ? "Annulla" : "OK"); };
+    Command1.on_click = [this] { unload(); };
+}
+
+void frmRipristinaBackup::on_unload(UnloadReason) {
+    TextBox& name = program_.form<frmGestioneDatabase>().Text2;
+    name.clear();
+    name.set_text(Text1.text());
+}
+
+} // namespace tarvello
