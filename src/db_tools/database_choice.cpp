@@ -1,5 +1,6 @@
 #include "db_tools/database_form.h"
 
+#include "shell/main_window.h"
 #include "shell/program.h"
 #include "shell/session.h"
 
@@ -12,11 +13,12 @@ constexpr std::string_view path_prompt = "Inserisci il percorso del database";
 
 void frmGestioneDatabase::prepare_choice() {
     Label4.set_caption("Selezionare il database da aprire o a cui connettersi");
-    Label2.set_caption("Scegliere la destinazione del database sul quale si vuole lavorare.\n"
-                       "Selezionare 'Database di default' per utilizzare il database presente nella cartella di "
-                       "sistema di Tarvello.\n"
-                       "Selezionare 'Altro database' e specificarne il percorso, per utilizzare database salvati "
-                       "in altre cartelle o su unità di rete.");
+    Label2.set_caption(
+        "Scegliere la destinazione del database sul quale si vuole lavorare.\n"
+        "Selezionare 'Database di default' per utilizzare il database presente nella cartella di "
+        "sistema di Tarvello.\n"
+        "Selezionare 'Altro database' e specificarne il percorso, per utilizzare database salvati "
+        "in altre cartelle o su unità di rete.");
     Label1.set_caption("Database corrente:");
     txtPercorsoDatabase.set_locked(true);
     Option1[0].set_caption("Database di default");

@@ -1,5 +1,6 @@
 #include "db_tools/database_form.h"
 
+#include "shell/main_window.h"
 #include "shell/program.h"
 
 namespace tarvello {

@@ -3,6 +3,7 @@
 #include "db_tools/file_info.h"
 #include "db_tools/restore_name_form.h"
 #include "failure.h"
+#include "shell/main_window.h"
 #include "shell/program.h"
 #include "shell/session.h"
 

@@ -1,6 +1,7 @@
 #include "shell/main_window.h"
 
 #include "customers/customer_form.h"
+#include "db_tools/database_form.h"
 #include "documents/letterhead_form.h"
 #include "invoices/invoice_form.h"
 #include "shell/about_form.h"
@@ -22,6 +23,7 @@ void MDIForm1::connect_menus() {
     mnuFatture.on_click = [this] { program_.form<frmTarvello>().show(); };
     IntestaFatture.on_click = [this] { program_.form<frmIntestazioneFatture>().show(); };
     Impostazioni.on_click = [this] { program_.form<frmImpostazioni>().show(); };
+    mnuGestioneDatabase.on_click = [this] { program_.form<frmGestioneDatabase>().show(); };
     mnuScaricaAggiornamenti.on_click = [this] { look_for_updates(); };
 
     Autore.on_click = [this] { program_.form<frmAutore>().show_modal(); };

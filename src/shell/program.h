@@ -34,9 +34,6 @@ public:
     std::string opened_address;
     /// How far the version banner of the update page has been typed; once a session.
     std::int16_t version_banner_ticks = 0;
-    /// The automatic backup at the end of a session: copies the closed database file to the chosen place.
-    /// Returns false if the copy failed. Empty where the program has no backup.
-    std::function<bool()> EseguiBackupAutomatico;
 
     /// The one instance of a form. It is made and loaded when it is first used, and again after it was
     /// unloaded.

@@ -1,5 +1,6 @@
 #include "shell/session.h"
 
+#include "db_tools/backup_restore.h"
 #include "failure.h"
 #include "shell/main_window.h"
 #include "shell/program.h"
@@ -60,8 +61,7 @@ void ask_name_at_first_run(Program& program, const MDIForm1& main) {
 }
 
 void back_up(Program& program, MDIForm1& main) {
-    if (!main.CheckBoxBackup.checked() || !program.EseguiBackupAutomatico) return;
-    if (program.EseguiBackupAutomatico()) return;
+    if (!main.CheckBoxBackup.checked() || EseguiBackupAutomatico(program)) return;
     // It is the route of the database that goes back to its default, not the place of the backup: after a
     // failed copy the next session starts on the default database.
     main.txtDatabaseRoute.set_text(program.in_program_directory(default_database));
