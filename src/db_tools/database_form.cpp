@@ -17,9 +17,30 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
     prepare_backup();
     prepare_restore();
     prepare_import_export();
-    order_tabs({&CheckBoxBackup, &OptionDestinazioneDefault, &OptionDestinazioneBackup,
-                &TxtDestinazioneBackup, &Command2[2], &cmdSaveBackupSettings});
-    order_tabs({&CheckBoxImportaEsporta, &txtOrigine, &Command2[0], &txtDest, &Command2[1], &cmdImpExp});
+    order_tabs({&Text1,
+                &Command1,
+                &cmdApriDB,
+                &CheckBoxBackup,
+                &OptionDestinazioneDefault,
+                &OptionDestinazioneBackup,
+                &TxtDestinazioneBackup,
+                &Command2[2],
+                &cmdSaveBackupSettings,
+                &CheckBoxRipristinaBackup,
+                &txtLocalFolder,
+                &Dir1,
+                &ListView1,
+                &txtSelectedFile,
+                &Command5,
+                &File1,
+                &Text2,
+                &CheckBoxImportaEsporta,
+                &txtOrigine,
+                &Command2[0],
+                &txtDest,
+                &Command2[1],
+                &cmdImpExp,
+                &cmdClose});
 }
 
 void frmGestioneDatabase::on_load() {

@@ -155,6 +155,7 @@ std::unique_ptr<WidgetView> make_text_view(WindowBinder& binder, Control& contro
 std::unique_ptr<WidgetView> make_combo_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_button_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_list_view(WindowBinder& binder, Control& control, QObject& widget);
+std::unique_ptr<WidgetView> make_list_box_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_date_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_plain_view(WindowBinder& binder, Control& control, QObject& widget);
 

@@ -1,0 +1,86 @@
+#include "platform/qt/binder.h"
+#include "platform/qt/qt_text.h"
+
+#include <QKeyEvent>
+#include <QListWidget>
+
+namespace tarvello::qt {
+
+namespace {
+
+/// A plain list of texts.
+class ItemsView final : public WidgetView {
+public:
+    ItemsView(WindowBinder& binder, ListBox& list, QListWidget& view)
+        : WidgetView(binder, list, view), list_(list), view_(view) {
+        view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+        view_.setTabKeyNavigation(false);
+        QObject::connect(&view_, &QListWidget::itemClicked, &binder,
+                         [this](QListWidgetItem* item) { clicked(view_.row(item)); });
+        QObject::connect(&view_, &QListWidget::itemDoubleClicked, &binder,
+                         [this](QListWidgetItem* item) { opened(view_.row(item)); });
+    }
+
+    void show_all() override {
+        WidgetView::show_all();
+        show(Aspect::items);
+    }
+
+    bool key_pressed(QKeyEvent& event) override {
+        if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+            if (view_.currentRow() >= 0) opened(view_.currentRow());
+            return true;
+        }
+        const int before = view_.currentRow();
+        static_cast<QObject&>(view_).event(&event);
+        if (view_.currentRow() >= 0 && view_.currentRow() != before) clicked(view_.currentRow());
+        return true; // the list has had it
+    }
+
+protected:
+    void show(Aspect aspect) override {
+        switch (aspect) {
+        case Aspect::items:
+            view_.clear();
+            for (const std::string& item : list_.items()) view_.addItem(to_qt(item));
+            [[fallthrough]];
+        case Aspect::value:
+            view_.setCurrentRow(list_.list_index());
+            break;
+        default:
+            WidgetView::show(aspect);
+        }
+    }
+
+private:
+    void clicked(int row) {
+        if (binder().following() || binder().parted()) return;
+        list_.choose(row);
+        show_choice();
+    }
+
+    void opened(int row) {
+        if (binder().following() || binder().parted()) return;
+        list_.double_click(row);
+        show_choice();
+    }
+
+    void show_choice() {
+        if (binder().parted()) return;
+        const WindowBinder::Following following(binder());
+        show(Aspect::value);
+    }
+
+    ListBox& list_;
+    QListWidget& view_;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> make_list_box_view(WindowBinder& binder, Control& control, QObject& widget) {
+    auto* list = dynamic_cast<ListBox*>(&control);
+    auto* view = qobject_cast<QListWidget*>(&widget);
+    return list && view ? std::make_unique<ItemsView>(binder, *list, *view) : nullptr;
+}
+
+} // namespace tarvello::qt
