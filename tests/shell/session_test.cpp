@@ -8,6 +8,8 @@
 #include "shell/tax_preferences.h"
 #include "support/program_test.h"
 
+#include <filesystem>
+
 namespace tarvello::testing {
 namespace {
 
@@ -161,52 +163,44 @@ TEST_F(Session, AGarbledSettingsStoreIsNoObstacle) {
     EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "1");
 }
 
+const char* const failed_backup = "Si è verificato un errore durante il backup. \n"
+                                  "Se l'errore dovesse ripetersi controllare le impostazioni di backup.";
+
 TEST_F(Session, ClosingWritesInItsOrder) {
     given_database();
     load_session(*program);
     program->form<frmClienti>().show();
     main().CheckBoxBackup.set_checked(true);
     std::vector<std::string> done;
-    program->EseguiBackupAutomatico = [&] {
-        EXPECT_FALSE(program->database().dbConnection.is_open()) << "a file in use is no good copy";
-        done.push_back("(backup)");
-        return false;
-    };
     fake.settings.on_write = [&](const std::string& section) {
         EXPECT_EQ(program->loaded("frmClienti"), nullptr);
         EXPECT_EQ(program->database().dbConnection.is_open(), done.size() < 8) << section;
         done.push_back(section);
     };
     main().txtDatabaseRoute.set_text("/altrove.mdb");
+    fake.boxes.expect(failed_backup); // there is no such file to copy
     main().close_by_user();
-    EXPECT_EQ(done,
-              (std::vector<std::string>{"txtDatabaseRoute", "txtProfessione", "txt_IVA_default",
-                                        "txt_Ritenuta_default", "txt_RitenutaSu_default",
-                                        "txt_RIVALSA_default", "txtPercorsoLogo", "txtContatoreAccessi",
-                                        "CheckEscludiRivalsaImponibile", "(backup)", "txtDatabaseRoute"}));
+    EXPECT_EQ(done, (std::vector<std::string>{"txtDatabaseRoute", "txtProfessione", "txt_IVA_default",
+                                              "txt_Ritenuta_default", "txt_RitenutaSu_default",
+                                              "txt_RIVALSA_default", "txtPercorsoLogo", "txtContatoreAccessi",
+                                              "CheckEscludiRivalsaImponibile", "txtDatabaseRoute"}));
 }
 
 TEST_F(Session, AFailedBackupSendsTheNextSessionToTheDefaultDatabase) {
-    set("txtDatabaseRoute", "/dati/studio.mdb");
+    const std::string studio = in_directory("studio.mdb");
+    make_database(studio);
+    set("txtDatabaseRoute", studio);
     fake.settings.set("CheckBoxBackup", "value", "1");
     for (const bool copied : {true, false}) {
+        set("TxtDestinazioneBackup", in_directory(copied ? "copia.bak" : "nessuna/cartella/copia.bak"));
         restart();
         load_session(*program);
-        program->EseguiBackupAutomatico = [&] { return copied; };
+        if (!copied) fake.boxes.expect(failed_backup);
         main().close_by_user();
-        EXPECT_EQ(fake.settings.get("txtDatabaseRoute"),
-                  copied ? "/dati/studio.mdb" : in_directory("tarvello.mdb"));
+        EXPECT_TRUE(fake.windows.has_quit);
+        EXPECT_EQ(fake.settings.get("txtDatabaseRoute"), copied ? studio : in_directory("tarvello.mdb"));
     }
-}
-
-TEST_F(Session, ClosingGoesOnPastAFailingStep) {
-    load_session(*program);
-    program->form<frmImpostazioni>().show();
-    main().CheckBoxBackup.set_checked(true);
-    program->EseguiBackupAutomatico = []() -> bool { throw Failure(57, "test", "disco pieno"); };
-    main().close_by_user();
-    EXPECT_TRUE(fake.windows.has_quit);
-    EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "3");
+    EXPECT_TRUE(std::filesystem::exists(in_directory("copia.bak")));
 }
 
 TEST_F(Session, TheDatabaseOpensOnceAndClosesWhateverIsOpen) {
