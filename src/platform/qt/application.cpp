@@ -1,6 +1,7 @@
 #include "platform/qt/application.h"
 
 #include "platform/qt/look.h"
+#include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
 
 #include <QLibraryInfo>
@@ -16,6 +17,7 @@ namespace tarvello::qt {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName(QStringLiteral("tarvello"));
     setApplicationDisplayName(QString());
+    setWindowIcon(picture_icon("tarvello"));
     setDesktopFileName(QStringLiteral("tarvello"));
     setQuitOnLastWindowClosed(false); // the session ends the program, not the splash that goes
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));

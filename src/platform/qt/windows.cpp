@@ -96,6 +96,9 @@ void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool mod
     if (auto* main = qobject_cast<QMainWindow*>(root.get())) {
         main_ = main;
         open.frame = root.release();
+        if (auto* ground = main->findChild<QMdiArea*>(QStringLiteral("ui_mdi"))) {
+            ground->setBackground(main->palette().color(QPalette::Window).darker(108));
+        }
         return;
     }
     auto* area = main_ && !modal ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
@@ -114,6 +117,10 @@ void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool mod
         if (modal) root->setWindowModality(Qt::ApplicationModal);
     } else {
         root->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+        if (const QScreen* screen = root->screen()) {
+            root->adjustSize();
+            root->move(screen->availableGeometry().center() - root->rect().center());
+        }
     }
     open.frame = root.release();
 }
