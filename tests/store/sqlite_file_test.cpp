@@ -254,6 +254,23 @@ TEST_F(SqliteFileTest, AnotherProgramMayReadWriteAndChangeTheTables) {
     EXPECT_EQ(OtherProgram(path).run("PRAGMA integrity_check"), "ok");
 }
 
+TEST_F(SqliteFileTest, AFileOfSixteenBitTextsReadsAsAnyOther) {
+    const std::string other = folder.in("utf16.mdb");
+    write_bytes(other, "");
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open(other.c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(
+        sqlite3_exec(database,
+                     "PRAGMA encoding='UTF-16le'; CREATE TABLE Clienti (Numero_Cliente INTEGER PRIMARY KEY, "
+                     "Città TEXT, Nato DATE); INSERT INTO Clienti VALUES (1, 'Forlì', '1980-01-02')",
+                     nullptr, nullptr, nullptr),
+        SQLITE_OK);
+    sqlite3_close(database);
+    connection.open(other);
+    const char* const by_town = "SELECT * FROM Clienti WHERE CITTÀ='FORLÌ' AND Città LIKE '%RLÌ'";
+    EXPECT_THAT(run(connection, by_town), ElementsAre(Row{"1", "Forlì", "02/01/1980"}));
+}
+
 TEST_F(SqliteFileTest, AFileThatAnotherProgramHasLockedFailsAndWorksAgainAfterwards) {
     connection.open(path);
     {

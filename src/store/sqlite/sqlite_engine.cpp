@@ -273,8 +273,10 @@ public:
         default:
             break;
         }
-        const auto* bytes = static_cast<const char*>(sqlite3_value_blob(found));
-        const std::string_view text(bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(found)));
+        const bool is_text = sqlite3_value_type(found) == SQLITE_TEXT; // else bytes, which nobody converts
+        const void* bytes = is_text ? sqlite3_value_text(found) : sqlite3_value_blob(found);
+        const std::string_view text(bytes ? static_cast<const char*>(bytes) : "",
+                                    static_cast<std::size_t>(sqlite3_value_bytes(found)));
         if (columns()[column].type == ColumnType::date) {
             if (const auto date = iso_date(text)) return *date;
         }

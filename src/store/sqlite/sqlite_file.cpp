@@ -207,7 +207,9 @@ sqlite3_stmt* SqliteFile::prepare(const std::string& sql) const {
 
 void SqliteFile::fail(int code) const {
     in_doubt_ = true;
-    const char* detail = handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(code);
+    // The handle tells more than the code, if the code is its own and not what we found out ourselves.
+    const bool own = handle_ && sqlite3_extended_errcode(handle_) == code;
+    const char* detail = own ? sqlite3_errmsg(handle_) : sqlite3_errstr(code);
     throw Failure(failure_number::database, source,
                   "Database \"" + path_ + "\": " + meaning(code) + " (" + std::string(detail) + ", " +
                       std::to_string(code) + ").");
