@@ -12,19 +12,30 @@ namespace tarvello::bench {
 
 using Work = void (*)(benchmark::State&);
 
+/// What a row is measured by: the time of the processor, which other programs disturb little, or the time on
+/// the wall, for a work that waits for the disk or another process.
+enum class Clock { processor, wall };
+
+inline void add(const std::string& name, Work work, Clock clock) {
+    auto* const registered = benchmark::RegisterBenchmark(name.c_str(), work);
+    if (clock == Clock::wall) registered->UseRealTime();
+}
+
 /// @param reach  at most so many times the floor is what we want
-inline void row(const std::string& name, Work ours, Work floor, double reach) {
+inline void row(const std::string& name, Work ours, Work floor, double reach,
+                Clock clock = Clock::processor) {
     char label[64];
     std::snprintf(label, sizeof label, "%g x", reach);
-    benchmark::RegisterBenchmark((name + "|ours|" + label).c_str(), ours)->UseRealTime();
-    benchmark::RegisterBenchmark((name + "|floor").c_str(), floor)->UseRealTime();
+    add(name + "|ours|" + label, ours, clock);
+    add(name + "|floor", floor, clock);
 }
 
 /// @param microseconds  at most so long is what we want
-inline void row_within(const std::string& name, Work ours, double microseconds) {
+inline void row_within(const std::string& name, Work ours, double microseconds,
+                       Clock clock = Clock::processor) {
     char label[64];
     std::snprintf(label, sizeof label, "%g us", microseconds);
-    benchmark::RegisterBenchmark((name + "|ours|" + label).c_str(), ours)->UseRealTime();
+    add(name + "|ours|" + label, ours, clock);
 }
 
 } // namespace tarvello::bench
