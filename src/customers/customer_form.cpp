@@ -150,6 +150,7 @@ void frmClienti::set_tab_order() {
 }
 
 void frmClienti::on_load() {
+    place_top_left();
     set_size(8235, 7485);
     cmd[command::previous].set_picture("freccia-sinistra");
     cmd[command::next].set_picture("freccia-destra");

@@ -225,6 +225,7 @@ void frmTarvello::mark(TextBox& field, Shape& shape) {
 
 void frmTarvello::on_load() {
     set_caption("Fatture");
+    place_top_left();
     set_size(11655, 8865);
     FrameRicerca.set_height(search_closed_height);
     txtNuovoInserimento.clear();

@@ -69,6 +69,9 @@ public:
     int width() const { return width_; }
     int height() const { return height_; }
     void set_size(int width, int height);
+    /// The window opens in the top left corner of the main window's working area, not where the desktop puts it.
+    bool at_top_left() const { return at_top_left_; }
+    void place_top_left() { at_top_left_ = true; }
 
     /// All controls in the order of declaration, which is the tab order.
     const std::vector<Control*>& controls() const { return controls_; }
@@ -129,6 +132,7 @@ private:
     std::string caption_;
     int width_ = 0;
     int height_ = 0;
+    bool at_top_left_ = false;
     std::vector<Control*> controls_;
     Control* focus_ = nullptr;
     bool leaving_ = false;          // a lost-focus event is running

@@ -138,12 +138,22 @@ void QtWindows::size_frame(Open& open) {
     open.sized = true;
 }
 
+void QtWindows::place_frame(Open& open) {
+    if (!open.form->at_top_left()) return;
+    const auto* area = main_ ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
+    const bool inside = qobject_cast<QMdiSubWindow*>(open.frame) != nullptr;
+    open.frame->move(inside || !area ? QPoint(0, 0) : area->mapToGlobal(QPoint(0, 0)));
+}
+
 void QtWindows::bring_up(Open& open) {
     QWidget& frame = *open.frame;
     const auto alive = open.form;
+    const bool first_time = !frame.isVisible();
+    if (first_time) place_frame(open);
     frame.show();
     if (frame.isMinimized()) frame.showNormal();
     if (auto* sub = qobject_cast<QMdiSubWindow*>(&frame)) {
+        if (first_time) place_frame(open); // the area has put it where it likes
         if (QMdiArea* area = sub->mdiArea()) area->setActiveSubWindow(sub);
     } else {
         frame.raise();

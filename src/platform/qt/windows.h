@@ -68,6 +68,8 @@ private:
     const Open* find(const Form& form) const;
     void put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal);
     void size_frame(Open& open);
+    /// Where the form asks for a place of its own.
+    void place_frame(Open& open);
     void bring_up(Open& open);
     void frame_resized(Open& open);
     void destroy_closed();
