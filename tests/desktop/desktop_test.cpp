@@ -1,6 +1,8 @@
 #include "desktop/desktop_test.h"
 
 #include "platform/qt/qt_text.h"
+#include "shell/session.h"
+#include "shell/version.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -329,11 +331,31 @@ DesktopTest::~DesktopTest() {
     if (platform_) platform_->windows().clear();
 }
 
-void DesktopTest::start() {
+void DesktopTest::make_program() {
     platform_ = std::make_unique<qt::QtPlatform>(program_folder());
     program_ = std::make_unique<Program>(platform_->platform());
-    program_->run([&] { program_->main_window().show(); });
+}
+
+void DesktopTest::start() {
+    make_program();
+    SettingsStore& settings = program_->platform().settings;
+    if (!settings.read(application_name, "txtContatoreAccessi", "text")) {
+        settings.write(application_name, "txtContatoreAccessi", "text", "2");
+        const std::string today = short_date_text(program_->platform().clock.today(), RegionalSettings());
+        settings.write(application_name, "txtDataUltimoAggiornamento", "text", today);
+    }
+    program_->run([&] {
+        load_session(*program_);
+        program_->main_window().show();
+    });
     DesktopUser::settle();
+}
+
+void DesktopTest::start_with_splash() {
+    make_program();
+    program_->run([&] { start_program(*program_); });
+    EXPECT_TRUE(user.is_shown("frmSplash"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return user.is_shown("MDIForm1"); }, 20000));
 }
 
 void DesktopTest::finish() {

@@ -118,8 +118,13 @@ protected:
     DesktopTest();
     ~DesktopTest() override;
 
-    /// Starts the program up to its main window, with the database open and the first-run question behind it.
+    /// Starts the program up to its main window, without the splash. If this is its first start, the question
+    /// of the first run has been answered and the reminder of updates is not due.
     void start();
+    /// Starts it with the splash, as a process does, and waits for the main window. The windows that come up
+    /// on the way are to be expected: on the first start the reminder of updates and the question of the
+    /// first run.
+    void start_with_splash();
     /// Closes the main window and lets the program end.
     void finish();
 
@@ -131,6 +136,8 @@ protected:
     DesktopUser user;
 
 private:
+    void make_program();
+
     std::unique_ptr<qt::QtPlatform> platform_;
     std::unique_ptr<Program> program_;
 };

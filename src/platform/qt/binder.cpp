@@ -199,20 +199,24 @@ void WindowBinder::show_focus(Qt::FocusReason reason) {
 }
 
 void WindowBinder::focus_arrived(QWidget* widget) {
-    if (parted_ || following()) return;
+    // While a field is being left, a box of its own takes the keyboard and gives it back: that is no other
+    // move.
+    if (parted_ || following() || moving_) return;
     WidgetView* view = view_of(widget);
     if (!view || !view->control().takes_focus()) return;
     const int turns = ModalTurn::count();
+    moving_ = true;
     if (last_focus_ && last_focus_ != view) last_focus_->commit();
+    if (!parted_ && form_->focus() != &view->control()) view->control().enter();
+    moving_ = false;
     if (parted_) return;
-    if (form_->focus() != &view->control()) view->control().enter();
     if (ModalTurn::count() != turns) {
         interrupted_ = true;
         // The press that has moved the focus is delivered next, before any posted call.
         QMetaObject::invokeMethod(
             this, [this] { interrupted_ = false; }, Qt::QueuedConnection);
     }
-    if (!parted_) show_focus(Qt::OtherFocusReason);
+    show_focus(Qt::OtherFocusReason);
 }
 
 void WindowBinder::settle_focus() {

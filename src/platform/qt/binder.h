@@ -95,6 +95,7 @@ private:
     std::vector<std::string> missing_;
     int following_ = 0;
     bool parted_ = false;
+    bool moving_ = false;      // the focus is on its way because of the user
     bool settling_ = false;    // settle_focus() has been posted
     bool interrupted_ = false; // a box came while the focus moved for the press that is being delivered
     WidgetView* last_focus_ = nullptr;

@@ -61,6 +61,7 @@ Answer QtBoxes::show(const MessageBox& box) {
     }();
 
     const ModalTurn turn;
+    const ActiveAgain active_again;
     QMessageBox window(icon_of(box.icon), to_qt(box.caption), {}, QMessageBox::NoButton,
                        windows_.parent_of_dialogs());
     window.setTextFormat(Qt::PlainText);
@@ -101,12 +102,14 @@ std::optional<std::string> path_of(const QString& chosen) {
 
 std::optional<std::string> QtFileDialogs::open_file(const FileDialog& dialog) {
     const ModalTurn turn;
+    const ActiveAgain active_again;
     return path_of(QFileDialog::getOpenFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
                                                 filters_of(dialog)));
 }
 
 std::optional<std::string> QtFileDialogs::save_file(const FileDialog& dialog) {
     const ModalTurn turn;
+    const ActiveAgain active_again;
     return path_of(QFileDialog::getSaveFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
                                                 filters_of(dialog), nullptr,
                                                 QFileDialog::DontConfirmOverwrite));

@@ -45,6 +45,11 @@ public:
         // commit(), so that a box which the form shows does not come in the midst of the change of the focus.
         if (&watched == &edit_ && event.type() == QEvent::FocusOut) leaving_ = true;
         if (&watched == &edit_ && event.type() == QEvent::FocusIn) leaving_ = false;
+        if (event.type() == QEvent::MouseButtonRelease) {
+            // What is typed takes the place of the day, month or year that was clicked.
+            QMetaObject::invokeMethod(
+                &edit_, [this] { edit_.setSelectedSection(edit_.currentSection()); }, Qt::QueuedConnection);
+        }
         return false;
     }
 

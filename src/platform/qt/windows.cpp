@@ -19,6 +19,21 @@
 
 namespace tarvello::qt {
 
+namespace {
+
+/// The one window without a frame.
+constexpr const char* splash = "frmSplash";
+
+} // namespace
+
+ActiveAgain::ActiveAgain() : window_(QApplication::activeWindow()) {}
+
+ActiveAgain::~ActiveAgain() {
+    if (!window_ || !window_->isVisible()) return;
+    const QWidget* modal = QApplication::activeModalWidget(); // another one may still lie above
+    if (!modal || modal == window_) window_->activateWindow();
+}
+
 QtWindows::QtWindows(const RegionalSettings& regional) : regional_(regional) {
     QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (!now) return;
@@ -111,16 +126,16 @@ void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool mod
         open.frame = sub;
         return;
     }
-    if (modal || qobject_cast<QDialog*>(root.get())) {
-        root->setParent(parent_of_dialogs(), Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                                 Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-        if (modal) root->setWindowModality(Qt::ApplicationModal);
-    } else {
+    if (open.form->name() == splash) {
         root->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
         if (const QScreen* screen = root->screen()) {
             root->adjustSize();
             root->move(screen->availableGeometry().center() - root->rect().center());
         }
+    } else {
+        root->setParent(parent_of_dialogs(), Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                                 Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+        if (modal) root->setWindowModality(Qt::ApplicationModal);
     }
     open.frame = root.release();
 }
@@ -177,6 +192,7 @@ void QtWindows::show_modal(Form& form) {
     bring_up(shown);
     if (find(form)) { // it may have been unloaded by the events of its own showing
         const ModalTurn turn;
+        const ActiveAgain active_again;
         loop.exec();
     }
     if (Open* still = find(form)) std::erase(still->waiting, &loop); // the program is ending
@@ -188,10 +204,8 @@ void QtWindows::close(Form& form) {
         if (it->form.get() != &form) continue;
         it->binder->part();
         it->frame->removeEventFilter(this);
-        QWidget* parent = it->frame->parentWidget();
         it->frame->hide();
         if (it->frame == main_) main_ = nullptr;
-        if (parent && !it->waiting.empty()) parent->activateWindow();
         for (QEventLoop* loop : it->waiting) loop->quit();
         it->waiting.clear();
         closed_.splice(closed_.end(), open_, it);

@@ -17,6 +17,19 @@ class QMainWindow;
 
 namespace tarvello::qt {
 
+/// Gives the keyboard back, at its end, to the window that has it now: not every desktop does so by itself
+/// when the window above goes.
+class ActiveAgain {
+public:
+    ActiveAgain();
+    ~ActiveAgain();
+    ActiveAgain(const ActiveAgain&) = delete;
+    ActiveAgain& operator=(const ActiveAgain&) = delete;
+
+private:
+    QPointer<QWidget> window_;
+};
+
 /// The windows on the screen. The main window holds a multi-document area, in which the other windows live
 /// that are shown and not waited for; those that are waited for are dialogs of their own. What is shown
 /// before there is a main window has no frame.
