@@ -317,12 +317,14 @@ QProcessEnvironment UserFolders::environment() const {
 }
 
 DesktopTest::DesktopTest() {
+    std::filesystem::create_directories(program_folder() + "/modelli");
     // What is shipped beside the program, without the program.
     for (const char* name : {"tarvello.mdb", "Comuni.mdb", "print.conf", "modelli"}) {
         const std::filesystem::path shipped = std::filesystem::path(TARVELLO_BIN) / name;
         if (std::filesystem::exists(shipped)) {
             std::filesystem::copy(shipped, std::filesystem::path(program_folder()) / name,
-                                  std::filesystem::copy_options::recursive);
+                                  std::filesystem::copy_options::recursive |
+                                      std::filesystem::copy_options::overwrite_existing);
         }
     }
 }

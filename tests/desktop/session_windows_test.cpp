@@ -1,0 +1,88 @@
+#include "desktop/desktop_test.h"
+#include "platform/qt/qt_text.h"
+
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+namespace tarvello::testing {
+namespace {
+
+using SessionWindows = DesktopTest;
+
+TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
+    user.expect_modal("DialogAggiornamento", [&] { user.click("DialogAggiornamento", "CancelButton"); });
+    user.expect_modal("frmRegister", [&] {
+        user.type("frmRegister", "Text1", "Studio Rossi");
+        user.expect_box("Se i dati inseriti sono corretti premere 'Si'.\n"
+                        "Attenzione! I dati verranno visualizzati nell'intestazione\n"
+                        "delle fatture da stampare.\nContinuare?",
+                        Answer::yes);
+        user.take_picture("frmRegister", "primo-avvio");
+        user.click("frmRegister", "Command1");
+    });
+    start_with_splash();
+    user.expect_none_left();
+    EXPECT_FALSE(user.is_shown("frmSplash"));
+    EXPECT_EQ(program().NomeIntestatario, "Studio Rossi");
+    EXPECT_TRUE(program().main_window().mnuChiudiDatabase.enabled()) << "the shipped database is open";
+    EXPECT_EQ(qt::from_qt(user.window("MDIForm1")->windowTitle()),
+              "Tarvello 4 - [" + program_folder() + "/tarvello.mdb]");
+    user.take_picture("MDIForm1", "finestra-principale");
+    finish();
+
+    user.expect_modal("DialogAggiornamento"); // put off, it comes again
+    start_with_splash();
+    user.expect_none_left();
+    EXPECT_EQ(program().main_window().txtContatoreAccessi.text(), "2");
+    finish();
+}
+
+TEST_F(SessionWindows, WindowsThatAreShownLiveInTheMainWindowAndGoWithIt) {
+    start();
+    user.choose_menu("MDIForm1", "mnuFatture");
+    user.choose_menu("MDIForm1", "Impostazioni");
+    auto* area = user.window("MDIForm1")->findChild<QMdiArea*>("ui_mdi");
+    ASSERT_TRUE(area);
+    EXPECT_EQ(area->subWindowList().size(), 2);
+    user.choose_menu("MDIForm1", "mnuFatture");
+    EXPECT_EQ(area->subWindowList().size(), 2) << "a window that is there comes to the front";
+    EXPECT_EQ(area->activeSubWindow()->widget()->objectName(), "frmTarvello");
+    user.close_window("frmTarvello");
+    EXPECT_FALSE(user.is_shown("frmTarvello"));
+    EXPECT_FALSE(program().loaded("frmTarvello"));
+    user.choose_menu("MDIForm1", "mnuFatture");
+    EXPECT_TRUE(user.is_shown("frmTarvello"));
+    user.take_picture("MDIForm1", "fatture");
+    finish();
+}
+
+TEST_F(SessionWindows, AModalWindowReturnsWhenItIsClosedByItsBoxOrItsButton) {
+    start();
+    user.expect_modal("frmClienti", [&] { user.take_picture("frmClienti", "clienti"); });
+    user.choose_menu("MDIForm1", "mnuAnagrafica_Clienti");
+    EXPECT_FALSE(program().loaded("frmClienti"));
+    user.expect_modal("frmClienti", [&] {
+        user.press(Qt::Key_Escape);
+        EXPECT_TRUE(user.is_shown("frmClienti")) << "Escape closes nothing that could be lost";
+    });
+    user.click("MDIForm1", "Label2_0");
+    finish();
+}
+
+TEST_F(SessionWindows, ThePanelFoldsAndUnfolds) {
+    start();
+    QWidget* panel = user.widget("MDIForm1", "Picture11");
+    const int height = panel->height();
+    user.move_mouse_over("MDIForm1", "imgApn2");
+    user.click("MDIForm1", "imgApS2");
+    EXPECT_FALSE(panel->isVisible());
+    user.move_mouse_over("MDIForm1", "imgChN2");
+    user.click("MDIForm1", "imgChS2");
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(panel->height(), height);
+    finish();
+}
+
+} // namespace
+} // namespace tarvello::testing
