@@ -4,17 +4,9 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packages=(build-essential cmake ninja-build pkg-config libsqlite3-dev libutf8proc-dev libgtest-dev libgmock-dev
-          libbenchmark-dev python3)
-missing=()
-for package in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
-done
-if ((${#missing[@]})); then
-    as_root=(); [ "$(id -u)" = 0 ] || as_root=(sudo)
-    "${as_root[@]}" apt-get update
-    "${as_root[@]}" apt-get install -y "${missing[@]}"
-fi
+# shellcheck source=cmake/packages.sh
+. cmake/packages.sh
+need_packages "${packages[@]}" libbenchmark-dev python3
 
 cmake --preset bench >/dev/null
 cmake --build build-bench --target benchmarks
@@ -23,7 +15,7 @@ cmake --build build-bench --target benchmarks
 results=build-bench/results
 mkdir -p "$results"
 rm -f "$results"/*.json
-for binary in build-bench/bench/*_bench; do
+for binary in build-bench/bench/*_bench build-bench/bin/*_bench; do
     QT_QPA_PLATFORM=offscreen taskset -c 0 "$binary" --benchmark_repetitions=9 \
         --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
         --benchmark_out="$results/$(basename "$binary").json" --benchmark_out_format=json "$@" >/dev/null

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
@@ -88,6 +89,17 @@ TEST_P(Windows, TheTabKeyGoesThroughTheControlsInTheirOrder) {
     ASSERT_EQ(found.size(), wanted.size());
     for (std::size_t i = 0; i < found.size(); ++i) {
         EXPECT_EQ(from_qt(found[i]->objectName()), from_qt(wanted[i]->objectName())) << "place " << i;
+    }
+}
+
+TEST_P(Windows, AScreenReaderHasAWordForEverythingThatTakesTheKeyboard) {
+    window->show();
+    for (const Control* control : form->controls()) {
+        QWidget* widget = widget_of(*control);
+        if (!widget || !control->takes_focus() || !widget->isVisibleTo(window.get())) continue;
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_TRUE(told) << control->name();
+        EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << control->name();
     }
 }
 

@@ -96,6 +96,7 @@ WindowBinder::WindowBinder(std::shared_ptr<Form> form, QWidget& window, const Re
     }
     for (const auto& view : views_) view->show_all();
     set_tab_order();
+    name_what_has_no_words();
     for (QWidget* widget : window.findChildren<QWidget*>()) {
         widget->setMouseTracking(true);
         widget->installEventFilter(this);
@@ -146,6 +147,16 @@ void WindowBinder::set_tab_order() {
         if (const auto* tabs = qobject_cast<QTabWidget*>(stop)) stop = tabs->tabBar();
         if (before) QWidget::setTabOrder(before, stop);
         before = stop;
+    }
+}
+
+void WindowBinder::name_what_has_no_words() {
+    for (const auto& view : views_) {
+        QWidget* widget = view->widget();
+        const auto* button = qobject_cast<QAbstractButton*>(widget);
+        if (!widget || !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty())) continue;
+        const auto* tool = dynamic_cast<ToolButton*>(&view->control());
+        widget->setAccessibleName(to_qt(tool ? tool->key() : view->control().tool_tip()));
     }
 }
 

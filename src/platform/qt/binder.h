@@ -76,6 +76,8 @@ private:
 
     void bind(Control& control, QObject& widget);
     void set_tab_order();
+    /// What a screen reader says of icons.
+    void name_what_has_no_words();
     void show_focus(Qt::FocusReason reason);
     /// The view of the widget, or of the nearest one around it that has a view.
     WidgetView* view_of(const QWidget* widget) const;

@@ -169,7 +169,6 @@ protected:
         if (aspect != Aspect::look) return;
         drawn_ = {};
         draw();
-        if (label().accessibleName().isEmpty()) label().setAccessibleName(to_qt(control_.tool_tip()));
     }
 
 private:

@@ -9,12 +9,15 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QEventLoop>
+#include <QLayout>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScreen>
+#include <QScrollArea>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace tarvello::qt {
@@ -141,13 +144,20 @@ void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool mod
 }
 
 void QtWindows::size_frame(Open& open) {
-    const bool by_form = open.form->width() > 0 && open.form->height() > 0;
     QWidget& frame = *open.frame;
-    QSize size = by_form ? QSize(pixels(frame, open.form->width()), pixels(frame, open.form->height()))
-                         : frame.sizeHint().expandedTo(open.root->sizeHint());
-    if (!by_form && qobject_cast<QMdiSubWindow*>(&frame)) size = frame.sizeHint();
-    const QScreen* screen = frame.screen();
-    if (screen && frame.isWindow()) size = size.boundedTo(screen->availableSize());
+    auto* sub = qobject_cast<QMdiSubWindow*>(&frame);
+    QSize size(pixels(frame, open.form->width()), pixels(frame, open.form->height()));
+    if (size.isEmpty()) {
+        size = frame.sizeHint();
+        // What can be scrolled asks for less room than it would like.
+        for (const QScrollArea* area : open.root->findChildren<QScrollArea*>()) {
+            if (!area->widget() || !area->widgetResizable()) continue;
+            const int edge = 2 * area->frameWidth();
+            size += (area->widget()->sizeHint() + QSize(edge, edge) - area->sizeHint()).expandedTo({0, 0});
+        }
+    }
+    if (sub) make_room(*sub, size);
+    if (!sub && frame.screen()) size = size.boundedTo(frame.screen()->availableSize());
     open.sized = false;
     frame.resize(size);
     open.sized = true;
@@ -158,6 +168,19 @@ void QtWindows::place_frame(Open& open) {
     const auto* area = main_ ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
     const bool inside = qobject_cast<QMdiSubWindow*>(open.frame) != nullptr;
     open.frame->move(inside || !area ? QPoint(0, 0) : area->mapToGlobal(QPoint(0, 0)));
+}
+
+void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
+    const QMdiArea* area = sub.mdiArea();
+    if (!area || !main_ || !main_->isVisible() || !main_->screen()) return;
+    const QSize missing = (size - area->viewport()->size()).expandedTo({0, 0});
+    const QSize around = main_->frameGeometry().size() - main_->size();
+    const QSize most = main_->screen()->availableSize() - around;
+    if (!missing.isNull() && !main_->isMaximized() && !main_->isFullScreen()) {
+        main_->resize((main_->size() + missing).boundedTo(most.expandedTo(main_->size())));
+        main_->layout()->activate(); // the area has its new size now
+    }
+    size = size.boundedTo(area->viewport()->size());
 }
 
 void QtWindows::bring_up(Open& open) {

@@ -14,6 +14,7 @@
 
 class QEventLoop;
 class QMainWindow;
+class QMdiSubWindow;
 
 namespace tarvello::qt {
 
@@ -83,6 +84,10 @@ private:
     void size_frame(Open& open);
     /// Where the form asks for a place of its own.
     void place_frame(Open& open);
+    /// Lets the main window grow so that a window of that size fits into its area, as far as the screen
+    /// allows.
+    /// @param size  becomes what fits
+    void make_room(QMdiSubWindow& sub, QSize& size);
     void bring_up(Open& open);
     void frame_resized(Open& open);
     void destroy_closed();

@@ -1,0 +1,24 @@
+// What main() does, up to the first picture of the splash.
+#include "probe.h"
+
+#include "platform/qt/application.h"
+#include "platform/qt/program_directory.h"
+#include "platform/qt/qt_platform.h"
+#include "platform/qt/qt_text.h"
+#include "shell/program.h"
+#include "shell/session.h"
+
+#include <QStandardPaths>
+
+int main(int argc, char** argv) {
+    using namespace tarvello;
+    qt::Application application(argc, argv);
+    bench::EndOnFirstPicture end;
+    application.installEventFilter(&end);
+    qt::QtPlatform platform(qt::program_directory(
+        qt::from_qt(QCoreApplication::applicationDirPath()),
+        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
+    Program program(platform.platform());
+    program.run([&] { start_program(program); });
+    return QApplication::exec() + 1; // the splash was never painted
+}

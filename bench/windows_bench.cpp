@@ -1,0 +1,98 @@
+#include "archive.h"
+#include "row.h"
+
+#include "invoices/invoice_form.h"
+#include "platform/qt/application.h"
+#include "platform/qt/qt_platform.h"
+#include "shell/main_window.h"
+#include "shell/program.h"
+#include "shell/session.h"
+#include "shell/version.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tarvello::bench {
+namespace {
+
+void run_process(benchmark::State& state, const char* path) {
+    for (auto _ : state) {
+        char* arguments[] = {const_cast<char*>(path), nullptr};
+        pid_t process = 0;
+        int status = -1;
+        if (posix_spawn(&process, path, nullptr, nullptr, arguments, environ) != 0 ||
+            waitpid(process, &status, 0) != process || status != 0) {
+            state.SkipWithError("the process did not come to its first picture");
+        }
+    }
+}
+
+void start(benchmark::State& state) { run_process(state, TARVELLO_PROBES "/splash_probe"); }
+void start_floor(benchmark::State& state) { run_process(state, TARVELLO_PROBES "/label_probe"); }
+
+/// The program on the archive, with its main window on the screen.
+struct Session {
+    Session() : platform(std::string(TARVELLO_PROBES)), program(platform.platform()) {
+        SettingsStore& settings = program.platform().settings;
+        settings.write(application_name, "txtContatoreAccessi", "text", "2");
+        settings.write(application_name, "txtDatabaseRoute", "text", archive_path());
+        settings.write(application_name, "txtDataUltimoAggiornamento", "text",
+                       short_date_text(program.platform().clock.today(), program.regional()));
+        load_session(program);
+        program.main_window().show();
+        QCoreApplication::processEvents();
+    }
+    ~Session() { platform.windows().clear(); }
+
+    qt::QtPlatform platform;
+    Program program;
+};
+
+/// Resident memory of this process in megabytes.
+double resident_megabytes() {
+    std::ifstream file("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    file >> total >> resident;
+    return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+void open_invoices(benchmark::State& state) {
+    static Session session;
+    for (auto _ : state) {
+        session.program.form<frmTarvello>().show();
+        QCoreApplication::processEvents();
+        state.PauseTiming();
+        if (state.iterations() == 0) state.counters["resident_MB"] = resident_megabytes();
+        session.program.form<frmTarvello>().unload();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
+} // namespace
+} // namespace tarvello::bench
+
+int main(int argc, char** argv) {
+    using namespace tarvello::bench;
+    // Settings and lock of the measured program are its own.
+    const std::filesystem::path user = TARVELLO_BENCH_FOLDER "/user";
+    std::filesystem::remove_all(user);
+    std::filesystem::create_directories(user);
+    std::filesystem::permissions(user, std::filesystem::perms::owner_all);
+    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+        setenv(folder, user.c_str(), 1);
+    }
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const tarvello::qt::Application application(argc, argv);
+    row("process start to splash on screen, offscreen", start, start_floor, 2);
+    row_within("opening the invoice form, offscreen", open_invoices, 60000);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
