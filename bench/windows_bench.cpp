@@ -1,13 +1,20 @@
 #include "archive.h"
 #include "row.h"
 
+#include "fiscal_code/calculator_form.h"
 #include "invoices/invoice_form.h"
+#include "invoices/invoice_results.h"
+#include "invoices/invoice_rows.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qt_platform.h"
 #include "shell/main_window.h"
 #include "shell/program.h"
 #include "shell/session.h"
 #include "shell/version.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTimer>
 
 #include <cstdlib>
 #include <filesystem>
@@ -63,8 +70,13 @@ double resident_megabytes() {
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-void open_invoices(benchmark::State& state) {
+Session& the_session() {
     static Session session;
+    return session;
+}
+
+void open_invoices(benchmark::State& state) {
+    Session& session = the_session();
     for (auto _ : state) {
         session.program.form<frmTarvello>().show();
         QCoreApplication::processEvents();
@@ -74,6 +86,61 @@ void open_invoices(benchmark::State& state) {
         QCoreApplication::processEvents();
         state.ResumeTiming();
     }
+}
+
+/// A key on its way through the window, with what it changes drawn.
+void municipality_key(benchmark::State& state) {
+    Session& session = the_session();
+    auto& calculator = session.program.form<frmCalcolaCF>();
+    calculator.show();
+    auto* box = session.platform.windows().window(calculator)->findChild<QLineEdit*>("txtComune");
+    box->setFocus();
+    QCoreApplication::processEvents();
+    const std::string name = "sant'angelo limosano";
+    std::size_t keys = 0;
+    for (auto _ : state) {
+        const std::size_t place = keys++ % name.size();
+        if (place == 0) box->selectAll();
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, name[place], Qt::NoModifier, QString(QLatin1Char(name[place])));
+            QCoreApplication::sendEvent(box, &event);
+        }
+        QCoreApplication::processEvents();
+        if (place + 1 == name.size() && calculator.txtCodice.text() != "I289")
+            state.SkipWithError("not found");
+    }
+    calculator.unload();
+    QCoreApplication::processEvents();
+}
+
+/// From the filled list of all invoices to the end of its window, which looks for the selected invoice again
+/// and shows it.
+void open_and_close_results(benchmark::State& state) {
+    Session& session = the_session();
+    Database& database = session.program.database();
+    session.program.form<frmTarvello>();
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto& results = session.program.form<frmRisultatiRicercaFatture>();
+        database.rsFatture.open("SELECT * FROM Fatture ORDER BY ID DESC", database.dbConnection);
+        const InvoiceRowWriter writer(database.rsFatture, {"Importo_Rivalsa", "Importo_Ritenuta"});
+        for (; !database.rsFatture.eof(); database.rsFatture.move_next()) {
+            writer.add(results.ListView1.fill());
+        }
+        database.rsFatture.close();
+        state.ResumeTiming();
+
+        results.ListView1.rows_added();
+        results.ListView1.set_selected(0); // the newest, which the walk from the oldest reaches last
+        results.txtAnnoDiRicerca.set_text(std::to_string(last_year));
+        QTimer::singleShot(0, &session.platform.windows(), [&] {
+            QCoreApplication::processEvents(); // it has been drawn
+            results.close_by_user();
+        });
+        results.show_modal();
+        QCoreApplication::processEvents();
+    }
+    session.program.form<frmTarvello>().unload();
 }
 
 } // namespace
@@ -93,6 +160,8 @@ int main(int argc, char** argv) {
     const tarvello::qt::Application application(argc, argv);
     row("process start to splash on screen, offscreen", start, start_floor, 2);
     row_within("opening the invoice form, offscreen", open_invoices, 60000);
+    row_within("one key in the municipality box, drawn", municipality_key, 1000);
+    row_within("result window of all invoices, opened and closed", open_and_close_results, 150000);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

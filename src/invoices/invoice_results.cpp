@@ -19,6 +19,7 @@ constexpr int one_inch = 1440; // twips
 frmRisultatiRicercaFatture::frmRisultatiRicercaFatture(Program& program)
     : Form(program, "frmRisultatiRicercaFatture"), program_(program) {
     set_caption("Risultati Ricerca Fatture");
+    set_size(15000, 7800);
     Label1.set_caption("La ricerca ha prodotto più di un risultato. Selezionare quello desiderato e premere "
                        "'Visualizza'");
     for (const InvoiceListColumn& column : invoice_list) {

@@ -1,0 +1,117 @@
+#include "customers/customer_form.h"
+#include "desktop/desktop_test.h"
+
+#include <QLineEdit>
+#include <QPalette>
+
+#include <fstream>
+
+namespace tarvello::testing {
+namespace {
+
+const char* const form = "frmCalcolaCF";
+
+/// The calculator as the user reaches it: from the register of customers.
+struct FiscalCodeWindow : DesktopTest {
+    /// Opens the calculator for a new customer, called Rossi Mario, and acts in it.
+    void calculate(const std::function<void()>& acts) {
+        user.expect_modal("frmClienti", [this, acts] {
+            user.settle(); // until the keyboard has come to the window
+            user.click("frmClienti", "Toolbar1_1");
+            user.type("frmClienti", "txtfields_11", "Rossi");
+            user.type("frmClienti", "txtfields_1", "Mario");
+            user.expect_modal(form, acts);
+            user.click("frmClienti", "cmdCalcolaCF");
+            code_of_customer = user.shown("frmClienti", "txtfields_0");
+        });
+        user.choose_menu("MDIForm1", "mnuAnagrafica_Clienti");
+        user.expect_none_left();
+    }
+    QLineEdit* comune() { return user.widget<QLineEdit>(form, "txtComune"); }
+    std::string shown(const std::string& control) { return user.shown(form, control); }
+
+    std::string code_of_customer;
+};
+
+TEST_F(FiscalCodeWindow, TheCodeLandsInTheBoxOfTheCustomer) {
+    start();
+    calculate([this] {
+        EXPECT_EQ(shown("txtCognome"), "Rossi");
+        EXPECT_EQ(shown("txtNome"), "Mario");
+        EXPECT_EQ(shown("cboSesso"), "Maschio");
+        user.click(form, "txtNome");
+        user.press(Qt::Key_Tab);
+        user.type("01011980");
+        EXPECT_EQ(shown("DTPicker1"), "01/01/1980");
+        user.type(form, "txtComune", "roma");
+        EXPECT_EQ(shown("txtProvincia"), "RM");
+        EXPECT_FALSE(user.widget(form, "txtProvincia")->isEnabled());
+        user.click(form, "cmdElabora");
+        EXPECT_EQ(shown("txtCodiceFiscale"), "RSSMRA80A01H501U");
+        EXPECT_FALSE(user.widget(form, "cmdElabora")->isEnabled());
+        user.take_picture(form, "calcolo-codice-fiscale");
+        user.choose(form, "cboSesso", 1);
+        user.click(form, "cmdElabora");
+        EXPECT_EQ(shown("txtCodiceFiscale"), "RSSMRA80A41H501Y");
+        user.click(form, "cmdExit");
+    });
+    EXPECT_EQ(code_of_customer, "RSSMRA80A41H501Y");
+}
+
+TEST_F(FiscalCodeWindow, CompletesWithTheRestSelectedAndTellsOfWrongKeysOnce) {
+    start();
+    calculate([this] {
+        user.type(form, "txtComune", "ROM");
+        EXPECT_EQ(shown("txtComune"), "Roma");
+        EXPECT_EQ(comune()->selectedText(), "a");
+        EXPECT_EQ(shown("txtCodice"), "H501");
+        user.press(Qt::Key_Backspace);
+        EXPECT_EQ(shown("txtComune"), "Rom");
+        EXPECT_EQ(shown("txtCodice"), "H501");
+
+        user.expect_box("Comune non in elenco.");
+        user.type("x");
+        user.expect_none_left();
+        user.type("y");
+        EXPECT_EQ(shown("txtComune"), "Romxy");
+        EXPECT_EQ(comune()->palette().color(QPalette::Text), QColor(128, 0, 0));
+        EXPECT_EQ(shown("txtCodice"), "?");
+        EXPECT_EQ(user.focus(), "txtComune");
+        user.take_picture(form, "comune-non-in-elenco");
+
+        user.press(Qt::Key_Backspace);
+        user.press(Qt::Key_Backspace);
+        user.type("ag");
+        EXPECT_EQ(shown("txtComune"), "Romagnano");
+        EXPECT_EQ(comune()->selectedText(), "nano");
+        EXPECT_NE(comune()->palette().color(QPalette::Text), QColor(128, 0, 0));
+        user.press(Qt::Key_End);
+        EXPECT_EQ(shown("txtComune"), "Romagnano");
+        EXPECT_EQ(shown("txtProvincia"), "TN");
+    });
+    EXPECT_EQ(code_of_customer, "");
+}
+
+TEST_F(FiscalCodeWindow, MunicipalitiesThatAreNoneAreToldAtTheLoadAndAtEveryKey) {
+    const std::string path = program_folder() + "/Comuni.mdb";
+    std::ofstream(path) << std::string(5000, 'x');
+    start();
+    const std::string message = "FasMsg: 3000 Il file \"" + path + "\" non è un archivio.";
+    user.expect_modal("frmClienti", [&] {
+        user.settle(); // until the keyboard has come to the window
+        user.click("frmClienti", "Toolbar1_1");
+        user.expect_box(message);
+        user.expect_modal(form, [&] {
+            user.expect_box(message);
+            user.expect_box(message);
+            user.type(form, "txtComune", "R");
+            user.type("o");
+            EXPECT_EQ(shown("txtComune"), "Ro");
+        });
+        user.click("frmClienti", "cmdCalcolaCF");
+    });
+    user.choose_menu("MDIForm1", "mnuAnagrafica_Clienti");
+}
+
+} // namespace
+} // namespace tarvello::testing
