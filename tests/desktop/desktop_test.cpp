@@ -100,7 +100,11 @@ void DesktopUser::answer_box(QWidget& window) {
                                                        {Answer::yes, QStringLiteral("Sì")},
                                                        {Answer::no, "No"}};
     for (QAbstractButton* button : box.buttons()) {
-        if (button->text() == captions.at(expected->answer)) return QTest::mouseClick(button, Qt::LeftButton);
+        if (button->text() != captions.at(expected->answer)) continue;
+        QWidget* below = box.parentWidget();
+        QTest::mouseClick(button, Qt::LeftButton);
+        if (below) below->window()->activateWindow(); // a desktop does it by itself
+        return;
     }
     ADD_FAILURE() << "the box has no such button: " << text;
     box.reject();
@@ -120,6 +124,7 @@ void DesktopUser::act_in_modal(QWidget& window) {
     const auto expected = next(Expected::modal, form);
     if (expected) {
         EXPECT_EQ(form, expected->text);
+        activate(window);
         if (expected->acts) expected->acts();
     }
     settle();
@@ -154,6 +159,13 @@ QWidget* DesktopUser::widget(const std::string& form, const std::string& control
 
 // Doing
 
+void DesktopUser::activate(QWidget& window) {
+    if (QApplication::activeWindow() == &window) return;
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }))
+        << from_qt(window.objectName()) << " never became active";
+}
+
 void DesktopUser::settle() {
     for (int i = 0; i < 4; ++i) QCoreApplication::processEvents();
 }
@@ -167,6 +179,7 @@ void DesktopUser::click(const std::string& form, const std::string& control) {
     // press.
     if (qobject_cast<QAbstractButton*>(target)) place.setX(std::min(place.x(), 8));
     if (auto* area = qobject_cast<QAbstractScrollArea*>(target)) target = area->viewport();
+    activate(*target->window());
     QTest::mouseClick(target, Qt::LeftButton, {}, place);
     settle();
 }

@@ -90,6 +90,8 @@ private:
     };
 
     void came(QWidget* window);
+    /// The keyboard goes to the window, as a desktop does with a new one and with one that is clicked.
+    static void activate(QWidget& window);
     std::optional<Expected> next(Expected::Kind kind, const std::string& what);
     void answer_box(QWidget& window);
     void answer_file_dialog(QWidget& window);
