@@ -131,6 +131,7 @@ void frmTarvello::leave_amount(std::size_t line) {
             program_.message("L'importo inserito non è valido!", BoxIcon::exclamation);
             field.clear();
             field.set_focus();
+            ShapeImporto[line].set_visible(true); // it still has the focus
             return;
         }
     }

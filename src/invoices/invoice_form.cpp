@@ -35,7 +35,7 @@ frmTarvello::frmTarvello(Program& program) : Form(program, "frmTarvello"), progr
 
     order_tabs({&Toolbar1, &Toolbar1.button(1), &Toolbar1.button(2), &Toolbar1.button(3), &Toolbar1.button(4),
                 &Toolbar1.button(5), &Toolbar1.button(6), &Toolbar1.button(7), &Toolbar1.button(8)});
-    order_tabs({&txtAnagrafica[5], &txtNome, &txtAnagrafica[0], &cmdCalcolaCF, &txtAnagrafica[6],
+    order_tabs({&txtAnagrafica[5], &txtNome, &txtAnagrafica[6], &txtAnagrafica[0], &cmdCalcolaCF,
                 &txtAnagrafica[1], &txtAnagrafica[2], &txtAnagrafica[4], &txtAnagrafica[3]});
     order_tabs({&PrestazioneSingola[0], &txtImportoPrestazioni[0], &PrestazioneSingola[1],
                 &txtImportoPrestazioni[1], &PrestazioneSingola[2], &txtImportoPrestazioni[2],

@@ -156,6 +156,7 @@ TEST_F(InvoiceAmounts, AnAmountIsReadWhenItsFieldIsLeft) {
         form().PrestazioneSingola[0].enter();
         EXPECT_EQ(form().txtImportoPrestazioni[1].text(), "");
         EXPECT_EQ(form().focus(), &form().txtImportoPrestazioni[1]) << typed;
+        EXPECT_TRUE(form().ShapeImporto[1].visible());
     }
 }
 
