@@ -17,6 +17,13 @@ struct EngineKind {
     void (*make)(const std::string& path);
 };
 
+/// A file that Access made.
+void make_access_file(const std::string& path) {
+    std::filesystem::copy_file(TARVELLO_TEST_DATA "/data/access/vuoto.mdb", path);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add);
+}
+
 class EngineTest : public ::testing::TestWithParam<EngineKind> {
 protected:
     EngineTest() {
@@ -48,7 +55,9 @@ protected:
     Connection connection{regional};
 };
 
-INSTANTIATE_TEST_SUITE_P(Engines, EngineTest, ::testing::Values(EngineKind{"SQLite", make_database}),
+INSTANTIATE_TEST_SUITE_P(Engines, EngineTest,
+                         ::testing::Values(EngineKind{"SQLite", make_database},
+                                           EngineKind{"Access", make_access_file}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST_P(EngineTest, CustomersAreKeptByTheirStatements) {

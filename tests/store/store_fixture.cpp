@@ -115,7 +115,8 @@ Row row_of_invoice(int number) {
     Row row{std::to_string(number), "05/03/2006", "2006", std::to_string(number % 7 + 1)};
     for (std::size_t i = row.size(); i < invoice_columns.size(); ++i) {
         row.push_back(invoice_columns[i] + " dell'invio n° " + std::to_string(number));
-        if (i % 10 == 0) row.back() += std::string(static_cast<std::size_t>(number) * 37 % 9000, 'x');
+        if (invoice_columns[i].starts_with("Prestazione"))
+            row.back() += std::string(static_cast<std::size_t>(number) * 37 % 9000, 'x');
     }
     return row;
 }

@@ -20,6 +20,10 @@ PageNumber FreeSpace::page_with_room(std::size_t size) {
         if (data_page::has_room(*page, size)) return *found;
         below = *found;
     }
+    return new_page();
+}
+
+PageNumber FreeSpace::new_page() {
     const PageNumber page = allocator_.take();
     data_page::format(store_.edit(page), owner_);
     owned_.add(page, allocator_);
@@ -27,7 +31,12 @@ PageNumber FreeSpace::page_with_room(std::size_t size) {
 }
 
 RowPointer FreeSpace::add_row(Bytes row, std::uint32_t flags) {
-    const PageNumber page = page_with_room(row.size());
+    return add_to(page_with_room(row.size()), row, flags);
+}
+
+RowPointer FreeSpace::add_first_row(Bytes row) { return add_to(new_page(), row, 0); }
+
+RowPointer FreeSpace::add_to(PageNumber page, Bytes row, std::uint32_t flags) {
     const std::uint8_t number = data_page::add(store_.edit(page), row, flags);
     update(page);
     return {page, number};

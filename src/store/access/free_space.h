@@ -22,6 +22,8 @@ public:
 
     /// Writes a row where there is room. It must not be longer than a page takes.
     RowPointer add_row(Bytes row, std::uint32_t flags = 0);
+    /// Writes a row as the first of a new page.
+    RowPointer add_first_row(Bytes row);
     /// Deletes a row; a page without rows is given back.
     void erase_row(RowPointer row);
     /// Brings the map of pages with room up to date after the rows of a page have changed.
@@ -29,6 +31,8 @@ public:
 
 private:
     PageNumber page_with_room(std::size_t size);
+    PageNumber new_page();
+    RowPointer add_to(PageNumber page, Bytes row, std::uint32_t flags);
 
     PageStore& store_;
     PageAllocator& allocator_;

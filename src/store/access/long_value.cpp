@@ -1,7 +1,6 @@
 #include "store/access/long_value.h"
 
 #include "store/access/data_page.h"
-#include "store/access/free_space.h"
 #include "store/access/stored_text.h"
 
 #include <algorithm>
@@ -76,10 +75,12 @@ std::vector<std::uint8_t> LongValues::write(std::string_view text, const ColumnD
     }
     if (bytes.size() <= data_page::max_long_row_size) {
         store32(stored.data(), one_row_kind | size);
-        store32(stored.data() + 4, add_row(bytes, column).word());
+        store32(stored.data() + 4, space(column).add_row(bytes).word());
         return stored;
     }
-    // Each row points to the next, so the last is written first.
+    // Each row points to the next, so the last is written first. Each starts a page: there are readers that
+    // take the end of a row of a chain from the slot before it as it stands, flags and all, if that row is
+    // deleted.
     store32(stored.data(), size);
     std::uint32_t next = 0;
     std::size_t end = bytes.size();
@@ -88,7 +89,7 @@ std::vector<std::uint8_t> LongValues::write(std::string_view text, const ColumnD
         std::vector<std::uint8_t> row(4 + count);
         store32(row.data(), next);
         std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(end - count), count, row.begin() + 4);
-        next = add_row(row, column).word();
+        next = space(column).add_first_row(row).word();
         end -= count;
     }
     store32(stored.data() + 4, next);
@@ -111,20 +112,21 @@ void LongValues::free(Bytes stored, const ColumnDefinition& column) {
     }
 }
 
-RowPointer LongValues::add_row(Bytes row, const ColumnDefinition& column) {
-    UsageMap owned(store_, *column.long_pages);
-    UsageMap with_room(store_, *column.long_free_pages);
-    FreeSpace space(store_, allocator_, owned, with_room, data_page::long_value_owner, least_long_row);
-    return space.add_row(row);
+FreeSpace LongValues::space(const ColumnDefinition& column) {
+    return {store_,
+            allocator_,
+            UsageMap(store_, *column.long_pages),
+            UsageMap(store_, *column.long_free_pages),
+            data_page::long_value_owner,
+            least_long_row};
 }
 
 void LongValues::erase_row(RowPointer row, const ColumnDefinition& column) {
     long_row(*store_.read(row.page), row);
-    UsageMap owned(store_, *column.long_pages);
-    if (!owned.contains(row.page)) throw damaged("un testo lungo sta su una pagina altrui");
-    UsageMap with_room(store_, *column.long_free_pages);
-    FreeSpace space(store_, allocator_, owned, with_room, data_page::long_value_owner, least_long_row);
-    space.erase_row(row);
+    if (!UsageMap(store_, *column.long_pages).contains(row.page)) {
+        throw damaged("un testo lungo sta su una pagina altrui");
+    }
+    space(column).erase_row(row);
 }
 
 } // namespace tarvello::store::access

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "store/access/free_space.h"
 #include "store/access/row.h"
-#include "store/access/usage_map.h"
 
 #include <string>
 #include <string_view>
@@ -27,7 +27,8 @@ public:
     void free(Bytes stored, const ColumnDefinition& column);
 
 private:
-    RowPointer add_row(Bytes row, const ColumnDefinition& column);
+    /// The pages of the column's long values.
+    FreeSpace space(const ColumnDefinition& column);
     void erase_row(RowPointer row, const ColumnDefinition& column);
 
     PageStore& store_;

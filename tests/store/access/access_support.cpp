@@ -16,6 +16,43 @@ namespace {
 
 const RegionalSettings regional;
 
+std::string json(const std::string& text) {
+    std::string result = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') {
+            result += std::string("\\") + c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
+            result += escaped;
+        } else {
+            result += c;
+        }
+    }
+    return result + "\"";
+}
+
+std::string dump(store::Engine& engine) {
+    std::string text;
+    for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) {
+        const std::string sql = std::string("SELECT * FROM ") + table;
+        std::string columns;
+        for (const store::Column& column : engine.run(store::parse_statement(sql))->columns()) {
+            columns += (columns.empty() ? "" : ",") + json(column.name);
+        }
+        std::string rows;
+        for (const Row& row : run(engine, sql)) {
+            std::string values;
+            for (const std::string& value : row) {
+                values += (values.empty() ? "" : ",") + (value == "(null)" ? "null" : json(value));
+            }
+            rows += (rows.empty() ? "[" : ",[") + values + "]";
+        }
+        text += "{\"name\":" + json(table) + ",\"columns\":[" + columns + "],\"rows\":[" + rows + "]}\n";
+    }
+    return text;
+}
+
 } // namespace
 
 std::string access_sample(const std::string& name) { return TARVELLO_TEST_DATA "/data/access/" + name; }
@@ -120,6 +157,17 @@ void expect_sound(const std::string& path, const std::string& before) {
                                              path + "' --before '" + before + "'",
                                          code);
     EXPECT_EQ(code, 0) << output.substr(0, 4000);
+}
+
+void expect_agreement(store::Engine& engine, const std::string& path) {
+    const std::string shown = path + ".json";
+    write_file(shown, dump(engine));
+    int code = 0;
+    const std::string output = output_of(
+        "python3 " TARVELLO_TEST_DATA "/store/access/access_readers.py '" + path + "' '" + shown + "'", code);
+    std::filesystem::remove(shown);
+    if (code == 77) GTEST_SKIP() << "mdb-export is not installed";
+    EXPECT_EQ(code, 0) << output;
 }
 
 } // namespace tarvello::testing

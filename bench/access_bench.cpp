@@ -1,0 +1,162 @@
+// Access files beside the embedded engine: the same archive, the same statements, through the same interface.
+
+#include "archive.h"
+#include "row.h"
+
+#include "store/database.h"
+#include "store/engine.h"
+#include "store/statement.h"
+#include "text/letter_case.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace tarvello::bench {
+namespace {
+
+const RegionalSettings regional;
+
+/// Runs a statement whose literals are texts that need no quoting.
+void insert_copy(store::Engine& to, const char* table, const store::RowSource& row) {
+    store::Statement insert;
+    insert.kind = store::StatementKind::insert;
+    insert.table = table;
+    for (std::size_t i = 0; i < row.columns().size(); ++i) {
+        const store::ValueView value = row.value(i);
+        if (std::holds_alternative<std::monostate>(value)) continue;
+        insert.assignments.push_back({row.columns()[i].name, {store::value_text(value, regional), true}});
+    }
+    to.run(insert);
+}
+
+/// The archive as an Access file with the indexes that users make: on year, customer, name and fiscal code.
+/// Filled statement by statement through the engine, in memory, where each one's syncing costs nothing.
+void make_access_archive(const std::filesystem::path& path) {
+    std::filesystem::path work = path.string() + ".new";
+    if (std::filesystem::is_directory("/dev/shm")) work = "/dev/shm/tarvello-bench.mdb";
+    std::filesystem::copy_file(TARVELLO_ACCESS_SAMPLE, work,
+                               std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::permissions(work, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add);
+    {
+        const auto from = store::open_engine(archive_path(), regional);
+        const auto to = store::open_engine(work, regional);
+        for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) {
+            to->run(store::parse_statement(std::string("DELETE * FROM ") + table));
+            const auto rows = from->run(store::parse_statement(std::string("SELECT * FROM ") + table));
+            while (rows->next()) insert_copy(*to, table, *rows);
+        }
+    }
+    const std::filesystem::path unfinished =
+        path.string() + ".new"; // an interrupted run leaves no half archive
+    if (work != unfinished) {
+        std::filesystem::copy_file(work, unfinished, std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::remove(work);
+    }
+    std::filesystem::rename(unfinished, path);
+}
+
+const std::string& access_path() {
+    static const std::string path = [] {
+        const auto file = std::filesystem::path(archive_path()).parent_path() / "access.mdb";
+        if (!std::filesystem::exists(file) ||
+            std::filesystem::last_write_time(file) < std::filesystem::last_write_time(archive_path())) {
+            make_access_archive(file);
+        }
+        return file.string();
+    }();
+    return path;
+}
+
+std::string access_copy() {
+    const auto copy = std::filesystem::path(access_path()).parent_path() / "access-saved.mdb";
+    std::filesystem::copy_file(access_path(), copy, std::filesystem::copy_options::overwrite_existing);
+    return copy.string();
+}
+
+/// Walks over keys all over the archive, as somebody does who looks for an invoice.
+class Keys {
+public:
+    int next() { return at_ = at_ * 7919 % 99'991 + 2; }
+
+private:
+    long at_ = 1;
+};
+
+std::size_t read_row(const Recordset& rows, std::size_t columns) {
+    std::size_t bytes = 0;
+    for (std::size_t i = 0; i < columns; ++i) {
+        const store::ValueView value = rows.value(i);
+        if (const auto* text = std::get_if<std::string_view>(&value)) bytes += text->size();
+    }
+    return bytes;
+}
+
+constexpr std::size_t invoice_columns = 42;
+
+void paging(benchmark::State& state, const std::string& path) {
+    Connection connection(regional);
+    connection.open(path);
+    Keys keys;
+    Recordset rows;
+    for (auto _ : state) {
+        rows.open("SELECT * FROM Fatture WHERE ID <" + std::to_string(keys.next()) + " ORDER BY ID DESC",
+                  connection);
+        benchmark::DoNotOptimize(read_row(rows, invoice_columns));
+        rows.close();
+    }
+}
+void paging_access(benchmark::State& state) { paging(state, access_path()); }
+void paging_embedded(benchmark::State& state) { paging(state, archive_path()); }
+
+void year(benchmark::State& state, const std::string& path) {
+    Connection connection(regional);
+    connection.open(path);
+    Recordset rows;
+    for (auto _ : state) {
+        std::size_t count = 0;
+        rows.open("SELECT * FROM Fatture WHERE Anno=2015 ORDER BY ID DESC", connection);
+        for (; !rows.eof(); rows.move_next(), ++count)
+            benchmark::DoNotOptimize(read_row(rows, invoice_columns));
+        rows.close();
+        if (count != static_cast<std::size_t>(invoices / (last_year - first_year + 1)))
+            state.SkipWithError("not all rows");
+    }
+}
+void year_access(benchmark::State& state) { year(state, access_path()); }
+void year_embedded(benchmark::State& state) { year(state, archive_path()); }
+
+void save(benchmark::State& state, const std::string& path) {
+    Connection connection(regional);
+    connection.open(path);
+    std::string names;
+    std::string values;
+    {
+        Recordset rows;
+        rows.open("SELECT * FROM Fatture WHERE ID=4711", connection);
+        const auto source = connection.execute("SELECT * FROM Fatture WHERE ID=4711");
+        for (std::size_t i = 1; i < invoice_columns; ++i) {
+            const std::string& name = source->columns()[i].name;
+            names += (i > 1 ? "," : "") + name;
+            values += (i > 1 ? ",'" : "'") + double_apostrophes(rows.text_or_empty(name)) + "'";
+        }
+    }
+    const std::string sql = "INSERT INTO Fatture (" + names + ") VALUES (" + values + ")";
+    Recordset none;
+    for (auto _ : state) none.open(sql, connection);
+}
+void save_access(benchmark::State& state) { save(state, access_copy()); }
+void save_embedded(benchmark::State& state) { save(state, archive_copy("saved-beside-access.mdb")); }
+
+const bool registered = [] {
+    row("Access file beside the embedded engine: first row of a paging statement", paging_access,
+        paging_embedded, 3);
+    row("Access file beside the embedded engine: all rows of a year", year_access, year_embedded, 3);
+    row("Access file beside the embedded engine: save of one invoice", save_access, save_embedded, 2);
+    return true;
+}();
+
+} // namespace
+} // namespace tarvello::bench
