@@ -9,16 +9,8 @@ shift || true
 targets=("$@")
 ((${#targets[@]})) || targets=(statement row page index)
 
-packages=(clang cmake ninja-build pkg-config libsqlite3-dev libutf8proc-dev libgtest-dev libgmock-dev)
-missing=()
-for package in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
-done
-if ((${#missing[@]})); then
-    as_root=(); [ "$(id -u)" = 0 ] || as_root=(sudo)
-    "${as_root[@]}" apt-get update
-    "${as_root[@]}" apt-get install -y "${missing[@]}"
-fi
+source cmake/packages.sh
+need_packages clang "${packages[@]}"
 
 cmake --preset fuzz >/dev/null
 cmake --build build-fuzz --target "${targets[@]/%/_fuzz}"

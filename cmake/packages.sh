@@ -10,7 +10,9 @@ packages=(
     # data
     libsqlite3-dev libutf8proc-dev
     # tests
-    libgtest-dev libgmock-dev
+    libgtest-dev libgmock-dev python3
+    # reads Access files independently: the tests compare
+    mdbtools
 )
 
 # Installs those of the packages "$@" that are missing; does nothing when all are there.
