@@ -13,7 +13,7 @@ constexpr std::uint32_t size_mask = 0x3FFFFFFF;
 constexpr std::uint32_t inline_kind = 0x80000000;
 constexpr std::uint32_t one_row_kind = 0x40000000;
 constexpr std::size_t most_inline = 64;
-constexpr std::size_t most_compressed = 1024;
+constexpr std::size_t most_compressed = 1024; // of the bytes without compression
 constexpr std::size_t most_in_chain_row = data_page::max_long_row_size - 4;
 
 /// A row of a page of long values. The page is kept while the bytes are read.
@@ -59,8 +59,8 @@ void read_memo(PageStore& store, Bytes stored, std::string& into) {
 
 std::vector<std::uint8_t> LongValues::write(std::string_view text, const ColumnDefinition& column,
                                             bool outside) {
-    std::vector<std::uint8_t> bytes = encode_text(text, column.may_be_compressed);
-    if (bytes.size() > most_compressed) bytes = encode_text(text, false);
+    std::vector<std::uint8_t> bytes = encode_text(text, false);
+    if (column.may_be_compressed && bytes.size() <= most_compressed) bytes = encode_text(text, true);
     if (bytes.size() > size_mask) {
         throw Failure(access_failure::too_long, source,
                       "Il testo è troppo lungo per la colonna " + column.name + ".");

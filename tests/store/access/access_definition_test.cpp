@@ -1,0 +1,161 @@
+// Files whose tables are not made as those of the samples: a sample with some bytes of its definitions
+// changed.
+#include "store/access/access_support.h"
+
+#include "store/access/stored_text.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+
+namespace tarvello::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr std::size_t page_size = 4096;
+// In the sample without rows, with one index and 13 columns.
+constexpr std::size_t customers_page = 24;
+constexpr std::size_t columns_at = customers_page * page_size + 63 + 12;
+constexpr std::size_t column_size = 25;
+
+/// The place of the definition's indexes, behind the names of its columns.
+std::size_t indexes_at(const std::string& bytes) {
+    std::size_t at = columns_at + 13 * column_size;
+    for (int i = 0; i < 13; ++i) {
+        at += 2 + static_cast<unsigned char>(bytes[at]) + 256U * static_cast<unsigned char>(bytes[at + 1]);
+    }
+    return at;
+}
+constexpr std::size_t real_index_size = 52;
+
+struct AccessDefinition : ::testing::Test {
+    /// Opens the sample after a change to its bytes.
+    std::unique_ptr<store::Engine> changed(const std::function<void(std::string&)>& change) {
+        path = folder.copy_of("vuoto.mdb");
+        std::string bytes = file_bytes(path);
+        change(bytes);
+        write_file(path, bytes);
+        return open(path);
+    }
+    /// Expects that rows of the table are read and not written.
+    void expect_read_only(const char* why, const std::function<void(std::string&)>& change) {
+        const auto engine = changed(change);
+        const std::string before = file_bytes(path);
+        EXPECT_TRUE(run(*engine, "SELECT * FROM Clienti").empty());
+        EXPECT_THAT(failure_of(*engine, "INSERT INTO Clienti(Nome) VALUES('x')"), HasSubstr(why));
+        EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"), HasSubstr("si può soltanto leggere"));
+        EXPECT_EQ(file_bytes(path), before);
+        EXPECT_EQ(failure_of(*engine, "INSERT INTO DatiIntestazione(CC) VALUES('1')"), "(done)")
+            << "another table";
+    }
+
+    ScratchFolder folder;
+    std::string path;
+};
+
+TEST_F(AccessDefinition, ATableThatIsNotUnderstoodIsReadAndNotWritten) {
+    expect_read_only("di un tipo sconosciuto",
+                     [](std::string& bytes) { bytes[columns_at + 2 * column_size] = 14; });
+    expect_read_only("di un tipo che qui non si scrive",
+                     [](std::string& bytes) { bytes[columns_at + 2 * column_size] = 9; });
+    expect_read_only("di un genere sconosciuto",
+                     [](std::string& bytes) { bytes[indexes_at(bytes) + 46] = static_cast<char>(0xC9); });
+    expect_read_only("da una relazione",
+                     [](std::string& bytes) { bytes[indexes_at(bytes) + real_index_size + 23] = 2; });
+    expect_read_only("in un modo sconosciuto", [](std::string& bytes) {
+        // The index is put on a text in another order than the known one.
+        bytes[indexes_at(bytes) + 4] = 1;
+        bytes[columns_at + column_size + 12] = 0x08;
+    });
+}
+
+TEST_F(AccessDefinition, ColumnsThatAllowItHoldCompressedTexts) {
+    const auto engine = changed([](std::string& bytes) {
+        for (std::size_t i = 1; i < 13; ++i) bytes[columns_at + i * column_size + 16] = 1;
+    });
+    const auto insert = [&](const std::string& name, const std::string& notes) {
+        run(*engine, "INSERT INTO Clienti(Nome,Appunti) VALUES('" + name + "','" + notes + "')");
+        const auto row = run(*engine, "SELECT * FROM Clienti ORDER BY Numero_Cliente DESC").at(0);
+        EXPECT_EQ(row[2], name);
+        EXPECT_EQ(row[12], notes);
+    };
+    insert("Niccolò", std::string(400, 'n'));
+    insert("a", "ab");
+    insert("prezzo in €", std::string(500, 'm') + "è");
+    insert("", std::string(600, 'o'));
+    insert(std::string(200, 'x'), std::string(5000, 'p'));
+    expect_agreement(*engine, path);
+    expect_sound(path, access_sample("vuoto.mdb"));
+}
+
+TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
+    {
+        const auto engine = changed([](std::string&) {});
+        run(*engine, "INSERT INTO Clienti(Nome,Appunti) VALUES('prima','note')");
+    }
+    // As if the last two columns had come after the row: it has eleven, and ten of variable length.
+    std::string bytes = file_bytes(path);
+    const std::size_t row = bytes.find("\x0D\x00", bytes.rfind(std::string("p\0r\0i\0m\0a\0", 10)) - 8, 2);
+    ASSERT_NE(row, std::string::npos);
+    const std::string old_row = [&] {
+        const std::string text("p\0r\0i\0m\0a\0", 10);
+        std::string result("\x0B\x00\x01\x00\x00\x00", 6);
+        result += text;
+        const auto word = [&result](std::size_t value) {
+            result += static_cast<char>(value);
+            result += '\0';
+        };
+        word(16);                                      // the end of the texts
+        for (int i = 9; i >= 2; --i) word(16);         // starts, last column first
+        word(6);                                       // of the name
+        word(6);                                       // of the surname, which is null
+        word(10);                                      // columns of variable length
+        return result + "\x05" + std::string(1, '\0'); // number and name have values
+    }();
+    const std::size_t end = (row / page_size + 1) * page_size;
+    bytes.replace(end - old_row.size(), old_row.size(), old_row);
+    const std::size_t start = page_size - old_row.size();
+    bytes[row / page_size * page_size + 14] = static_cast<char>(start);
+    bytes[row / page_size * page_size + 15] = static_cast<char>(start >> 8);
+    const std::size_t free = start - 16;
+    bytes[row / page_size * page_size + 2] = static_cast<char>(free);
+    bytes[row / page_size * page_size + 3] = static_cast<char>(free >> 8);
+    write_file(path, bytes);
+
+    const auto engine = open(path);
+    const auto rows = run(*engine, "SELECT * FROM Clienti");
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows[0][2], "prima");
+    EXPECT_EQ(rows[0][11], "(null)");
+    EXPECT_EQ(rows[0][12], "(null)");
+    expect_agreement(*engine, path);
+    run(*engine, "UPDATE Clienti SET Appunti='dopo' WHERE Numero_Cliente=1");
+    EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").at(0)[12], "dopo");
+    expect_agreement(*engine, path);
+    expect_sound(path, access_sample("vuoto.mdb"));
+}
+
+TEST(AccessText, SwitchesBetweenOneAndTwoBytesACharacter) {
+    const auto decoded = [](const std::string& bytes) {
+        std::string text;
+        store::access::decode_text({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, text);
+        return text;
+    };
+    EXPECT_EQ(decoded(std::string("\xFF\xFE"
+                                  "a\xE8\0\xAC\x20\0b",
+                                  8)),
+              "aè€b");
+    EXPECT_EQ(decoded(std::string("\xFF\xFE\0\x3D\xD8\x11\xDE\0!", 9)), "😑!") << "a character of two halves";
+    EXPECT_EQ(decoded(std::string("\xFF\xFE", 2)), "");
+    EXPECT_EQ(decoded(std::string("\xFF\xFE"
+                                  "a\0\xAC",
+                                  5)),
+              "a")
+        << "cut off";
+    EXPECT_EQ(decoded(std::string("a\0\x3D\xD8z", 5)), "a\xEF\xBF\xBD")
+        << "half a character, and half a unit";
+}
+
+} // namespace
+} // namespace tarvello::testing
