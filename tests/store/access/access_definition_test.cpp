@@ -144,7 +144,7 @@ TEST(AccessText, SwitchesBetweenOneAndTwoBytesACharacter) {
     };
     EXPECT_EQ(decoded(std::string("\xFF\xFE"
                                   "a\xE8\0\xAC\x20\0b",
-                                  8)),
+                                  9)),
               "aè€b");
     EXPECT_EQ(decoded(std::string("\xFF\xFE\0\x3D\xD8\x11\xDE\0!", 9)), "😑!") << "a character of two halves";
     EXPECT_EQ(decoded(std::string("\xFF\xFE", 2)), "");
