@@ -70,7 +70,8 @@ void frmCalcolaCF::telling_failures(const std::function<void()>& step) {
 
 void frmCalcolaCF::search_municipality() {
     const std::string typed = trim(txtComune.text());
-    txtComune.set_fore_color(typed.empty() ? std::nullopt : show_match(typed));
+    // An emptied box is not searched, and keeps its colour.
+    if (!typed.empty()) txtComune.set_fore_color(show_match(typed));
     txtComune.set_tag(typed);
 }
 

@@ -70,6 +70,11 @@ TEST_F(Calculator, TellsOnceOfARunOfWrongKeys) {
     EXPECT_EQ(form().txtCodice.text(), "?") << "a deletion leaves the code";
     boxes().expect("Comune non in elenco.");
     comune().type("x");
+
+    comune().select(0, 4);
+    comune().press_delete();
+    EXPECT_EQ(comune().fore_color(), dark_red) << "an emptied box is not searched: the run goes on";
+    comune().type("1");
 }
 
 TEST_F(Calculator, PastTheLastNameThereIsNoMessage) {
