@@ -7,12 +7,14 @@ packages=(
     cmake g++ ninja-build pkg-config
     # windows; the Svg package brings the plug-in that draws the icons, the translations Qt's own Italian words
     qt6-base-dev libqt6svg6 qt6-translations-l10n fonts-liberation
+    # documents: the word processor without its windows, how to drive it, and a Tahoma for the second print layout
+    libreofficekit-dev libreoffice-writer-nogui fonts-wine
     # data
     libsqlite3-dev libutf8proc-dev
     # tests
     libgtest-dev libgmock-dev python3
-    # reads Access files independently: the tests compare
-    mdbtools
+    # read what the program makes or changes independently: PDF files, Access files
+    poppler-utils mdbtools
 )
 
 # Installs those of the packages "$@" that are missing; does nothing when all are there.

@@ -10,6 +10,8 @@
 #include "text/currency.h"
 #include "text/numbers.h"
 
+#include <algorithm>
+
 namespace tarvello {
 namespace {
 
@@ -88,6 +90,9 @@ void show_report(Program& program, Report report, const std::vector<Value>& head
     set_logo(program, report.sections[0].image("ImageLogo"));
     for (const Value& value : header) report.sections[0].label(value.control).text = value.text;
     for (const Value& value : body) report.sections[1].label(value.control).text = value.text;
+    std::string number = report.sections[1].label("NumeroFattura").text;
+    std::replace(number.begin(), number.end(), '/', '-');
+    report.document = "Fattura " + number;
     program.platform().reports.show_modal(report);
     database.rsReport.close();
 }

@@ -81,6 +81,8 @@ struct ReportSection {
 struct Report {
     std::string name;
     std::string caption;
+    /// What is printed, as a name for the print job and the PDF file.
+    std::string document;
     int width = 0;
     int margin = 0; ///< on all four sides
     std::vector<ReportSection> sections;

@@ -16,7 +16,7 @@ std::string OfficeTest::file(const std::string& name, const std::string& content
     return path;
 }
 
-std::string OfficeTest::converted(const std::string& path, const std::string& extension) {
+std::string convert(const std::string& path, const std::string& extension, const std::string& folder) {
     const std::string filter = extension == "txt" ? "txt:Text" : extension;
     const std::string command = "soffice -env:UserInstallation=file://" TARVELLO_READER_PROFILE
                                 " --headless --convert-to " +
@@ -25,8 +25,8 @@ std::string OfficeTest::converted(const std::string& path, const std::string& ex
     return folder + "/letto/" + std::filesystem::path(path).stem().string() + "." + extension;
 }
 
-std::string OfficeTest::text_of(const std::string& path) {
-    std::string text = fake.files.read(converted(path, "txt"));
+std::string plain_text(const std::string& path, const std::string& folder) {
+    std::string text = PosixFiles().read(convert(path, "txt", folder));
     if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
     return text;
 }

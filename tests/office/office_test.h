@@ -11,6 +11,12 @@
 
 namespace tarvello::testing {
 
+/// The document in another format, read by another LibreOffice than the one under test.
+/// @return the path of the result, in a folder of its own below `folder`
+std::string convert(const std::string& path, const std::string& extension, const std::string& folder);
+/// The document as plain text.
+std::string plain_text(const std::string& path, const std::string& folder);
+
 /// The real word processor with a folder of the test's own.
 struct OfficeTest : ::testing::Test {
     FakePlatform fake;
@@ -26,10 +32,10 @@ struct OfficeTest : ::testing::Test {
     }
 
     std::string file(const std::string& name, const std::string& content);
-    /// The document as plain text, read by another LibreOffice than the one under test.
-    std::string text_of(const std::string& path);
-    /// The same document in another format, beside it. @return its path
-    std::string converted(const std::string& path, const std::string& extension);
+    std::string text_of(const std::string& path) { return plain_text(path, folder); }
+    std::string converted(const std::string& path, const std::string& extension) {
+        return convert(path, extension, folder);
+    }
     /// Helper processes that this process has running.
     std::vector<int> helpers();
     /// Runs `act`, which must fail. @return what it said

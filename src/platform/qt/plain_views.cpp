@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QFrame>
 #include <QGroupBox>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
@@ -161,23 +162,54 @@ public:
         return LabelView::other_event(watched, event);
     }
 
+    void show_all() override {
+        LabelView::show_all();
+        show(Aspect::size);
+    }
+
 protected:
     void click() override { control_.click(); }
 
     void show(Aspect aspect) override {
         LabelView::show(aspect);
+        if (aspect == Aspect::size && control_.width() > 0 && control_.height() > 0) {
+            label().setFixedSize(scaled(control_.width()), scaled(control_.height()));
+        }
         if (aspect != Aspect::look) return;
         drawn_ = {};
         draw();
     }
 
 private:
+    int scaled(float twips) const { return pixels(label(), qRound(twips)); }
+
     /// Drawn at the size of the label, so that it is sharp on every screen.
     void draw() {
         const QSize size = label().contentsRect().size();
         if (size == drawn_ || size.isEmpty()) return;
         drawn_ = size;
+        if (control_.width() > 0) return label().setPixmap(drawn_in_area(size));
         label().setPixmap(picture_icon(control_.picture()).pixmap(size, label().devicePixelRatioF()));
+    }
+
+    /// A picture of the user's in an area that the form measures: at its own size from the corner, or where
+    /// the form has painted it.
+    QPixmap drawn_in_area(const QSize& size) const {
+        const qreal ratio = label().devicePixelRatioF();
+        QPixmap area(size * ratio);
+        area.setDevicePixelRatio(ratio);
+        area.fill(Qt::transparent);
+        const QImage image(picture_file(control_.picture()));
+        if (image.isNull()) return area;
+        constexpr float twips_to_dot = 15;
+        const PictureBox box = control_.painted().value_or(
+            PictureBox{0, 0, image.width() * twips_to_dot, image.height() * twips_to_dot});
+        const qreal scale = size.width() / qreal(control_.width());
+        QPainter painter(&area);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.scale(scale, scale);
+        painter.drawImage(QRectF(box.left, box.top, box.width, box.height), image);
+        return area;
     }
 
     Picture& control_;

@@ -1,25 +1,15 @@
 #pragma once
 
+#include "platform/office/office_word_processor.h"
 #include "platform/platform.h"
 #include "platform/posix/posix_files.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/desktop.h"
+#include "platform/qt/report_window.h"
 #include "platform/qt/settings_file.h"
 #include "platform/qt/windows.h"
 
 namespace tarvello::qt {
-
-/// A desktop without a word processor.
-class NoWordProcessor final : public WordProcessor {
-public:
-    std::unique_ptr<WordApplication> start() override;
-};
-
-/// A desktop without a printer.
-class NoReports final : public ReportViewer {
-public:
-    void show_modal(const Report& report) override;
-};
 
 /// The desktop of the user, with everything that the program asks of it.
 class QtPlatform {
@@ -42,8 +32,8 @@ private:
     QtDesktop desktop_;
     PosixFiles files_;
     QtPictureFiles pictures_;
-    NoWordProcessor word_processor_;
-    NoReports reports_;
+    OfficeWordProcessor word_processor_;
+    QtReports reports_;
     std::string program_directory_;
 };
 

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/platform.h"
+
+#include <QDialog>
+
+class QLabel;
+class QScrollArea;
+
+namespace tarvello::qt {
+
+class QtWindows;
+
+/// The print preview: one page, which can be enlarged, printed and made a PDF file.
+class ReportWindow final : public QDialog {
+public:
+    ReportWindow(const Report& report, FileDialogs& dialogs, Files& files, CopyDialog& copy_dialog,
+                 MessageBoxes& boxes, QWidget* parent);
+
+    /// The size of the page on the screen, 1 for that of the paper.
+    double zoom() const { return zoom_; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    class Page;
+
+    void print();
+    void save_pdf();
+    void set_zoom(double zoom);
+    void fit_page();
+    void place();
+
+    const Report& report_;
+    FileDialogs& dialogs_;
+    Files& files_;
+    CopyDialog& copy_dialog_;
+    MessageBoxes& boxes_;
+    QScrollArea* area_ = nullptr;
+    Page* page_ = nullptr;
+    QLabel* zoom_text_ = nullptr;
+    double zoom_ = 1;
+    bool whole_page_ = false; ///< the page follows the size of the window
+};
+
+class QtReports final : public ReportViewer {
+public:
+    QtReports(const QtWindows& windows, FileDialogs& dialogs, Files& files, CopyDialog& copy_dialog,
+              MessageBoxes& boxes)
+        : windows_(windows), dialogs_(dialogs), files_(files), copy_dialog_(copy_dialog), boxes_(boxes) {}
+    void show_modal(const Report& report) override;
+
+private:
+    const QtWindows& windows_;
+    FileDialogs& dialogs_;
+    Files& files_;
+    CopyDialog& copy_dialog_;
+    MessageBoxes& boxes_;
+};
+
+} // namespace tarvello::qt
