@@ -180,7 +180,8 @@ void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
         main_->resize((main_->size() + missing).boundedTo(most.expandedTo(main_->size())));
         main_->layout()->activate(); // the area has its new size now
     }
-    size = size.boundedTo(area->viewport()->size());
+    // Below its least size it would cut off what it shows: then the area scrolls.
+    size = size.boundedTo(area->viewport()->size()).expandedTo(sub.minimumSizeHint());
 }
 
 void QtWindows::bring_up(Open& open) {
