@@ -59,6 +59,8 @@ private:
     int calls_ = 0;
 };
 
+constexpr const char* sample = "archivio.mdb";
+
 /// Statements that touch all there is: rows that move, long values, indexes that split, pages given back.
 std::vector<std::string> work() {
     std::vector<std::string> statements;
@@ -76,7 +78,7 @@ std::vector<std::string> work() {
 }
 
 /// The states of the file after each of the statements.
-std::vector<std::string> states(const ScratchFolder& folder, const std::string& sample) {
+std::vector<std::string> states(const ScratchFolder& folder) {
     const auto engine = open(folder.copy_of(sample, "states.mdb"));
     std::vector<std::string> result{everything(*engine)};
     for (const std::string& sql : work()) {
@@ -89,12 +91,12 @@ std::vector<std::string> states(const ScratchFolder& folder, const std::string& 
 TEST(AccessFaults, EachFailingCallLeavesTheOldStateOrTheNewOne) {
     const ScratchFolder folder;
     const auto statements = work();
-    const auto expected = states(folder, "indici.mdb");
+    const auto expected = states(folder);
     for (const bool for_good : {false, true}) {
         // One call is refused, the next run another one; or from some call on all are.
         for (int refused = 1; refused <= 200; refused += for_good ? 7 : 1) {
             SCOPED_TRACE("call " + std::to_string(refused) + (for_good ? " and all after it" : ""));
-            const std::string path = folder.copy_of("indici.mdb");
+            const std::string path = folder.copy_of(sample);
             RefuseCall watch(refused, for_good);
             std::size_t at = 0;
             {
@@ -115,7 +117,7 @@ TEST(AccessFaults, EachFailingCallLeavesTheOldStateOrTheNewOne) {
                 EXPECT_EQ(now, expected[at]);
             }
             EXPECT_FALSE(std::filesystem::exists(path + "-undo"));
-            if (refused % 20 == 1) expect_sound(path, access_sample("indici.mdb"));
+            if (refused % 20 == 1) expect_sound(path, access_sample(sample));
             ASSERT_FALSE(HasFailure());
         }
     }
@@ -144,7 +146,7 @@ pid_t start_work(const std::string& path, int last, int report) {
 /// @param stop  waits, and ends the process if it does not end by itself
 void stop_and_look(const ScratchFolder& folder, const std::vector<std::string>& expected, int last,
                    const std::function<void(pid_t)>& stop, bool check) {
-    const std::string path = folder.copy_of("indici.mdb");
+    const std::string path = folder.copy_of(sample);
     int report[2];
     ASSERT_EQ(pipe(report), 0);
     const pid_t process = start_work(path, last, report[1]);
@@ -164,13 +166,13 @@ void stop_and_look(const ScratchFolder& folder, const std::vector<std::string>& 
                     (returned + 1 < expected.size() && now == expected[returned + 1]))
             << "after " << returned << " statements had returned";
     }
-    if (check) expect_sound(path, access_sample("indici.mdb"));
+    if (check) expect_sound(path, access_sample(sample));
     std::filesystem::remove(path + "-undo");
 }
 
 TEST(AccessFaults, AStopAtAnyCallLosesNoStatementThatHadReturned) {
     const ScratchFolder folder;
-    const auto expected = states(folder, "indici.mdb");
+    const auto expected = states(folder);
     for (int last = 1; last <= 200; ++last) {
         stop_and_look(
             folder, expected, last, [](pid_t) {}, last % 10 == 1);
@@ -182,7 +184,7 @@ TEST(AccessFaults, KilledAtRandomMomentsTheFileStaysWhole) {
     const char* wanted = std::getenv("TARVELLO_ACCESS_KILLS");
     const int kills = wanted != nullptr ? std::atoi(wanted) : 60;
     const ScratchFolder folder;
-    const auto expected = states(folder, "indici.mdb");
+    const auto expected = states(folder);
     // How long the work takes where nobody stops it.
     std::chrono::duration<double, std::micro> whole{};
     stop_and_look(
@@ -209,7 +211,7 @@ TEST(AccessFaults, KilledAtRandomMomentsTheFileStaysWhole) {
 
 TEST(AccessFaults, AJournalOfAnotherFileIsNotPutInto) {
     const ScratchFolder folder;
-    const std::string path = folder.copy_of("indici.mdb");
+    const std::string path = folder.copy_of(sample);
     int report[2];
     ASSERT_EQ(pipe(report), 0);
     int status = 0;
