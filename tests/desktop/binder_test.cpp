@@ -370,6 +370,16 @@ TEST_F(Binder, ADateCountsWhenItIsWhole) {
     click(form->text);
     EXPECT_EQ(form->date.date(), make_date(2006, 3, 21));
     EXPECT_EQ(changes, 1);
+    form->date.on_change = nullptr;
+    for (const char* typed : {"01/02/1980", "01021980", "1/2/1980", "01-02-1980", "1.02.1980"}) {
+        form->date.set_date(make_date(2006, 3, 15));
+        form->button.set_focus();
+        form->date.set_focus();
+        QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(widget<QDateEdit>(form->date), typed);
+        QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_Return);
+        EXPECT_EQ(form->date.date(), make_date(1980, 2, 1)) << typed;
+    }
     form->date.on_change = [this] { form->date.set_date(make_date(2006, 3, 5)); };
     form->date.set_focus();
     user.press(Qt::Key_Up);

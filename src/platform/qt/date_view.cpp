@@ -3,6 +3,7 @@
 
 #include <QDateEdit>
 #include <QKeyEvent>
+#include <QLineEdit>
 
 namespace tarvello::qt {
 
@@ -35,6 +36,7 @@ public:
     bool key_pressed(QKeyEvent& event) override {
         int code = key_code(event);
         if (code == 0) return false;
+        if (takes_separator(code)) return true;
         picker_.form().host().run([&] { FormLife::preview(picker_.form(), picker_, code); });
         if (code == keys::enter && !binder().parted()) commit();
         return binder().parted() || code == 0;
@@ -44,7 +46,10 @@ public:
         // Leaving it, the toolkit reports the typed date before the next control is reached: it waits for
         // commit(), so that a box which the form shows does not come in the midst of the change of the focus.
         if (&watched == &edit_ && event.type() == QEvent::FocusOut) leaving_ = true;
-        if (&watched == &edit_ && event.type() == QEvent::FocusIn) leaving_ = false;
+        if (&watched == &edit_ && event.type() == QEvent::FocusIn) {
+            leaving_ = false;
+            typed_section_ = -1;
+        }
         if (event.type() == QEvent::MouseButtonRelease) {
             // What is typed takes the place of the day, month or year that was clicked.
             QMetaObject::invokeMethod(
@@ -61,6 +66,24 @@ protected:
     }
 
 private:
+    /// The field moves on by itself when a day, month or year is full. Who then types the separator all the
+    /// same means that very step and not another one.
+    bool takes_separator(int code) {
+        if (code >= '0' && code <= '9') {
+            const auto* line = edit_.findChild<QLineEdit*>();
+            if (line && line->selectedText() == line->text()) edit_.setSelectedSection(edit_.sectionAt(0));
+            typed_section_ = edit_.currentSectionIndex();
+            return false;
+        }
+        if (code != '/' && code != '-' && code != '.') return false;
+        const int section = edit_.currentSectionIndex();
+        const bool spent = typed_section_ >= 0 && section == typed_section_ + 1;
+        typed_section_ = -1;
+        if (!spent && section + 1 < edit_.sectionCount())
+            edit_.setSelectedSection(edit_.sectionAt(section + 1));
+        return true;
+    }
+
     void changed() {
         if (!leaving_ && !binder().following()) hand_over();
     }
@@ -80,6 +103,7 @@ private:
     DatePicker& picker_;
     QDateEdit& edit_;
     bool leaving_ = false;
+    int typed_section_ = -1; // where the last digit went; -1 after a separator
 };
 
 } // namespace
