@@ -5,9 +5,12 @@
 #include <QBuffer>
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QImageReader>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPdfWriter>
+#include <QRawFont>
 #include <QTextLayout>
 
 namespace tarvello::qt {
@@ -46,8 +49,42 @@ QFont to_font(const ReportFont& font) {
     made.setHintingPreference(QFont::PreferNoHinting);
     // Any spacing of its own keeps a font from joining f and i into one sign, which is not found in a PDF
     // again.
-    made.setLetterSpacing(QFont::AbsoluteSpacing, 0.01);
+    made.setLetterSpacing(QFont::AbsoluteSpacing, 0.02);
     return made;
+}
+
+/// From line to line, in parts of the font's size: fonts differ too much in what they say of it.
+constexpr qreal line_height = 1.15;
+
+/// True for a bold font that is drawn no heavier than its regular one, as Wine's Tahoma is: it has the widths
+/// of a bold font, so that it keeps the lines, but not its look.
+bool is_bold_by_name_only(const QFont& font) {
+    if (!font.bold()) return false;
+    static QHash<QString, bool> known;
+    const auto found = known.constFind(font.family());
+    if (found != known.constEnd()) return *found;
+    const auto stem = [&font](bool bold) {
+        QFont sample(font.family());
+        sample.setPixelSize(1000);
+        sample.setBold(bold);
+        const QRawFont raw = QRawFont::fromFont(sample);
+        const QList<quint32> glyphs = raw.glyphIndexesForString(QStringLiteral("l"));
+        return glyphs.isEmpty() ? 0.0 : raw.pathForGlyph(glyphs[0]).boundingRect().width();
+    };
+    return *known.insert(font.family(), stem(true) < 1.2 * stem(false));
+}
+
+/// Draws a line of text, and once more beside itself where only that makes it bold: as a shape, so that the
+/// text is not there twice for whoever copies or searches it.
+void draw_line(QPainter& painter, const QTextLine& line, const QPointF& at, const QFont& font,
+               const QString& text) {
+    line.draw(&painter, at);
+    if (!is_bold_by_name_only(font)) return;
+    constexpr qreal heavier = 0.06; // of the font's size
+    QPainterPath shape;
+    shape.addText(at + QPointF(line.cursorToX(0) + heavier * font.pixelSize(), line.y() + line.ascent()),
+                  font, text);
+    painter.fillPath(shape, painter.pen().brush());
 }
 
 Qt::Alignment to_alignment(ReportAlignment alignment) {
@@ -70,7 +107,8 @@ void paint(const ReportLabel& label, const QRectF& box, QPainter& painter) {
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     const QFont font = to_font(label.font);
     const QFontMetricsF metrics(font, painter.device());
-    const int lines_that_fit = qMax(1, static_cast<int>((box.height() + 1) / metrics.height()));
+    const qreal line_step = line_height * font.pixelSize();
+    const int lines_that_fit = qMax(1, static_cast<int>(box.height() / line_step));
 
     QTextOption option(to_alignment(label.alignment));
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -85,7 +123,8 @@ void paint(const ReportLabel& label, const QRectF& box, QPainter& painter) {
             QTextLine line = layout.createLine();
             line.setLineWidth(box.width());
             layout.endLayout();
-            line.draw(&painter, QPointF(box.left(), box.top() + drawn * metrics.height()));
+            const QPointF place(box.left(), box.top() + drawn * line_step);
+            draw_line(painter, line, place, font, content.left(line.textLength()));
             ++drawn;
             return line.textLength();
         };
