@@ -8,10 +8,10 @@
 #include "store/statement.h"
 #include "text/letter_case.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
+#include <unistd.h>
 
 namespace tarvello::bench {
 namespace {
@@ -73,6 +73,10 @@ const std::string& access_path() {
 std::string access_copy() {
     const auto copy = std::filesystem::path(access_path()).parent_path() / "access-saved.mdb";
     std::filesystem::copy_file(access_path(), copy, std::filesystem::copy_options::overwrite_existing);
+    // Written out here, and not by the first thing that is measured on it.
+    const int file = ::open(copy.c_str(), O_RDONLY);
+    ::fsync(file);
+    ::close(file);
     return copy.string();
 }
 
@@ -154,7 +158,8 @@ const bool registered = [] {
     row("Access file beside the embedded engine: first row of a paging statement", paging_access,
         paging_embedded, 3);
     row("Access file beside the embedded engine: all rows of a year", year_access, year_embedded, 3);
-    row("Access file beside the embedded engine: save of one invoice", save_access, save_embedded, 2);
+    row("Access file beside the embedded engine: save of one invoice", save_access, save_embedded, 2,
+        Clock::wall);
     return true;
 }();
 
