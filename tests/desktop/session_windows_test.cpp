@@ -86,5 +86,21 @@ TEST_F(SessionWindows, ThePanelFoldsAndUnfolds) {
     finish();
 }
 
+TEST_F(SessionWindows, TheCommandsFollowTheConnectionUnderThePointer) {
+    start();
+    const std::string database = program_folder() + "/tarvello.mdb";
+    user.expect_box("Chiudere: " + database + "?", Answer::yes);
+    user.choose_menu("MDIForm1", "mnuChiudiDatabase");
+    EXPECT_TRUE(user.widget("MDIForm1", "Label2_0")->isEnabled()) << "until the pointer moves";
+    user.move_mouse_over("MDIForm1", "Image1");
+    EXPECT_FALSE(user.widget("MDIForm1", "Label2_0")->isEnabled());
+    user.expect_file_dialog(database);
+    user.expect_box("Database caricato correttamente.");
+    user.choose_menu("MDIForm1", "mnuApri");
+    user.move_mouse_over("MDIForm1", "Label2_3");
+    EXPECT_TRUE(user.widget("MDIForm1", "Label2_0")->isEnabled());
+    finish();
+}
+
 } // namespace
 } // namespace tarvello::testing
