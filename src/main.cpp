@@ -2,6 +2,7 @@
 #include "platform/qt/program_directory.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/session_end.h"
 #include "shell/program.h"
 #include "shell/session.h"
 
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
         qt::from_qt(QCoreApplication::applicationDirPath()),
         qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
     Program program(platform.platform());
+    const qt::SessionEnd session_end([&] { program.run([&] { end_with_desktop(program); }); });
     program.run([&] { start_program(program); });
     const int result = QApplication::exec();
     platform.windows().clear(); // before the program goes that they show

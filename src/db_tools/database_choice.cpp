@@ -56,7 +56,7 @@ void frmGestioneDatabase::ApriDatabaseScelto() {
 
 void frmGestioneDatabase::open_route(const std::string& route) {
     MDIForm1& main = program_.main_window();
-    main.txtDatabaseRoute.set_text(route);
+    main.take_route(route);
     txtPercorsoDatabase.set_text(route);
     ChiudiDatabase(program_);
     if (!ApriDatabase(program_)) return; // the title shows the route, the commands that they cannot be used

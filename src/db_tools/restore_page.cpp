@@ -141,7 +141,7 @@ void frmGestioneDatabase::RipristinaBackup() {
     ChiudiDatabase(program_);
     if (!CopiaFile(program_.platform(), source, destination, true, true)) return;
     report_copy("Ripristino file di backup completato.", source, destination);
-    program_.main_window().txtDatabaseRoute.set_text(destination);
+    program_.main_window().take_route(destination);
     ApriDatabase(program_);
     txtPercorsoDatabase.set_text(destination);
 }

@@ -14,10 +14,14 @@ void frmTarvello::pick_customer() {
 }
 
 void frmTarvello::key_in_customer(int& key) {
+    if (picks_customer_instead()) key = 0;
+}
+
+bool frmTarvello::picks_customer_instead() {
     // A customer who was picked cannot be typed over.
-    if (txtNuovoInserimento.text() == "NEW" || !cmdCercaCliente.enabled()) return;
-    key = 0;
+    if (txtNuovoInserimento.text() == "NEW" || !cmdCercaCliente.enabled()) return false;
     program_.show_modal(program_.form<frmCercaCliente>());
+    return true;
 }
 
 void frmTarvello::leave_customer_field(std::size_t field) {

@@ -211,6 +211,7 @@ void frmTarvello::connect_fields() {
     for (std::size_t i = 0; i < txtAnagrafica.size(); ++i) {
         mark(txtAnagrafica[i], ShapeAnagrafica[i]);
         txtAnagrafica[i].on_key_press = [this](int& key) { key_in_customer(key); };
+        txtAnagrafica[i].on_query_edit = [this] { return picks_customer_instead(); };
         txtAnagrafica[i].on_lost_focus = [this, i] { leave_customer_field(i); };
     }
     mark(txtNome, ShapeNome);

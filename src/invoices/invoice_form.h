@@ -216,6 +216,8 @@ private:
     // invoice_customer.cpp
     void pick_customer();
     void key_in_customer(int& key);
+    /// Opens the picker where a customer may only be picked. @return true if it did
+    bool picks_customer_instead();
     void leave_customer_field(std::size_t field);
     void leave_name();
     void calculate_fiscal_code();

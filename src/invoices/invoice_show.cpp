@@ -81,8 +81,6 @@ void frmTarvello::show_spese() {
         } else {
             txtImportoSpeseAnticipate.clear();
             txtArticoloEsenzione.clear();
-            // Hidden from the user, who could not fill it when adding expenses to this invoice.
-            if (ComboIVASpeseAnticipate.empty()) ComboIVASpeseAnticipate.set_list_index(0);
         }
     });
 }

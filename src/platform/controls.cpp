@@ -152,6 +152,9 @@ int TextEntry::offer_key(int key) {
 
 bool TextEntry::edit(std::string text, std::size_t caret) {
     if (!reachable() || !user_may_edit()) return false;
+    bool refused = false;
+    if (on_query_edit) act([&] { refused = on_query_edit(); });
+    if (refused) return false;
     const std::size_t size = utf8::length(text);
     if (max_length_ > 0 && size > max_length_ && size > utf8::length(text_)) return false;
     act([&] {
@@ -240,7 +243,12 @@ void ComboBox::set_text(std::string text) {
 void ComboBox::choose(int index) {
     if (!reachable() || locked()) return;
     act([&] {
-        if (form().move_focus(this)) set_list_index(index);
+        if (!form().move_focus(this)) return;
+        if (index == list_index_) {
+            raise(on_click); // a click on the chosen item is a click all the same
+        } else {
+            set_list_index(index);
+        }
     });
 }
 
@@ -450,7 +458,7 @@ void DatePicker::set_date(const Date& date) {
 void DatePicker::pick(const Date& date) {
     if (!reachable()) return;
     act([&] {
-        if (form().move_focus(this)) set_date(date);
+        if (has_focus() || form().move_focus(this)) set_date(date);
     });
 }
 

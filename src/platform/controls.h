@@ -42,6 +42,8 @@ enum class Aspect : std::uint8_t {
 class ControlView {
 public:
     virtual void follow(Control& control, Aspect aspect) = 0;
+    /// The control is being left: what the picture holds back until then is handed over now.
+    virtual void commit() {}
 
 protected:
     ~ControlView() = default;
@@ -253,6 +255,9 @@ public:
 
     /// The text has changed, by code or by the user.
     Event on_change;
+    /// Asked before an edit of the user counts, also one that comes without a key, such as pasting.
+    /// Returns true to refuse it.
+    std::function<bool()> on_query_edit;
     /// A character key, before it has any effect.
     KeyEvent on_key_press;
     /// A key has been let go, after its effect.

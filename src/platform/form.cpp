@@ -36,11 +36,12 @@ bool Form::move_focus(Control* control) {
 
     Control* const wanted = control;
     Control* const left = focus_;
-    if (left && left->on_lost_focus) {
+    if (left && (left->view || left->on_lost_focus)) {
         leaving_ = true;
         redirected_ = control;
         try {
-            left->on_lost_focus();
+            if (left->view) left->view->commit();
+            if (left->on_lost_focus) left->on_lost_focus();
         } catch (...) { // the flag must not outlive the event, whatever ended it
             leaving_ = false;
             throw;

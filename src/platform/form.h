@@ -69,7 +69,8 @@ public:
     int width() const { return width_; }
     int height() const { return height_; }
     void set_size(int width, int height);
-    /// The window opens in the top left corner of the main window's working area, not where the desktop puts it.
+    /// The window opens in the top left corner of the main window's working area, not where the desktop puts
+    /// it.
     bool at_top_left() const { return at_top_left_; }
     void place_top_left() { at_top_left_ = true; }
 

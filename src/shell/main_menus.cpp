@@ -36,7 +36,7 @@ void MDIForm1::open_database() {
     if (!chosen) return;
     // An open database is not closed first. The store refuses a second one: then the title shows the new
     // file, the connection stays on the old one, and the session counts as not connected.
-    txtDatabaseRoute.set_text(*chosen);
+    take_route(*chosen);
     if (ApriDatabase(program_)) {
         program_.message("Database caricato correttamente.", BoxIcon::information);
         mnuChiudiDatabase.set_enabled(true);

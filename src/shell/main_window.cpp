@@ -36,8 +36,15 @@ MDIForm1::MDIForm1(Program& program) : Form(program, "MDIForm1"), program_(progr
     connect_panel();
     FrameImpostazioni.set_visible(false);
     mnuChiudiDatabase.set_enabled(false);
-    txtDatabaseRoute.on_change = [this] { set_caption("Tarvello 4 - [" + txtDatabaseRoute.text() + "]"); };
+    txtDatabaseRoute.on_change = [this] { show_route(); };
 }
+
+void MDIForm1::take_route(const std::string& route) {
+    txtDatabaseRoute.set_text(route);
+    show_route(); // the same route is no change, but the title may still say that no database is loaded
+}
+
+void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + txtDatabaseRoute.text() + "]"); }
 
 void MDIForm1::set_texts() {
     set_caption("Tarvello 4");
@@ -71,8 +78,8 @@ void MDIForm1::set_texts() {
     Image1.set_tool_tip("Donazioni con carta di credito o altri mezzi di pagamento.");
 }
 
-bool MDIForm1::on_query_unload(UnloadReason) {
-    close_session(program_);
+bool MDIForm1::on_query_unload(UnloadReason reason) {
+    close_session(program_, reason);
     return false;
 }
 

@@ -70,6 +70,12 @@ public:
     TextBox txtDataUltimoAggiornamento{FrameImpostazioni, "txtDataUltimoAggiornamento"};
     TextBox txtGiorniTraCuiAvvisare{FrameImpostazioni, "txtGiorniTraCuiAvvisare"};
 
+    /// The holder fields have been filled: from now on a closing may write them.
+    bool session_loaded = false;
+
+    /// Makes this the route of the database and shows it in the title, also if it is the same as before.
+    void take_route(const std::string& route);
+
 protected:
     bool on_query_unload(UnloadReason reason) override;
     void on_unload(UnloadReason reason) override;
@@ -77,6 +83,7 @@ protected:
 
 private:
     void set_texts();
+    void show_route();
     void connect_menus();
     void connect_panel();
 

@@ -81,11 +81,13 @@ void load_session(Program& program) {
     ControllaAggiornamenti(program);
     skip_failures([&] { read_settings(program, main); }, [&] { ask_name_at_first_run(program, main); },
                   [&] { ApriDatabase(program); }, [&] { read_backup_settings(program, main); });
+    main.session_loaded = true;
 }
 
-void close_session(Program& program) {
+void close_session(Program& program, UnloadReason reason) {
     MDIForm1& main = program.main_window();
-    skip_failures([&] { UnloadAllForms(program); });
+    const bool desktop_ends = reason == UnloadReason::shut_down;
+    skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::code); });
     for (TextBox* field :
          {&main.txtDatabaseRoute, &main.txtProfessione, &main.txt_IVA_default, &main.txt_Ritenuta_default,
           &main.txt_RitenutaSu_default, &main.txt_RIVALSA_default, &main.txtPercorsoLogo}) {
@@ -125,12 +127,20 @@ void LeggiNomeIntestatario(Program& program) {
     program.NomeIntestatario = form.Text1.text();
 }
 
-void UnloadAllForms(Program& program) {
+void UnloadAllForms(Program& program, UnloadReason reason) {
     for (const char* name : {"frmClienti", "frmTarvello", "frmIntestazioneFatture", "frmAutore", "frmAbout",
                              "frmArticoloEsenzione", "frmCalcolaCF", "frmInfoModelli", "frmGestioneDatabase",
                              "frmRisultatiRicercaClienti", "frmRisultatiRicercaFatture",
                              "frmRipristinaBackup", "frmRegister", "frmImpostazioni", "frmHelp"}) {
-        if (Form* form = program.loaded(name)) form->unload();
+        if (Form* form = program.loaded(name)) form->unload(reason);
+    }
+}
+
+void end_with_desktop(Program& program) {
+    if (program.loaded("MDIForm1") && program.main_window().session_loaded) {
+        program.main_window().unload(UnloadReason::shut_down);
+    } else {
+        program.platform().windows.quit();
     }
 }
 

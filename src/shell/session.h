@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/form.h"
+
 namespace tarvello {
 
 class Program;
@@ -18,7 +20,11 @@ void load_session(Program& program);
 
 /// What the closing of the main window does: closes the windows, writes the settings that are saved at
 /// closing, counts the session, closes the database and backs it up. A failing step is skipped.
-void close_session(Program& program);
+void close_session(Program& program, UnloadReason reason);
+
+/// The user's desktop ends while the program runs: the main window closes as it always does. A session whose
+/// settings have not been read yet has nothing to save and ends as it is.
+void end_with_desktop(Program& program);
 
 /// Opens the database on the route of the main window and sets the connected flag accordingly.
 /// @return false if it could not be opened, or another one is open; nothing is shown
@@ -32,6 +38,6 @@ void ChiudiDatabase(Program& program);
 void LeggiNomeIntestatario(Program& program);
 
 /// Closes the windows of the program in their order, those that are open.
-void UnloadAllForms(Program& program);
+void UnloadAllForms(Program& program, UnloadReason reason = UnloadReason::code);
 
 } // namespace tarvello

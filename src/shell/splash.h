@@ -22,6 +22,8 @@ public:
 
 protected:
     void on_load() override;
+    /// The start goes on by itself: without its first window the process would live on unseen.
+    bool on_query_unload(UnloadReason reason) override { return reason == UnloadReason::user; }
     void on_unload(UnloadReason reason) override;
 
 private:

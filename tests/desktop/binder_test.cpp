@@ -370,6 +370,15 @@ TEST_F(Binder, ADateCountsWhenItIsWhole) {
     click(form->text);
     EXPECT_EQ(form->date.date(), make_date(2006, 3, 21));
     EXPECT_EQ(changes, 1);
+    // What the form does about a typed date decides where the focus goes, not where the user was going.
+    form->date.set_date(make_date(2006, 3, 5));
+    form->date.on_change = [this] { form->combo.set_focus(); };
+    form->date.set_focus();
+    QTest::keyClicks(widget<QDateEdit>(form->date), "21");
+    QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_Tab);
+    DesktopUser::settle();
+    EXPECT_EQ(form->focus(), &form->combo);
+    EXPECT_TRUE(widget<QWidget>(form->combo)->hasFocus());
     form->date.on_change = nullptr;
     for (const char* typed : {"01/02/1980", "01021980", "1/2/1980", "01-02-1980", "1.02.1980"}) {
         form->date.set_date(make_date(2006, 3, 15));

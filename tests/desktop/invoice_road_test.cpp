@@ -3,7 +3,9 @@
 #include "shell/version.h"
 #include "store/database.h"
 
+#include <QAbstractItemView>
 #include <QDateEdit>
+#include <QProcess>
 #include <QTest>
 
 #include <filesystem>
@@ -375,6 +377,85 @@ TEST_F(InvoiceRoad, NewCustomerNewYearAndARefusedDate) {
     EXPECT_FALSE(user.is_shown(invoice));
     finish();
 }
+
+/// The same on the files that users bring along.
+struct AccessSample {
+    const char* file;
+    int customers; ///< keys given so far
+    int invoices;
+    int last_number;
+};
+
+struct AccessRoad : InvoiceRoad, ::testing::WithParamInterface<AccessSample> {};
+
+TEST_P(AccessRoad, AnInvoiceIsIssuedAndFoundAgain) {
+    const AccessSample& sample = GetParam();
+    const std::string original = std::string(TARVELLO_ACCESS_TESTS "/../../data/access/") + sample.file;
+    const std::string file = program_folder() + "/tarvello.mdb";
+    std::filesystem::copy_file(original, file, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::permissions(file,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    first_start();
+    expect_modal("frmClienti", [this] {
+        user.click("frmClienti", "Toolbar1_1");
+        const std::pair<int, const char*> boxes[] = {{11, "D'Amico €"}, {1, "Anna"},  {0, "DMCNNA80A41H501U"},
+                                                     {2, "Via Roma 1"}, {3, "00100"}, {4, "RM"},
+                                                     {5, "Roma"}};
+        for (const auto& [box, text] : boxes)
+            user.type("frmClienti", "txtfields_" + std::to_string(box), text);
+        user.click("frmClienti", "Toolbar1_1");
+    });
+    user.choose_menu("MDIForm1", "mnuAnagrafica_Clienti");
+    const std::string customer = std::to_string(sample.customers + 1);
+    EXPECT_EQ(stored("Clienti", "Numero_Cliente=" + customer).at("Cognome_Ragione_Sociale"), "D'Amico €");
+
+    open_invoices();
+    const bool first = sample.invoices == 0;
+    if (first) {
+        user.expect_box(
+            "Attenzione: inserire manualmente il numero di fattura da cui iniziare la numerazione.\n");
+    }
+    user.click(invoice, "Toolbar1_1");
+    EXPECT_EQ(user.shown(invoice, "txtNumeroFattura"), std::to_string(sample.last_number + 1));
+    expect_modal("frmCercaCliente", [this] {
+        const int rows = user.widget<QAbstractItemView>("frmCercaCliente", "ListView1")->model()->rowCount();
+        user.double_click("frmCercaCliente", "ListView1", rows - 1);
+    });
+    user.click(invoice, "cmdCercaCliente");
+    EXPECT_EQ(user.shown(invoice, "ComboNumeroCliente"), customer);
+    type_line(0, "Perizia dell'immobile", "1000");
+    type_line(1, "Sopralluogo", "234,56");
+    set_rates({.rivalsa = "2"});
+    save();
+    finish();
+
+    expect_modal("DialogAggiornamento");
+    start_with_splash();
+    user.expect_none_left();
+    open_invoices();
+    EXPECT_TRUE(
+        user.shown(invoice, "txtNumeroFattura").starts_with(std::to_string(sample.last_number + 1) + " - "));
+    expect_row(stored("Fatture", "ID=" + std::to_string(sample.invoices + 1)),
+               {{"Numero_Cliente", customer},
+                {"Prestazione1", "Perizia dell'immobile"},
+                {"Importo1", "€ 1.000,00"},
+                {"Importo_Rivalsa", "€ 24,69"},
+                {"Totale_Fattura", "€ 1.511,10"}});
+    finish();
+
+    QProcess checker;
+    checker.start(QStringLiteral("python3"),
+                  {QStringLiteral(TARVELLO_ACCESS_TESTS "/access_checker.py"), QString::fromStdString(file),
+                   QStringLiteral("--before"), QString::fromStdString(original)});
+    ASSERT_TRUE(checker.waitForFinished());
+    EXPECT_EQ(checker.exitCode(), 0) << checker.readAll().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, AccessRoad,
+                         ::testing::Values(AccessSample{"vuoto.mdb", 0, 0, 0},
+                                           AccessSample{"archivio.mdb", 40, 300, 37},
+                                           AccessSample{"indici.mdb", 600, 900, 112}),
+                         [](const auto& info) { return std::string(info.param.file, 5); });
 
 } // namespace
 } // namespace tarvello::testing

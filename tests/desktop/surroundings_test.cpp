@@ -4,6 +4,7 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/regional.h"
 #include "platform/qt/settings_file.h"
+#include "shell/version.h"
 #include "text/currency.h"
 
 #include <gtest/gtest.h>
@@ -213,6 +214,24 @@ TEST_F(Process, StartsOnAnEmptyHomeAndIsStillThereAfterTheSplash) {
     EXPECT_TRUE(fs::exists(folders.path("config") + "/tarvello/impostazioni"));
     process->kill();
     process->waitForFinished();
+}
+
+TEST_F(Process, AskedToEndItClosesAsByHand) {
+    // Yesterday it ran and looked for updates: nothing is asked at the start.
+    const std::string config = folders.path("config") + "/tarvello/impostazioni";
+    {
+        qt::SettingsFile settings(config);
+        settings.write(application_name, "txtContatoreAccessi", "text", "5");
+        settings.write(application_name, "txtDataUltimoAggiornamento", "text",
+                       qt::from_qt(QDate::currentDate().toString(QStringLiteral("dd/MM/yyyy"))));
+    }
+    const auto process = start();
+    ASSERT_TRUE(process->waitForStarted());
+    QTest::qWait(4000);
+    process->terminate();
+    ASSERT_TRUE(process->waitForFinished(5000));
+    EXPECT_EQ(process->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(qt::SettingsFile(config).read(application_name, "txtContatoreAccessi", "text"), "6");
 }
 
 } // namespace

@@ -53,6 +53,11 @@ TEST_F(InvoiceCustomer, PickedFromTheRegister) {
     windows().expect_modal("frmCercaCliente");
     form().txtAnagrafica[5].type("x");
     EXPECT_EQ(form().txtAnagrafica[5].text(), "Rossi");
+    windows().expect_modal("frmCercaCliente");
+    form().txtAnagrafica[5].paste("Bianchi");
+    windows().expect_modal("frmCercaCliente");
+    form().txtAnagrafica[5].press_delete();
+    EXPECT_EQ(form().txtAnagrafica[5].text(), "Rossi");
     form().txtNome.type("x");
     EXPECT_EQ(form().txtNome.text(), "xMario") << "the first name is not guarded";
 

@@ -10,7 +10,7 @@ struct InvoiceSave : InvoiceFormTest {
 TEST_F(InvoiceSave, EveryColumnIsWritten) {
     settings().txtProfessione.set_text("Rivalsa INPS");
     start_invoice(3);
-    fill(form().txtAnagrafica[0], ""); // the guard against typing over a customer
+    form().txtAnagrafica[0].enter();
     form().txtAnagrafica[0].set_text(" rssmra80a01h501u ");
     form().txtAnagrafica[6].set_text("01234567890");
     form().txtAnagrafica[5].set_text(" D'Amico & C. \"Il 100%\"; -- 😀");

@@ -68,7 +68,7 @@ TEST_F(InvoiceShow, TextsStandAsTheyAreStored) {
         EXPECT_EQ(empty->text(), "") << empty->name();
     }
     EXPECT_EQ(form().LabelRitenuta.caption(), "");
-    EXPECT_EQ(form().ComboIVASpeseAnticipate.text(), "0");
+    EXPECT_EQ(form().ComboIVASpeseAnticipate.text(), "");
 }
 
 TEST_F(InvoiceShow, BaseOfTheWithholdingByItsStoredRate) {

@@ -130,6 +130,10 @@ TEST_F(Controls, ComboChoosesAndTypes) {
     form->combo.set_text("22");
     EXPECT_EQ(form->combo.list_index(), -1);
     EXPECT_EQ(events, 1);
+    form->combo.set_list_index(1);
+    clicks = 0;
+    form->combo.choose(1);
+    EXPECT_EQ(clicks, 1) << "a click on the chosen item is a click all the same";
     EXPECT_THROW(form->combo.set_list_index(2), Failure);
     form->combo.choose(1);
     form->combo.type("5");

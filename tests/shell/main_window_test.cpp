@@ -43,6 +43,13 @@ TEST_F(MainWindow, CloseThenOpenAnother) {
     EXPECT_EQ(main.caption(), "Tarvello - [Nessun Databsase Caricato]");
     EXPECT_EQ(main.txtDatabaseRoute.text(), database_path);
 
+    fake.dialogs.answer_next(database_path);
+    boxes().expect("Database caricato correttamente.");
+    main.mnuApri.click();
+    EXPECT_EQ(main.caption(), "Tarvello 4 - [" + database_path + "]") << "the same file again";
+    boxes().expect(question, Answer::yes);
+    main.mnuChiudiDatabase.click();
+
     const std::string broken = fake.program_directory + "/rotto.mdb";
     std::ofstream(broken) << "questo non è un archivio";
     fake.dialogs.answer_next(broken);

@@ -203,6 +203,28 @@ TEST_F(Session, AFailedBackupSendsTheNextSessionToTheDefaultDatabase) {
     EXPECT_TRUE(std::filesystem::exists(in_directory("copia.bak")));
 }
 
+TEST_F(Session, TheEndOfTheDesktopIsAClosing) {
+    end_with_desktop(*program);
+    EXPECT_TRUE(fake.windows.has_quit);
+    EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "2") << "nothing was read, nothing is written";
+
+    fake.windows.has_quit = false;
+    load_session(*program);
+    main().txt_IVA_default.set_text("22");
+    program->form<frmImpostazioni>().show();
+    end_with_desktop(*program);
+    EXPECT_TRUE(fake.windows.has_quit);
+    EXPECT_EQ(program->loaded("frmImpostazioni"), nullptr);
+    EXPECT_EQ(fake.settings.get("txt_IVA_default"), "22");
+    EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "3");
+}
+
+TEST_F(Session, TheSplashCannotBeClosedByHand) {
+    start_program(*program);
+    program->form<frmSplash>().close_by_user();
+    EXPECT_NE(program->loaded("frmSplash"), nullptr);
+}
+
 TEST_F(Session, TheDatabaseOpensOnceAndClosesWhateverIsOpen) {
     given_database();
     load_session(*program);

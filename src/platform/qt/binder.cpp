@@ -217,7 +217,6 @@ void WindowBinder::focus_arrived(QWidget* widget) {
     if (!view || !view->control().takes_focus()) return;
     const int turns = ModalTurn::count();
     moving_ = true;
-    if (last_focus_ && last_focus_ != view) last_focus_->commit();
     if (!parted_ && form_->focus() != &view->control()) view->control().enter();
     moving_ = false;
     if (parted_) return;
@@ -331,10 +330,10 @@ bool WindowBinder::offer_key_to_form(Control& control, int key) {
 // Helpers
 
 int key_code(const QKeyEvent& event) {
+    // Backspace is one with Ctrl too, where the toolkit takes a whole word.
+    if (event.key() == Qt::Key_Backspace) return keys::backspace;
     if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return 0;
     switch (event.key()) {
-    case Qt::Key_Backspace:
-        return keys::backspace;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         return keys::enter;

@@ -121,8 +121,6 @@ public:
     void follow(Control& control, Aspect aspect) final;
     /// The keyboard has reached the widget and the form agrees.
     virtual void focus_settled() {}
-    /// The keyboard leaves: what the widget holds back until then is handed over.
-    virtual void commit() {}
     /// A key, before the widget has it. @return true if it must not reach the widget
     virtual bool key_pressed(class QKeyEvent&) { return false; }
     virtual void key_released(class QKeyEvent&) {}

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 
 #include <limits>
+#include <utility>
 
 namespace tarvello::qt {
 
@@ -24,6 +25,7 @@ public:
             QObject::connect(line, &QLineEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
             QObject::connect(line, &QLineEdit::selectionChanged, &binder, [this] { caret_moved(); });
         }
+        QObject::connect(&box_, &QComboBox::highlighted, &binder, [this] { from_list_ = true; });
         QObject::connect(&box_, &QComboBox::activated, &binder, [this](int index) { chosen(index); });
     }
 
@@ -60,7 +62,8 @@ private:
     void chosen(int index) {
         if (binder().following() || binder().parted()) return;
         // The toolkit also reports a typed text that happens to stand in the list, when the box is left.
-        if (combo_.text() != from_qt(box_.itemText(index))) combo_.choose(index);
+        const bool from_list = std::exchange(from_list_, false);
+        if (from_list || combo_.text() != from_qt(box_.itemText(index))) combo_.choose(index);
         if (binder().parted()) return;
         const WindowBinder::Following following(binder());
         show_text(to_qt(combo_.text()));
@@ -97,6 +100,7 @@ private:
 
     ComboBox& combo_;
     QComboBox& box_;
+    bool from_list_ = false; // an entry of the opened list has been under the pointer or the arrows
 };
 
 } // namespace

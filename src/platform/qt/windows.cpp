@@ -270,12 +270,20 @@ bool QtWindows::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void QtWindows::frame_resized(Open& open) {
-    if (!open.sized || !open.frame->isVisible() || open.frame->isMinimized()) return;
+    if (!open.sized || !open.frame->isVisible()) return;
+    // A window that fills the screen, or a desktop that insists on its size, has the last word.
+    if (open.frame->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen))
+        return;
+    if (open.corrected.isValid() && open.corrected.elapsed() < 500) return;
     const QSize size = open.frame->size();
     const auto form = open.form;
     const int width = twips(*open.frame, size.width());
     const int height = twips(*open.frame, size.height());
     form->host().run([&] { FormLife::resize(*form, width, height); });
+    if (Open* still = find(*form); still && still->frame && still->frame->size() != size) {
+        still->corrected.start();
+        still->frame->setMinimumHeight(still->frame->height());
+    }
 }
 
 // The rest

@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 #include "platform/qt/binder.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -70,6 +71,7 @@ private:
         std::unique_ptr<WindowBinder> binder;
         std::vector<QEventLoop*> waiting; ///< calls of show_modal() that have not returned
         bool sized = false;               ///< its size is no longer being set by the program
+        QElapsedTimer corrected;          ///< since the form last wanted another size than it was given
 
         Open() = default;
         Open(const Open&) = delete;
