@@ -1,6 +1,7 @@
 #include "archive.h"
 #include "row.h"
 
+#include "fiscal_code/calculator_form.h"
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_results.h"
 #include "invoices/invoice_rows.h"
@@ -11,6 +12,8 @@
 #include "shell/session.h"
 #include "shell/version.h"
 
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QTimer>
 
 #include <cstdlib>
@@ -89,6 +92,32 @@ void open_invoices(benchmark::State& state) {
     }
 }
 
+/// A key on its way through the window, with what it changes drawn.
+void municipality_key(benchmark::State& state) {
+    Session& session = the_session();
+    auto& calculator = session.program.form<frmCalcolaCF>();
+    calculator.show();
+    QCoreApplication::processEvents(); // until the window is active, it gives the focus to its first box
+    auto* box = session.platform.windows().window(calculator)->findChild<QLineEdit*>("txtComune");
+    box->setFocus();
+    QCoreApplication::processEvents();
+    const std::string name = "sant'angelo limosano";
+    std::size_t keys = 0;
+    for (auto _ : state) {
+        const std::size_t place = keys++ % name.size();
+        if (place == 0) box->selectAll();
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, name[place], Qt::NoModifier, QString(QLatin1Char(name[place])));
+            QCoreApplication::sendEvent(box, &event);
+        }
+        QCoreApplication::processEvents();
+        if (place + 1 == name.size() && calculator.txtCodice.text() != "I289")
+            state.SkipWithError("not found");
+    }
+    calculator.unload();
+    QCoreApplication::processEvents();
+}
+
 /// From the filled list of all invoices to the end of its window, which looks for the selected invoice again
 /// and shows it.
 void open_and_close_results(benchmark::State& state) {
@@ -136,6 +165,7 @@ int main(int argc, char** argv) {
     const tarvello::qt::Application application(argc, argv);
     row("process start to splash on screen, offscreen", start, start_floor, 2, Clock::wall);
     row_within("opening the invoice form, offscreen", open_invoices, 60000);
+    row_within("one key in the municipality box, drawn", municipality_key, 1000);
     row_within("result window of all invoices, opened and closed", open_and_close_results, 150000);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
