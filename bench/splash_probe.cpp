@@ -2,7 +2,7 @@
 #include "probe.h"
 
 #include "platform/qt/application.h"
-#include "platform/qt/program_directory.h"
+#include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
 #include "shell/program.h"

@@ -1,6 +1,6 @@
 // Makes a new SQLite file by a script of SQL:
 //     make_database script.sql new.mdb
-// A file that is there already is left as it is.
+// A file that is there already is replaced.
 
 #include <sqlite3.h>
 
@@ -17,7 +17,6 @@ int main(int argc, char** argv) {
     }
     const char* const script_path = argv[1];
     const char* const database_path = argv[2];
-    if (std::filesystem::exists(database_path)) return 0;
     std::ifstream file(script_path, std::ios::binary);
     const std::string script(std::istreambuf_iterator<char>(file), {});
     if (!file) {
@@ -25,6 +24,7 @@ int main(int argc, char** argv) {
         return 1;
     }
 
+    std::filesystem::remove(database_path);
     sqlite3* database = nullptr;
     int code = sqlite3_open(database_path, &database);
     if (code == SQLITE_OK) {

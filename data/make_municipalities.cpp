@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -64,6 +65,19 @@ void name_apart(std::vector<Place>& places) {
     }
 }
 
+constexpr int application_id = 0x5476436F; // "TvCo"
+
+/// A number that tells one list from another (FNV-1a).
+std::int32_t digest(const std::vector<Place>& places) {
+    std::uint32_t sum = 2166136261U;
+    for (const Place& place : places) {
+        for (const unsigned char byte : place.name + ';' + place.province + ';' + place.code + ';') {
+            sum = (sum ^ byte) * 16777619U;
+        }
+    }
+    return static_cast<std::int32_t>(sum);
+}
+
 class Writer {
 public:
     explicit Writer(const std::string& path) {
@@ -120,6 +134,10 @@ int main(int argc, char** argv) {
         // other programs can read the table.
         writer.run("CREATE UNIQUE INDEX COMUNI2L ON Comuni (COMU_DESCR COLLATE ignoring_case)");
         writer.run("COMMIT");
+        // A start of the program tells by these that this is a list of its own, and whether it is another
+        // one.
+        writer.run("PRAGMA application_id=" + std::to_string(application_id));
+        writer.run("PRAGMA user_version=" + std::to_string(digest(places)));
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "make_municipalities: %s\n", failure.what());
         return 1;

@@ -1,5 +1,5 @@
 #include "platform/qt/application.h"
-#include "platform/qt/program_directory.h"
+#include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/session_end.h"

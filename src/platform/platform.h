@@ -165,6 +165,8 @@ struct Platform {
     RegionalSettings regional;
     /// The folder of the program's data, without a separator at its end.
     std::string program_directory;
+    /// The folder of what came with the program and stays as it is (the guide, the licences), likewise.
+    std::string shipped_directory;
     /// The platform's separator between folders.
     char separator = '/';
 };

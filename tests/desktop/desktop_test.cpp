@@ -326,16 +326,9 @@ QProcessEnvironment UserFolders::environment() const {
 }
 
 DesktopTest::DesktopTest() {
-    std::filesystem::create_directories(program_folder() + "/modelli");
-    // What is shipped beside the program, without the program.
-    for (const char* name : {"tarvello.mdb", "Comuni.mdb", "print.conf", "modelli"}) {
-        const std::filesystem::path shipped = std::filesystem::path(TARVELLO_BIN) / name;
-        if (std::filesystem::exists(shipped)) {
-            std::filesystem::copy(shipped, std::filesystem::path(program_folder()) / name,
-                                  std::filesystem::copy_options::recursive |
-                                      std::filesystem::copy_options::overwrite_existing);
-        }
-    }
+    // What a first start fills the folder with.
+    std::filesystem::copy(TARVELLO_BIN "/originali", program_folder(),
+                          std::filesystem::copy_options::recursive);
 }
 
 DesktopTest::~DesktopTest() {

@@ -1,6 +1,6 @@
 #include "desktop/desktop_test.h"
 #include "platform/qt/desktop.h"
-#include "platform/qt/program_directory.h"
+#include "platform/qt/installation.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/regional.h"
 #include "platform/qt/settings_file.h"
@@ -111,32 +111,62 @@ struct ProgramDirectory : ::testing::Test {
     UserFolders folders;
     std::string bin = folders.path("home") + "/prefix/bin";
     std::string own = folders.path("data") + "/tarvello";
+
+    static void write_originals(const fs::path& shipped) {
+        write_file(shipped / "originali/tarvello.mdb", "new");
+        write_file(shipped / "originali/Comuni.mdb", "places");
+        write_file(shipped / "originali/modelli/a.rtf", "model");
+        fs::permissions(shipped / "originali/modelli/a.rtf", fs::perms::owner_read);
+    }
 };
 
 TEST_F(ProgramDirectory, IsTheFolderOfThePortableProgram) {
     write_file(bin + "/pictures/tarvello.svg", "<svg/>");
+    write_originals(bin);
     EXPECT_EQ(qt::program_directory(bin, own), bin);
+    EXPECT_EQ(read_file(bin + "/tarvello.mdb"), "new");
     EXPECT_FALSE(fs::exists(own));
+    // A newer version is unpacked over it.
+    write_file(bin + "/tarvello.mdb", "the user's work");
+    write_originals(bin);
+    EXPECT_EQ(qt::program_directory(bin, own), bin);
+    EXPECT_EQ(read_file(bin + "/tarvello.mdb"), "the user's work");
 }
 
 TEST_F(ProgramDirectory, IsTheUsersOwnForAnInstalledProgramAndFilledOnce) {
     const fs::path installed = folders.path("home") + "/prefix/share/tarvello";
-    write_file(installed / "tarvello.mdb", "new");
-    write_file(installed / "modelli/a.rtf", "model");
     write_file(installed / "pictures/x.svg", "<svg/>");
-    fs::permissions(installed / "tarvello.mdb", fs::perms::owner_read);
+    write_originals(installed);
     fs::create_directories(
         bin); // as an administrator one may write there, and it is no place for data all the same
-    fs::create_directories(own + ".nuova/half"); // a start that was cut short
+    // A start that was cut short left this.
+    write_file(own + "/tarvello.mdb", "new");
+    write_file(own + "/modelli/a.rtf.nuovo", "mo");
     EXPECT_EQ(qt::program_directory(bin, own), own);
     EXPECT_EQ(read_file(own + "/modelli/a.rtf"), "model");
-    EXPECT_FALSE(fs::exists(own + "/pictures") || fs::exists(own + "/half") || fs::exists(own + ".nuova"));
-    EXPECT_NE(fs::status(own + "/tarvello.mdb").permissions() & fs::perms::owner_write, fs::perms::none);
-    write_file(own + "/tarvello.mdb", "the user's work");
-    fs::remove(own + "/modelli/a.rtf");
+    EXPECT_FALSE(fs::exists(own + "/pictures") || fs::exists(own + "/modelli/a.rtf.nuovo"));
+    EXPECT_NE(fs::status(own + "/modelli/a.rtf").permissions() & fs::perms::owner_write, fs::perms::none);
+    fs::remove(own + "/tarvello.mdb");
+    write_file(own + "/modelli/a.rtf", "the user's work");
     EXPECT_EQ(qt::program_directory(bin, own), own);
-    EXPECT_EQ(read_file(own + "/tarvello.mdb"), "the user's work");
-    EXPECT_FALSE(fs::exists(own + "/modelli/a.rtf")) << "what the user took away does not come back";
+    EXPECT_EQ(read_file(own + "/modelli/a.rtf"), "the user's work");
+    // An empty one in its place would be saved over the last backup at the end of the session.
+    EXPECT_FALSE(fs::exists(own + "/tarvello.mdb")) << "what the user took away does not come back";
+}
+
+TEST_F(ProgramDirectory, TakesANewerListOfMunicipalitiesButNotForTheUsersOwn) {
+    const auto list = [](const char* version, const char* maker) {
+        return std::string(60, '-') + version + "...." + maker + "rows";
+    };
+    write_file(bin + "/pictures/x.svg", "<svg/>");
+    write_originals(bin);
+    write_file(bin + "/originali/Comuni.mdb", list("0002", "TvCo"));
+    write_file(bin + "/Comuni.mdb", list("0001", "TvCo"));
+    qt::program_directory(bin, own);
+    EXPECT_EQ(read_file(bin + "/Comuni.mdb"), list("0002", "TvCo"));
+    write_file(bin + "/Comuni.mdb", list("0001", "mine"));
+    qt::program_directory(bin, own);
+    EXPECT_EQ(read_file(bin + "/Comuni.mdb"), list("0001", "mine"));
 }
 
 // Regional settings

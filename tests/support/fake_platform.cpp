@@ -189,7 +189,7 @@ FakePlatform::~FakePlatform() {
 
 Platform FakePlatform::platform() {
     return {boxes,       dialogs,  settings,       clock,   desktop,  windows,           files,
-            copy_dialog, pictures, word_processor, reports, regional, program_directory, '/'};
+            copy_dialog, pictures, word_processor, reports, regional, program_directory, program_directory, '/'};
 }
 
 } // namespace tarvello::testing

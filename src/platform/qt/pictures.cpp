@@ -1,9 +1,9 @@
 #include "platform/qt/pictures.h"
 
+#include "platform/qt/installation.h"
 #include "platform/qt/qt_text.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 
@@ -11,16 +11,10 @@ namespace tarvello::qt {
 
 namespace {
 
-/// The folder of the program's drawings: beside the program, or where an installed program has its data.
+/// The folder of the program's drawings.
 const QString& pictures_folder() {
-    static const QString folder = [] {
-        const QString here = QCoreApplication::applicationDirPath();
-        for (const char* place : {"/pictures", "/../share/tarvello/pictures"}) {
-            if (QFileInfo(here + QLatin1String(place)).isDir())
-                return QDir::cleanPath(here + QLatin1String(place));
-        }
-        return here;
-    }();
+    static const QString folder =
+        to_qt(shipped_directory(from_qt(QCoreApplication::applicationDirPath()))) + "/pictures";
     return folder;
 }
 

@@ -34,6 +34,7 @@ private:
     QtPictureFiles pictures_;
     OfficeWordProcessor word_processor_;
     QtReports reports_;
+    std::string shipped_directory_;
     std::string program_directory_;
 };
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+namespace tarvello::qt {
+
+/// The folder of what came with the program and stays as it is: the pictures, the guide, the licences, and
+/// under "originali" what the user's own folder is filled from. It is where the executable lies (the build
+/// folder, a portable folder), or share/tarvello beside the folder of an installed executable.
+/// @param executable_folder  where the executable lies
+std::string shipped_directory(const std::string& executable_folder);
+
+/// An executable or a library of the program's own: beside the executable, or lib/tarvello beside the folder
+/// of an installed executable. If it is in neither place, the first of them.
+/// @param executable_folder  where the executable lies
+/// @param name               file name
+std::string private_file(const std::string& executable_folder, const std::string& name);
+
+/// The folder of the program's data, filled on the first start. It is where the executable lies, if what came
+/// with the program lies there too and the user can write there: a folder that can be carried on a stick.
+/// Else it is one of the user's own.
+///
+/// What is filled in belongs to the user and is never replaced; what he takes away does not come back. The
+/// one exception is the list of municipalities, which he does not write: a newer one takes the place of an
+/// older one, while a list that he brought himself stays.
+/// @param executable_folder  where the executable lies
+/// @param users_folder       the one of the user's own; made if it is needed and does not exist
+std::string program_directory(const std::string& executable_folder, const std::string& users_folder);
+
+} // namespace tarvello::qt
