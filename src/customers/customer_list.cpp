@@ -1,7 +1,7 @@
 #include "customers/customer_list.h"
 
 #include "failure.h"
-#include "platform/controls.h"
+#include "platform/lists.h"
 #include "store/database.h"
 
 #include <variant>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "invoices/invoice_amounts.h"
+#include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "shell/program.h"

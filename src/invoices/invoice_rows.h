@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/controls.h"
+#include "platform/lists.h"
 #include "store/database.h"
 
 #include <array>

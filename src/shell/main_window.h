@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 

@@ -1,5 +1,7 @@
 #include "desktop/desktop_test.h"
 #include "failure.h"
+#include "platform/bars.h"
+#include "platform/lists.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/qt_text.h"
 

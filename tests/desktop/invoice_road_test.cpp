@@ -2,6 +2,7 @@
 #include "invoices/invoice_form.h"
 #include "shell/version.h"
 #include "store/database.h"
+#include "support/invoice_columns.h"
 
 #include <QAbstractItemView>
 #include <QDateEdit>
@@ -138,28 +139,6 @@ struct InvoiceRoad : DesktopTest {
             ADD_FAILURE() << "no row of " << table << " where " << condition;
             return row;
         }
-        const std::vector<std::string> invoice_columns = {"Numero_Fattura",
-                                                          "Data_Fattura",
-                                                          "Anno",
-                                                          "Numero_Cliente",
-                                                          "Importo1",
-                                                          "Importo2",
-                                                          "Percentuale_Rivalsa",
-                                                          "Importo_Rivalsa",
-                                                          "Imponibile",
-                                                          "Aliquota_IVA",
-                                                          "Imposta_IVA",
-                                                          "Importo_Spese",
-                                                          "Articolo_Esenzione",
-                                                          "Totale_Fattura",
-                                                          "Percentuale_Ritenuta",
-                                                          "Ritenuta_Su",
-                                                          "Importo_Ritenuta",
-                                                          "Importo_Netto",
-                                                          "Prestazione1",
-                                                          "Cognome_Ragione_Sociale",
-                                                          "Codice_Fiscale",
-                                                          "Indirizzo"};
         const std::vector<std::string> customer_columns = {"Numero_Cliente", "Cognome_Ragione_Sociale",
                                                            "Nome", "Codice_Fiscale", "Città"};
         for (const std::string& column : table == "Fatture" ? invoice_columns : customer_columns) {

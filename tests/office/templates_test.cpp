@@ -28,6 +28,7 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
                              platform.reports,
                              platform.regional,
                              platform.program_directory,
+                             platform.shipped_directory,
                              platform.separator};
         program = std::make_unique<Program>(with_office);
         program->main_window().txtDatabaseRoute.set_text(database_path);

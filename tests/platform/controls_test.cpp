@@ -1,4 +1,6 @@
+#include "platform/bars.h"
 #include "platform/controls.h"
+#include "platform/lists.h"
 
 #include "failure.h"
 

@@ -1,5 +1,6 @@
 #include "store/store_fixture.h"
 
+#include "support/invoice_columns.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -68,48 +69,6 @@ std::vector<std::string> column(Connection& connection, const std::string& sql, 
     for (rows.open(sql, connection); !rows.eof(); rows.move_next()) texts.push_back(rows.text(name));
     return texts;
 }
-
-const std::vector<std::string> invoice_columns{"Numero_Fattura",
-                                               "Data_Fattura",
-                                               "Anno",
-                                               "Numero_Cliente",
-                                               "Codice_Fiscale",
-                                               "Partita_IVA",
-                                               "Nome",
-                                               "Cognome_Ragione_Sociale",
-                                               "Indirizzo",
-                                               "CAP",
-                                               "Provincia",
-                                               "Città",
-                                               "Prestazione1",
-                                               "Importo1",
-                                               "Prestazione2",
-                                               "Importo2",
-                                               "Prestazione3",
-                                               "Importo3",
-                                               "Prestazione4",
-                                               "Importo4",
-                                               "Prestazione5",
-                                               "Importo5",
-                                               "Rivalsa",
-                                               "Dicitura_Rivalsa",
-                                               "Percentuale_Rivalsa",
-                                               "Importo_Rivalsa",
-                                               "Imponibile",
-                                               "Aliquota_IVA",
-                                               "Imposta_IVA",
-                                               "Spese",
-                                               "IVA_Spese",
-                                               "Importo_Spese",
-                                               "Articolo_Esenzione",
-                                               "Totale_Fattura",
-                                               "Ritenuta",
-                                               "Importo_Ritenuta",
-                                               "Percentuale_Ritenuta",
-                                               "Ritenuta_Su",
-                                               "Importo_Netto",
-                                               "Check_Pagamento",
-                                               "Pagamento"};
 
 Row row_of_invoice(int number) {
     Row row{std::to_string(number), "05/03/2006", "2006", std::to_string(number % 7 + 1)};

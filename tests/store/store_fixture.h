@@ -42,9 +42,6 @@ std::vector<Row> run(Connection& connection, const std::string& sql);
 /// The texts of one column, of all rows.
 std::vector<std::string> column(Connection& connection, const std::string& sql, const std::string& name);
 
-/// The columns of Fatture without the key, in the order in which the forms write them.
-extern const std::vector<std::string> invoice_columns;
-
 /// The INSERT of an invoice whose every text tells its number and its column, some of them too long for a
 /// page of the file.
 std::string insert_of_invoice(int number);

@@ -1,6 +1,7 @@
 #include "support/program_test.h"
 
 #include "failure.h"
+#include "support/invoice_columns.h"
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
@@ -76,49 +77,11 @@ int ProgramTest::given_customer(std::map<std::string, std::string> columns) {
 }
 
 int ProgramTest::given_invoice(std::map<std::string, std::string> columns) {
-    for (const char* name : {"Codice_Fiscale",
-                             "Partita_IVA",
-                             "Nome",
-                             "Cognome_Ragione_Sociale",
-                             "Indirizzo",
-                             "CAP",
-                             "Provincia",
-                             "Città",
-                             "Prestazione1",
-                             "Importo1",
-                             "Prestazione2",
-                             "Importo2",
-                             "Prestazione3",
-                             "Importo3",
-                             "Prestazione4",
-                             "Importo4",
-                             "Prestazione5",
-                             "Importo5",
-                             "Rivalsa",
-                             "Dicitura_Rivalsa",
-                             "Percentuale_Rivalsa",
-                             "Importo_Rivalsa",
-                             "Imponibile",
-                             "Aliquota_IVA",
-                             "Imposta_IVA",
-                             "Spese",
-                             "IVA_Spese",
-                             "Importo_Spese",
-                             "Articolo_Esenzione",
-                             "Totale_Fattura",
-                             "Ritenuta",
-                             "Importo_Ritenuta",
-                             "Percentuale_Ritenuta",
-                             "Ritenuta_Su",
-                             "Importo_Netto",
-                             "Check_Pagamento",
-                             "Pagamento"}) {
-        columns.try_emplace(name, "");
-    }
     columns.try_emplace("Numero_Fattura", "1");
     columns.try_emplace("Data_Fattura", "05/03/2006");
     columns.try_emplace("Anno", columns.at("Data_Fattura").substr(6));
     columns.try_emplace("Numero_Cliente", "1");
+    for (const std::string& name : invoice_columns) columns.try_emplace(name, "");
     sql(insert("Fatture", columns));
     return std::stoi(sql("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC").at(0).at("ID"));
 }

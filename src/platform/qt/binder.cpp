@@ -1,4 +1,5 @@
 #include "platform/qt/binder.h"
+#include "platform/bars.h"
 
 #include "platform/qt/look.h"
 #include "platform/qt/modal_turns.h"

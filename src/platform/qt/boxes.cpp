@@ -11,6 +11,7 @@
 #include <QPushButton>
 
 #include <iterator>
+#include <span>
 
 namespace tarvello::qt {
 

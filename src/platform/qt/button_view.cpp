@@ -1,3 +1,4 @@
+#include "platform/bars.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
