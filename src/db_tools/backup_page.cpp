@@ -23,7 +23,7 @@ void frmGestioneDatabase::prepare_backup() {
         enable_backup(CheckBoxBackup.checked());
     };
     OptionDestinazioneDefault.on_click = [this] {
-        TxtDestinazioneBackup.set_text(program_.in_program_directory("tarvello.bak"));
+        TxtDestinazioneBackup.set_text(default_backup());
         TxtDestinazioneBackup.set_locked(true);
         cmdSaveBackupSettings.set_enabled(true);
     };
@@ -32,6 +32,8 @@ void frmGestioneDatabase::prepare_backup() {
         TxtDestinazioneBackup.set_enabled(true);
         cmdSaveBackupSettings.set_enabled(true);
     };
+    // Saving locks the field: another click opens it again.
+    OptionDestinazioneBackup.on_click_again = OptionDestinazioneBackup.on_click;
     TxtDestinazioneBackup.on_change = [this] {
         program_.main_window().TxtDestinazioneBackup.set_text(TxtDestinazioneBackup.text());
         if (TxtDestinazioneBackup.text() == "False") TxtDestinazioneBackup.clear();
@@ -48,7 +50,16 @@ void frmGestioneDatabase::prepare_backup() {
 void frmGestioneDatabase::read_backup_settings() {
     ReadValueSetting(program_, CheckBoxBackup);
     ReadTextSetting(program_, TxtDestinazioneBackup);
+    if (!TxtDestinazioneBackup.empty()) {
+        const bool by_default = TxtDestinazioneBackup.text() == default_backup();
+        (by_default ? OptionDestinazioneDefault : OptionDestinazioneBackup).set_selected(true);
+    }
+    enable_backup(CheckBoxBackup.checked());
     cmdSaveBackupSettings.set_enabled(false); // reading is no change of the user's
+}
+
+std::string frmGestioneDatabase::default_backup() const {
+    return program_.in_program_directory("tarvello.bak");
 }
 
 void frmGestioneDatabase::enable_backup(bool enabled) {

@@ -36,7 +36,7 @@ bool CopiaFile(Platform& platform, const std::string& source, const std::string&
         if (!show_progress) {
             platform.files.copy(source, target);
         } else {
-            const ProgressWindow window(dialog, "Copia " + target);
+            const ProgressWindow window(dialog, "Copia " + destination);
             platform.files.copy(source, target, [&](std::uint64_t done, std::uint64_t total) {
                 return dialog.advance(done, total);
             });

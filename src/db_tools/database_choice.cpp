@@ -42,6 +42,12 @@ void frmGestioneDatabase::prepare_choice() {
     cmdApriDB.on_click = [this] { ApriDatabaseScelto(); };
 }
 
+void frmGestioneDatabase::show_current_database() {
+    const std::string& route = program_.main_window().txtDatabaseRoute.text();
+    txtPercorsoDatabase.set_text(route);
+    Option1[route == default_database() ? 0 : 1].set_selected(true);
+}
+
 void frmGestioneDatabase::ApriDatabaseScelto() {
     if (Option1[0].selected()) {
         open_route(default_database());

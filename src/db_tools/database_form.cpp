@@ -44,7 +44,7 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
 }
 
 void frmGestioneDatabase::on_load() {
-    txtPercorsoDatabase.set_text(program_.main_window().txtDatabaseRoute.text());
+    show_current_database();
     read_backup_settings();
     CambiaCartella(program_.platform().program_directory);
 }

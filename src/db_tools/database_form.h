@@ -78,12 +78,14 @@ protected:
 
 private:
     void prepare_choice();
+    void show_current_database();
     void ApriDatabaseScelto();
     void open_route(const std::string& route);
 
     void prepare_backup();
     void read_backup_settings();
     void enable_backup(bool enabled);
+    std::string default_backup() const;
     /// @return false if there was nothing to save under
     bool SalvaImpostazioniBackup();
 

@@ -34,6 +34,8 @@ std::string divided(std::uint64_t size, std::uint64_t unit, int decimals, const 
 
 constexpr std::uint64_t kilo = 1024;
 
+constexpr std::uint32_t read_only_mark = 1, hidden_mark = 2, compressed_mark = 2048;
+
 struct SizeStep {
     std::uint64_t below; ///< in kilobytes
     std::uint64_t unit;
@@ -69,16 +71,16 @@ void CFileInfo::Refresh() {
     const std::size_t point = FileName.rfind('.');
     FileExtension = point == std::string::npos ? std::string() : FileName.substr(point + 1);
 
-    const auto facts = full_path_name_.empty() ? std::nullopt : files.facts(full_path_name_);
-    FileExists = facts && !facts->folder;
+    const auto facts = FileName.empty() ? std::nullopt : files.facts(full_path_name_);
+    FileExists = facts.has_value();
     PathExists = !FilePath.empty() && files.folder_exists(FilePath);
-    const FileFacts known = FileExists ? *facts : FileFacts{};
+    const FileFacts known = facts.value_or(FileFacts{});
 
-    ShortPathName = full_path_name_;
-    ShortName = FileName;
-    ShortPath = FilePath;
-    DisplayName = FileExists ? FileName : std::string();
-    TypeName = FileExists ? trim(upper_case(FileExtension) + " File") : std::string();
+    ShortPathName = FileExists ? full_path_name_ : std::string();
+    ShortName = FileExists ? FileName : std::string();
+    ShortPath = FileExists ? FilePath : std::string();
+    DisplayName = ShortName;
+    TypeName = FileExists ? upper_case(FileExtension) + " File" : std::string();
     FileSize = CompressedFileSize = static_cast<std::uint32_t>(known.size & 0xFFFFFFFF);
     FileSizeHigh = CompressedFileSizeHigh = static_cast<std::uint32_t>(known.size >> 32);
     CreationTime = known.created;
@@ -86,6 +88,9 @@ void CFileInfo::Refresh() {
     ModifyTime = known.modified;
     attrReadOnly = known.read_only;
     attrHidden = FileExists && FileName.starts_with('.');
+    attrCompressed = known.compressed;
+    Attributes = (attrReadOnly ? read_only_mark : 0) | (attrHidden ? hidden_mark : 0) |
+                 (attrCompressed ? compressed_mark : 0);
 }
 
 std::string CFileInfo::FormatFileDate(const std::optional<DateTime>& date) const {

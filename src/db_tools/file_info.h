@@ -8,8 +8,8 @@
 
 namespace tarvello {
 
-/// What the disk knows about one file, formatted for the eye. A file that is not there is no failure:
-/// FileExists is false and the rest is empty or 0.
+/// What the disk knows about one file or folder, formatted for the eye. One that is not there is no failure:
+/// FileExists is false, and of the rest only the parts of the path are filled.
 class CFileInfo {
 public:
     explicit CFileInfo(Platform& platform) : platform_(platform) {}
@@ -29,12 +29,20 @@ public:
     /// The upper-case extension, followed by " File".
     std::string TypeName;
     bool FileExists = false;
+    /// The folder that it lies in is there.
     bool PathExists = false;
     /// Low and high part of the size in bytes; on disk a file takes its plain size.
     std::uint32_t FileSize = 0, FileSizeHigh = 0;
     std::uint32_t CompressedFileSize = 0, CompressedFileSizeHigh = 0;
     std::optional<DateTime> CreationTime, LastAccessTime, ModifyTime;
+    /// The marks below as one number: 1 read-only, 2 hidden, 2048 compressed.
+    std::uint32_t Attributes = 0;
     bool attrReadOnly = false, attrHidden = false;
+    /// Marks that no file system here keeps: never set.
+    bool attrSystem = false, attrArchive = false, attrTemporary = false;
+    bool attrCompressed = false;
+    /// The desktop lends no icons: always 0.
+    std::uintptr_t hIcon = 0;
 
     /// The long date, a blank and the long time; empty for no date.
     std::string FormatFileDate(const std::optional<DateTime>& date) const;

@@ -36,8 +36,8 @@ void frmGestioneDatabase::prepare_restore() {
     CheckBoxRipristinaBackup.set_caption("Ripristina Copia di Backup");
     FrameRipristino.set_caption("Ripristino Copia di Backup");
     Command5.set_caption("Ripristina");
-    ListView1.add_column({"Full Path", "", false, 5400});
-    ListView1.add_column({"Dimensione", "", true, 2000});
+    ListView1.add_column({"Full Path", "", false, 4200});
+    ListView1.add_column({"Dimensione", "", true, 1300});
     File1.set_visible(false);
     Text2.set_visible(false);
     txtLocalFolder.set_locked(true);

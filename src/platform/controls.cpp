@@ -327,7 +327,9 @@ void OptionButton::set_selected(bool selected) {
 void OptionButton::click() {
     if (!reachable()) return;
     act([&] {
-        if (form().move_focus(this) && reachable()) set_selected(true);
+        if (!form().move_focus(this) || !reachable()) return;
+        if (selected_) raise(on_click_again);
+        set_selected(true);
     });
 }
 

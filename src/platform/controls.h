@@ -400,6 +400,8 @@ public:
 
     /// The button has been chosen.
     Event on_click;
+    /// The user has clicked it although it is the chosen one.
+    Event on_click_again;
 
     // User act.
     void click();

@@ -15,6 +15,7 @@ struct FileFacts {
     bool folder = false;
     std::uint64_t size = 0; ///< bytes; 0 for a folder
     bool read_only = false; ///< this user may not write it
+    bool compressed = false; ///< by the file system
     std::optional<DateTime> created;
     std::optional<DateTime> accessed;
     std::optional<DateTime> modified;

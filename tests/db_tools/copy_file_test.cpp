@@ -72,6 +72,9 @@ TEST_F(CopyFile, TakesTheNameOfTheSourceInAFolder) {
     fake.files.make_folder(folder);
     EXPECT_TRUE(CopiaFile(platform, source, folder + "/"));
     EXPECT_EQ(fake.files.read(folder + "/tarvello.mdb"), "nuovo");
+    EXPECT_TRUE(CopiaFile(platform, source, folder, true, true));
+    EXPECT_EQ(fake.copy_dialog.asked, std::vector{folder + "/tarvello.mdb"});
+    EXPECT_EQ(fake.copy_dialog.titles, std::vector{"Copia " + folder});
 }
 
 TEST_F(CopyFile, SaysNoWhereNothingCanBeDone) {

@@ -97,7 +97,13 @@ TEST_F(DatabaseTools, BackupSettingsAreSavedOnDemand) {
 
     fake.dialogs.answer_next(in_folder("scelto.bak"));
     form().Command2[2].click();
+    form().OptionDestinazioneBackup.click();
     boxes().expect({"Impostazioni di backup salvate.", "Tarvello 4", BoxIcon::information});
+    form().cmdSaveBackupSettings.click();
+    EXPECT_TRUE(form().TxtDestinazioneBackup.locked());
+    form().OptionDestinazioneBackup.click(); // again
+    EXPECT_FALSE(form().TxtDestinazioneBackup.locked());
+    boxes().expect("Impostazioni di backup salvate.");
     form().cmdSaveBackupSettings.click();
     EXPECT_EQ(fake.settings.get("CheckBoxBackup", "value"), "1");
     EXPECT_EQ(fake.settings.get("TxtDestinazioneBackup"), in_folder("scelto.bak"));
@@ -189,20 +195,6 @@ TEST_F(DatabaseTools, RestoreMovesToTheRestoredFile) {
     EXPECT_TRUE(fs::exists(database_path)) << "the old file stays";
 }
 
-TEST_F(DatabaseTools, RestoreOverTheOpenDatabase) {
-    given_customer({{"Nome", "Anna"}});
-    database_with("copia.bak", "Bruno");
-    choose_backup(in_folder("copia.bak"));
-    windows().expect_modal("frmRipristinaBackup", [](Form& dialog) {
-        dynamic_cast<frmRipristinaBackup&>(dialog).Text1.type("tarvello.mdb");
-    });
-    boxes().expect("Si conferma l'operazione di ripristino?", Answer::yes);
-    boxes().expect_any();
-    form().Command5.click();
-    EXPECT_EQ(fake.copy_dialog.asked, std::vector<std::string>{database_path});
-    EXPECT_EQ(first_customer(), "Bruno");
-}
-
 TEST_F(DatabaseTools, AFailedRestoreLeavesTheConnectionClosed) {
     form().CheckBoxRipristinaBackup.click();
     windows().expect_modal("frmRipristinaBackup", [](Form& dialog) {
@@ -213,51 +205,6 @@ TEST_F(DatabaseTools, AFailedRestoreLeavesTheConnectionClosed) {
     EXPECT_FALSE(connected());
     EXPECT_EQ(main().txtDatabaseRoute.text(), database_path);
     EXPECT_EQ(fake.copy_dialog.failures.size(), 1U) << "the copy itself says why";
-}
-
-TEST_F(DatabaseTools, AnotherDatabaseIsChosen) {
-    const std::string other = database_with("altro.mdb", "Carla");
-    boxes().expect("Selezionare il database.");
-    form().Option1[1].click();
-    form().cmdApriDB.click(); // the prompt is still there
-    form().Text1.enter();
-    EXPECT_EQ(form().Text1.text(), "");
-    boxes().expect("Selezionare il database.");
-    form().cmdApriDB.click();
-
-    fake.dialogs.answer_next(other);
-    form().Command1.click();
-    boxes().expect({"Nuovo database caricato.", "Tarvello 4", BoxIcon::information});
-    form().cmdApriDB.click();
-    EXPECT_EQ(form().txtPercorsoDatabase.text(), other);
-    EXPECT_EQ(main().txtDatabaseRoute.text(), other);
-    EXPECT_EQ(first_customer(), "Carla");
-
-    form().Option1[0].click();
-    EXPECT_FALSE(form().Text1.enabled());
-    fs::remove(database_path);
-    form().cmdApriDB.click(); // no message: the session is not connected
-    EXPECT_FALSE(connected());
-    EXPECT_FALSE(main().mnuChiudiDatabase.enabled());
-    EXPECT_EQ(main().txtDatabaseRoute.text(), database_path);
-}
-
-TEST_F(DatabaseTools, ImportOntoTheOpenDatabase) {
-    const std::string other = database_with("altro.mdb", "Carla");
-    EXPECT_FALSE(form().cmdImpExp.enabled());
-    form().CheckBoxImportaEsporta.click();
-    fake.dialogs.answer_next(other);
-    form().Command2[0].click();
-    fake.dialogs.answer_next(database_path);
-    form().Command2[1].click();
-    boxes().expect("Copia file completata\nOrigine Dati:      " + other +
-                   "\nDestinazione:    " + database_path);
-    form().cmdImpExp.click();
-    EXPECT_EQ(fake.copy_dialog.titles, std::vector<std::string>{"Copia " + database_path});
-    EXPECT_EQ(first_customer(), "Carla");
-    EXPECT_FALSE(form().cmdImpExp.enabled());
-    form().txtDest.type("x");
-    EXPECT_TRUE(form().cmdImpExp.enabled());
 }
 
 TEST_F(DatabaseTools, ACopyThatFailsReopensTheDatabase) {

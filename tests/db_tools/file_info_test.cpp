@@ -61,9 +61,19 @@ TEST_F(FileInfo, GathersWhatTheDiskKnows) {
     info.Refresh();
     EXPECT_LT(*info.ModifyTime, before);
 
+    EXPECT_EQ(info.Attributes, 0u);
+    const std::string hidden = folder + "/.nascosta.bak";
+    std::filesystem::copy_file(path, hidden);
+    info.set_FullPathName(hidden);
+    EXPECT_TRUE(info.attrHidden);
+    EXPECT_EQ(info.Attributes, 2u);
+
+    info.set_FullPathName(path);
     std::filesystem::remove(path);
     info.Refresh();
     EXPECT_FALSE(info.FileExists);
+    EXPECT_EQ(info.FileName, "copia di sicurezza.v2.bak");
+    EXPECT_EQ(info.ShortPathName, "");
     EXPECT_TRUE(info.PathExists);
     EXPECT_EQ(info.FileSize, 0u);
     EXPECT_EQ(info.TypeName, "");
@@ -80,6 +90,9 @@ TEST_F(FileInfo, KnowsSizesPastFourGigabytes) {
 }
 
 TEST_F(FileInfo, FoldersAndRootsHaveNoName) {
+    info.set_FullPathName(folder);
+    EXPECT_TRUE(info.FileExists);
+    EXPECT_EQ(info.TypeName, " File") << "no extension";
     info.set_FullPathName(folder + "/");
     EXPECT_EQ(info.FileName, "");
     EXPECT_EQ(info.FilePath, folder + "/");

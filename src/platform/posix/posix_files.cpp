@@ -197,6 +197,7 @@ std::optional<FileFacts> PosixFiles::facts(const std::string& path) {
     facts.folder = S_ISDIR(status.stx_mode);
     facts.size = facts.folder ? 0 : status.stx_size;
     facts.read_only = ::access(path.c_str(), W_OK) != 0;
+    facts.compressed = (status.stx_attributes & STATX_ATTR_COMPRESSED) != 0;
     if (status.stx_mask & STATX_BTIME) facts.created = local(status.stx_btime);
     facts.accessed = local(status.stx_atime);
     facts.modified = local(status.stx_mtime);

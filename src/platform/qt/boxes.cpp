@@ -6,6 +6,8 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFontMetrics>
+#include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -95,28 +97,52 @@ QString filters_of(const FileDialog& dialog) {
     return filters.join(QStringLiteral(";;"));
 }
 
-std::optional<std::string> path_of(const QString& chosen) {
-    return chosen.isEmpty() ? std::nullopt : std::optional(from_qt(chosen));
+/// Wide enough for the columns of the toolkit's own dialog.
+constexpr QSize room{760, 460};
+
+std::optional<std::string> path_of(QFileDialog& window) {
+    const ModalTurn turn;
+    const ActiveAgain active_again;
+    window.resize(room);
+    if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return std::nullopt;
+    return from_qt(window.selectedFiles().first());
 }
 
 } // namespace
 
 std::optional<std::string> QtFileDialogs::open_file(const FileDialog& dialog) {
-    const ModalTurn turn;
-    const ActiveAgain active_again;
-    return path_of(QFileDialog::getOpenFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
-                                                filters_of(dialog)));
+    QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
+    window.setFileMode(QFileDialog::ExistingFile);
+    return path_of(window);
 }
 
 std::optional<std::string> QtFileDialogs::save_file(const FileDialog& dialog) {
-    const ModalTurn turn;
-    const ActiveAgain active_again;
-    return path_of(QFileDialog::getSaveFileName(windows_.parent_of_dialogs(), to_qt(dialog.title), {},
-                                                filters_of(dialog), nullptr,
-                                                QFileDialog::DontConfirmOverwrite));
+    QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
+    window.setAcceptMode(QFileDialog::AcceptSave);
+    window.setFileMode(QFileDialog::AnyFile);
+    window.setOption(QFileDialog::DontConfirmOverwrite);
+    return path_of(window);
 }
 
 // Copies
+
+namespace {
+
+/// A line that ends in a path: one too long for the window loses its middle, and is told whole by the tool
+/// tip.
+QLabel* path_label(const QString& line) {
+    constexpr int width_in_characters = 60;
+    auto* label = new QLabel;
+    const QFontMetrics metrics = label->fontMetrics();
+    const int width = width_in_characters * metrics.averageCharWidth();
+    label->setTextFormat(Qt::PlainText);
+    label->setText(metrics.elidedText(line, Qt::ElideMiddle, width));
+    label->setToolTip(line);
+    label->setMinimumWidth(width);
+    return label;
+}
+
+} // namespace
 
 QtCopyDialog::~QtCopyDialog() { end(); }
 
@@ -127,9 +153,9 @@ bool QtCopyDialog::may_replace(const std::string& destination) {
 
 void QtCopyDialog::begin(const std::string& title) {
     end();
-    progress_ =
-        new QProgressDialog(to_qt(title), QStringLiteral("Annulla"), 0, 1000, windows_.parent_of_dialogs());
+    progress_ = new QProgressDialog({}, QStringLiteral("Annulla"), 0, 1000, windows_.parent_of_dialogs());
     progress_->setWindowTitle(to_qt(title));
+    progress_->setLabel(path_label(to_qt(title)));
     progress_->setWindowModality(Qt::ApplicationModal);
     progress_->setMinimumDuration(400); // a copy that is done at once needs no window
     progress_->setValue(0);
