@@ -7,6 +7,8 @@ packages=(
     cmake g++ ninja-build pkg-config
     # windows; the Svg package brings the plug-in that draws the icons, the translations Qt's own Italian words
     qt6-base-dev libqt6svg6 qt6-translations-l10n fonts-liberation
+    # web pages
+    qt6-webengine-dev
     # documents: the word processor without its windows, how to drive it, and a Tahoma for the second print layout
     libreofficekit-dev libreoffice-writer-nogui fonts-wine
     # data

@@ -415,6 +415,12 @@ void WebBrowser::refresh() {
     if (browser) browser->refresh();
 }
 
+void Document::set_document(std::string document) {
+    if (document_ == document) return;
+    document_ = std::move(document);
+    changed(Aspect::text);
+}
+
 void TabControl::set_tab(int tab) {
     if (tab_ == tab) return;
     tab_ = tab;

@@ -554,6 +554,20 @@ private:
     bool silent_ = false;
 };
 
+/// A document that was shipped with the program, which the user reads: headings, pictures, tables, links.
+class Document : public Control {
+public:
+    using Control::Control;
+
+    /// Its name, such as "guida"; empty for none.
+    const std::string& document() const { return document_; }
+    void set_document(std::string document);
+    bool takes_focus() const override { return true; }
+
+private:
+    std::string document_;
+};
+
 /// Pages of which one is in view.
 class TabControl : public Control {
 public:

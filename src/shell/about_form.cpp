@@ -1,5 +1,6 @@
 #include "shell/about_form.h"
 
+#include "shell/help_form.h"
 #include "shell/program.h"
 #include "shell/version.h"
 #include "store/sqlite/sqlite_version.h"
@@ -19,8 +20,11 @@ frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(progr
     cmdCopia.set_caption("&Copia");
     cmdCopia.set_picture("copia");
     cmdCopia.set_tool_tip("Copia le informazioni negli appunti");
+    cmdGuida.set_caption("&Guida");
+    cmdGuida.set_tool_tip("Apre la guida di Tarvello");
     cmdOK.set_caption("&OK");
     cmdCopia.on_click = [this] { copy(); };
+    cmdGuida.on_click = [this] { show_guide(program_); };
     cmdOK.on_click = [this] { unload(); };
 }
 

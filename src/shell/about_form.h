@@ -19,6 +19,7 @@ public:
     ListView ListView1{*this, "ListView1"};
     /// Copies the list to the clipboard, a line a row.
     CommandButton cmdCopia{*this, "cmdCopia"};
+    CommandButton cmdGuida{*this, "cmdGuida"};
     CommandButton cmdOK{*this, "cmdOK"};
 
 protected:

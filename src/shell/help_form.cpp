@@ -6,7 +6,11 @@ namespace tarvello {
 
 frmHelp::frmHelp(Program& program) : Form(program, "frmHelp") {
     Text1.set_locked(true);
+    Document1.set_visible(false);
+    Command2.set_caption("&Guida");
+    Command2.set_tool_tip("Apre la guida di Tarvello");
     Command1.set_caption("&Chiudi");
+    Command2.on_click = [this] { set_guide(); };
     Command1.on_click = [this] { unload(); };
 }
 
@@ -15,9 +19,25 @@ void frmHelp::set_page(const std::string& title, const std::string& text) {
     Text1.set_text(text);
 }
 
+void frmHelp::set_guide() {
+    set_caption("Tarvello 4 - Guida");
+    Document1.set_document("guida");
+    Document1.set_visible(true);
+    Text1.set_visible(false);
+    Document1.set_focus();
+    Command2.set_visible(false);
+    set_size(12000, 10500);
+}
+
 void show_help(Program& program, const std::string& title, const std::string& text) {
     frmHelp& page = program.form<frmHelp>();
     page.set_page(title, text);
+    page.show_modal();
+}
+
+void show_guide(Program& program) {
+    frmHelp& page = program.form<frmHelp>();
+    page.set_guide();
     page.show_modal();
 }
 

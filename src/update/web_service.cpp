@@ -3,6 +3,7 @@
 #include "shell/main_window.h"
 #include "shell/maker_site.h"
 #include "shell/program.h"
+#include "shell/settings.h"
 #include "shell/version.h"
 #include "text/utf8.h"
 #include "update/update_wait.h"
@@ -18,6 +19,7 @@ constexpr std::int16_t banner_end = 40;
 
 frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"), program_(program) {
     set_caption("Tarvello 4 - Verifica Aggiornamenti");
+    set_size(11500, 8700);
     Label1.set_caption("Verifica il tuo numero di versione con quello sul sito e se disponibile scarica la "
                        "versione aggiornata");
     labelVersion.set_caption("Versione corrente");
@@ -40,6 +42,9 @@ void frmWebService::on_load() {
     main.txtGiorniTraCuiAvvisare.set_text("0");
     main.txtDataUltimoAggiornamento.set_text(
         short_date_text(program_.platform().clock.today(), program_.regional()));
+    // At once: the fields of the main window do not outlive the session, and the next start counts from here.
+    SaveTextSetting(program_, main.txtGiorniTraCuiAvvisare);
+    SaveTextSetting(program_, main.txtDataUltimoAggiornamento);
 }
 
 void frmWebService::press(const std::string& key) {

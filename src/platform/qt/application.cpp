@@ -6,6 +6,7 @@
 
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QTranslator>
 
@@ -14,7 +15,26 @@
 
 namespace tarvello::qt {
 
-Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
+namespace {
+
+constexpr const char* x11_graphics = "QT_XCB_GL_INTEGRATION";
+
+/// What must stand before the application object comes. The browser, whose library is loaded later, asks for
+/// a graphics context that the toolkit shares, and draws its pages without it. So there is one, and nothing
+/// behind it: a real one would cost every start the graphics driver, 60 MB, and the main window would be
+/// made anew before the user's eyes when the first page comes into it.
+int& prepare(int& argc) {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    qputenv(x11_graphics, "none");
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // that it is missing
+    return argc;
+}
+
+} // namespace
+
+Application::Application(int& argc, char** argv) : QApplication(prepare(argc), argv) {
+    QLoggingCategory::setFilterRules({});
+    qunsetenv(x11_graphics); // programs that this one opens draw as they like
     setApplicationName(QStringLiteral("tarvello"));
     setApplicationDisplayName(QString());
     setWindowIcon(picture_icon("tarvello"));

@@ -65,8 +65,9 @@ void WidgetView::show(Aspect aspect) {
 void WidgetView::show_colors() { paint_with(*widget_, control_.back_color(), control_.fore_color()); }
 
 std::unique_ptr<WidgetView> make_view(WindowBinder& binder, Control& control, QObject& widget) {
-    for (const auto make : {make_text_view, make_combo_view, make_button_view, make_list_view,
-                            make_list_box_view, make_date_view, make_plain_view}) {
+    for (const auto make :
+         {make_text_view, make_combo_view, make_button_view, make_list_view, make_list_box_view,
+          make_date_view, make_browser_view, make_document_view, make_plain_view}) {
         if (auto view = make(binder, control, widget)) return view;
     }
     return nullptr;

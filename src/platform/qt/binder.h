@@ -158,6 +158,8 @@ std::unique_ptr<WidgetView> make_button_view(WindowBinder& binder, Control& cont
 std::unique_ptr<WidgetView> make_list_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_list_box_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_date_view(WindowBinder& binder, Control& control, QObject& widget);
+std::unique_ptr<WidgetView> make_browser_view(WindowBinder& binder, Control& control, QObject& widget);
+std::unique_ptr<WidgetView> make_document_view(WindowBinder& binder, Control& control, QObject& widget);
 std::unique_ptr<WidgetView> make_plain_view(WindowBinder& binder, Control& control, QObject& widget);
 
 /// The code of the character that a key writes, or of Backspace, Enter or Escape; 0 for every other key, and

@@ -430,9 +430,7 @@ std::unique_ptr<WidgetView> make_plain_view(WindowBinder& binder, Control& contr
     if (dynamic_cast<Shape*>(&control)) return std::make_unique<ShapeView>(binder, control, *widget);
     if (auto* frame = dynamic_cast<Frame*>(&control))
         return std::make_unique<FrameView>(binder, *frame, *widget);
-    if (dynamic_cast<Toolbar*>(&control) || dynamic_cast<WebBrowser*>(&control)) {
-        return std::make_unique<BareView>(binder, control, *widget);
-    }
+    if (dynamic_cast<Toolbar*>(&control)) return std::make_unique<BareView>(binder, control, *widget);
     return nullptr;
 }
 

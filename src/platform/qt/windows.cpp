@@ -26,6 +26,7 @@ namespace {
 
 /// The one window without a frame.
 constexpr const char* splash = "frmSplash";
+constexpr const char* main_window = "MDIForm1";
 
 } // namespace
 
@@ -61,6 +62,7 @@ void QtWindows::clear() {
     // Those in the multi-document area go before the main window around them.
     while (!open_.empty()) open_.pop_back();
     closed_.clear();
+    waiting_.clear();
     main_ = nullptr;
 }
 
@@ -204,7 +206,27 @@ void QtWindows::bring_up(Open& open) {
 
 void QtWindows::show(Form& form) {
     Open* known = find(form);
+    if (!known && !main_ && form.name() != splash && form.name() != main_window) {
+        if (!awaits_main(form)) waiting_.push_back(form.shared_from_this());
+        return;
+    }
     bring_up(known ? *known : open(form, false));
+    if (waiting_.empty()) return;
+    // When the main window has its size, and its area with it.
+    QMetaObject::invokeMethod(
+        this, [this] { show_waiting(); }, Qt::QueuedConnection);
+}
+
+void QtWindows::show_waiting() {
+    while (main_ && !waiting_.empty()) {
+        const auto next = waiting_.front();
+        waiting_.pop_front();
+        bring_up(open(*next, false));
+    }
+}
+
+bool QtWindows::awaits_main(const Form& form) const {
+    return std::any_of(waiting_.begin(), waiting_.end(), [&](const auto& it) { return it.get() == &form; });
 }
 
 void QtWindows::show_modal(Form& form) {
@@ -224,6 +246,7 @@ void QtWindows::show_modal(Form& form) {
 }
 
 void QtWindows::close(Form& form) {
+    std::erase_if(waiting_, [&](const auto& it) { return it.get() == &form; });
     for (auto it = open_.begin(); it != open_.end(); ++it) {
         if (it->form.get() != &form) continue;
         it->binder->part();

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <deque>
 #include <functional>
 #include <list>
 #include <memory>
@@ -34,7 +35,7 @@ private:
 
 /// The windows on the screen. The main window holds a multi-document area, in which the other windows live
 /// that are shown and not waited for; those that are waited for are dialogs of their own. What is shown
-/// before there is a main window has no frame.
+/// before there is a main window, and is not the splash, comes up in the area when that window does.
 class QtWindows final : public QObject, public Windows {
 public:
     explicit QtWindows(const RegionalSettings& regional);
@@ -82,6 +83,8 @@ private:
     Open& open(Form& form, bool modal);
     Open* find(const Form& form);
     const Open* find(const Form& form) const;
+    bool awaits_main(const Form& form) const;
+    void show_waiting();
     void put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal);
     void size_frame(Open& open);
     /// Where the form asks for a place of its own.
@@ -97,7 +100,8 @@ private:
     const RegionalSettings& regional_;
     QMainWindow* main_ = nullptr;
     std::list<Open> open_;
-    std::list<Open> closed_; // off the screen, but handlers of theirs may still be running
+    std::list<Open> closed_;                    // off the screen, but handlers of theirs may still be running
+    std::deque<std::shared_ptr<Form>> waiting_; // shown before there was a main window
     bool hourglass_ = false;
 };
 

@@ -1,0 +1,172 @@
+#include "desktop/desktop_test.h"
+#include "platform/qt/qt_text.h"
+#include "shell/version.h"
+#include "update/update_reminder.h"
+#include "update/web_service.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QProcess>
+#include <QProgressBar>
+#include <QTest>
+
+namespace tarvello::testing {
+namespace {
+
+using qt::from_qt;
+using qt::to_qt;
+
+/// A site on this computer, of pages whose title is their name.
+class Site {
+public:
+    explicit Site(const QStringList& pages) {
+        for (const QString& page : pages) {
+            QFile file(folder_.filePath(page + ".html"));
+            EXPECT_TRUE(file.open(QFile::WriteOnly));
+            file.write("<html lang=it><title>" + page.toUtf8() + "</title><script>missing.call()</script>" +
+                       page.toUtf8());
+        }
+        server_.start("python3",
+                      {"-u", "-m", "http.server", "0", "--bind", "127.0.0.1", "--directory", folder_.path()});
+        EXPECT_TRUE(server_.waitForReadyRead(20000)) << "no server";
+        const QString started = QString::fromUtf8(server_.readAllStandardOutput());
+        port_ = started.section(" port ", 1).section(' ', 0, 0);
+    }
+    ~Site() {
+        server_.kill();
+        server_.waitForFinished();
+    }
+    std::string address(const QString& page) const {
+        return "http://127.0.0.1:" + from_qt(port_) + "/" + from_qt(page) + ".html";
+    }
+
+private:
+    QTemporaryDir folder_;
+    QProcess server_;
+    QString port_;
+};
+
+struct UpdateWindows : DesktopTest {
+    std::string days_ago(int days) {
+        const std::chrono::sys_days today = program().platform().clock.today();
+        return short_date_text(today - std::chrono::days(days), RegionalSettings());
+    }
+    std::string stored(const char* field) {
+        return program().platform().settings.read(application_name, field, "text").value_or("");
+    }
+    /// The windows inside the main one, the active one first.
+    std::vector<std::string> children() {
+        auto* area = user.window("MDIForm1")->findChild<QMdiArea*>("ui_mdi");
+        std::vector<std::string> names;
+        for (QMdiSubWindow* child : area->subWindowList(QMdiArea::StackingOrder))
+            names.insert(names.begin(), from_qt(child->widget()->objectName()));
+        return names;
+    }
+    void answer_first_run() {
+        user.expect_modal("frmRegister", [&] {
+            user.type("frmRegister", "Text1", "Studio Rossi");
+            user.expect_box("Se i dati inseriti sono corretti premere 'Si'.\n"
+                            "Attenzione! I dati verranno visualizzati nell'intestazione\n"
+                            "delle fatture da stampare.\nContinuare?",
+                            Answer::yes);
+            user.click("frmRegister", "Command1");
+        });
+    }
+    /// The title of the page in the web window becomes this.
+    bool page_becomes(const QString& title) {
+        QWidget* frame = user.widget("frmWebService", "WebBrowser1");
+        return QTest::qWaitFor(
+            [&] {
+                for (QWidget* page : frame->findChildren<QWidget*>())
+                    if (page->property("title").toString() == title) return true;
+                return false;
+            },
+            40000);
+    }
+};
+
+TEST_F(UpdateWindows, AtTheFirstStartTheReminderComesFirstAndItsPageStandsInTheMainWindow) {
+    user.expect_modal("DialogAggiornamento", [&] {
+        user.take_picture("DialogAggiornamento", "promemoria");
+        user.choose("DialogAggiornamento", "Combo1", 1);
+        user.click("DialogAggiornamento", "OKButton");
+    });
+    answer_first_run();
+    start_with_splash();
+    user.expect_none_left();
+    EXPECT_EQ(children(), std::vector<std::string>{"frmWebService"});
+    EXPECT_GE(user.window("frmWebService")->parentWidget()->x(), 0) << "all of it is in view";
+    const std::string banner = "Versione installata: " + version_text();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return user.shown("frmWebService", "labelVersion") == banner; }, 5000));
+    EXPECT_EQ(stored("txtDataUltimoAggiornamento"), days_ago(0));
+    EXPECT_EQ(stored("txtGiorniTraCuiAvvisare"), "0") << "a look at the page makes up for the days put off";
+    finish();
+
+    start_with_splash(); // without a reminder
+    EXPECT_EQ(children(), std::vector<std::string>{});
+    finish();
+}
+
+TEST_F(UpdateWindows, TheReminderComesOnTheDay) {
+    start();
+    struct {
+        const char* what;
+        std::string last;
+        const char* extra;
+        bool comes;
+    } const cases[] = {{"30 days", days_ago(30), "0", false},        {"31 days", days_ago(31), "0", true},
+                       {"37 days", days_ago(37), "7", false},        {"38 days", days_ago(38), "7", true},
+                       {"a date to come", days_ago(-1), "0", false}, {"no date", "ieri", "0", false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        SettingsStore& settings = program().platform().settings;
+        settings.write(application_name, "txtDataUltimoAggiornamento", "text", c.last);
+        settings.write(application_name, "txtGiorniTraCuiAvvisare", "text", c.extra);
+        if (c.comes) user.expect_modal("DialogAggiornamento");
+        ControllaAggiornamenti(program());
+        user.expect_none_left();
+    }
+    finish();
+}
+
+TEST_F(UpdateWindows, ThePageOpensAfterTheWaitAndTheButtonsTurnItsPages) {
+    const Site site({"uno", "due"});
+    start();
+    SettingsStore& settings = program().platform().settings;
+    settings.write(application_name, "txtDataUltimoAggiornamento", "text", days_ago(20));
+    user.expect_box(
+        "Per verificare la disponibilità di aggiornamenti è necessario essere collegati a internet. \n"
+        "Se si è collegati a internet premere 'OK' altrimenti premere 'Annulla'",
+        Answer::ok);
+    user.expect_modal("frmAttesaControlloAggiornamenti", [&] {
+        auto* bar = user.widget<QProgressBar>("frmAttesaControlloAggiornamenti", "ProgressBar1");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() > 50; }));
+        user.take_picture("frmAttesaControlloAggiornamenti", "attesa");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !user.is_shown("frmAttesaControlloAggiornamenti"); }));
+    });
+    user.choose_menu("MDIForm1", "mnuScaricaAggiornamenti");
+    EXPECT_EQ(children(), std::vector<std::string>{"frmWebService"});
+    EXPECT_EQ(stored("txtDataUltimoAggiornamento"), days_ago(0)) << "reached or not";
+
+    auto& form = program().form<frmWebService>();
+    form.WebBrowser1.navigate(site.address("uno"));
+    ASSERT_TRUE(page_becomes("uno"));
+    user.take_picture("MDIForm1", "aggiornamenti");
+    form.WebBrowser1.navigate(site.address("due"));
+    EXPECT_TRUE(page_becomes("due"));
+    user.click("frmWebService", "Toolbar1_2");
+    EXPECT_TRUE(page_becomes("uno")) << "back";
+    user.click("frmWebService", "Toolbar1_4");
+    EXPECT_TRUE(page_becomes("due")) << "forward";
+    user.click("frmWebService", "Toolbar1_3");
+    user.click("frmWebService", "Toolbar1_5");
+    EXPECT_FALSE(program().loaded("frmWebService"));
+    user.choose_menu("MDIForm1", "mnuFatture");
+    EXPECT_EQ(children(), std::vector<std::string>{"frmTarvello"});
+    finish();
+}
+
+} // namespace
+} // namespace tarvello::testing
