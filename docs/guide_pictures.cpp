@@ -116,7 +116,9 @@ protected:
         QProcess reader;
         reader.start("pdftoppm", {"-png", "-r", "75", "-singlefile", to_qt(pdf), to_qt(pdf)});
         EXPECT_TRUE(reader.waitForFinished());
-        save(QImage(to_qt(pdf + ".png")), name);
+        QImage paper(to_qt(pdf + ".png"));
+        QPainter(&paper).drawRect(0, 0, paper.width() - 1, paper.height() - 1);
+        save(paper, name);
     }
     std::string in_pictures_folder(const std::string& name) const { return from_qt(pictures_) + "/" + name; }
 
@@ -264,7 +266,7 @@ void Guide::first_start() {
     });
     start_with_splash();
     user.expect_none_left();
-    user.window("MDIForm1")->resize(880, 620);
+    user.window("MDIForm1")->resize(780, 560);
     user.move_mouse_over("MDIForm1", "Label2_0");
     take("MDIForm1", "finestra-principale");
     user.window("MDIForm1")->resize(1100, 860); // room for every window inside
@@ -413,7 +415,7 @@ void Guide::more_customers_and_invoices() {
 void Guide::find_again() {
     const char* const results = "frmRisultatiRicercaFatture";
     const auto take_list = [&](const char* name) {
-        user.window(results)->resize(860, 300);
+        user.window(results)->resize(780, 300);
         user.click_row(results, "ListView1", 0);
         take(results, name);
         user.click(results, "cmdVisualizza");
