@@ -37,7 +37,7 @@ void frmGestioneDatabase::prepare_restore() {
     FrameRipristino.set_caption("Ripristino Copia di Backup");
     Command5.set_caption("Ripristina");
     ListView1.add_column({"Full Path", "", false, 4200});
-    ListView1.add_column({"Dimensione", "", true, 1300});
+    ListView1.add_column({"Dimensione", "", true, 1500});
     File1.set_visible(false);
     Text2.set_visible(false);
     txtLocalFolder.set_locked(true);

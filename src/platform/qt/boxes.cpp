@@ -7,10 +7,12 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFontMetrics>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QTreeView>
 
 #include <iterator>
 #include <span>
@@ -97,13 +99,17 @@ QString filters_of(const FileDialog& dialog) {
     return filters.join(QStringLiteral(";;"));
 }
 
-/// Wide enough for the columns of the toolkit's own dialog.
+/// Of the toolkit's own dialog, which shows where the desktop has none: wide enough for its columns.
 constexpr QSize room{760, 460};
 
 std::optional<std::string> path_of(QFileDialog& window) {
     const ModalTurn turn;
     const ActiveAgain active_again;
     window.resize(room);
+    if (const auto* files = window.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return std::nullopt;
     return from_qt(window.selectedFiles().first());
 }
