@@ -1,22 +1,25 @@
 #!/usr/bin/env python3
 """Compares what the program read from an Access file with what other programs read from it, value by value.
 
-    access_readers.py FILE DUMP
+    access_readers.py FILE DUMP FOLDER
 
 DUMP holds a line of JSON for each table: its name, columns, and rows of texts as the program shows them, null for
-null. Asks mdb-export (mdbtools), and mdb-reader (npm) if TARVELLO_MDB_READER names the folder of that package.
-Ends with 77 if mdb-export is not there.
+null. Asks mdb-export (mdbtools) and mdb-reader, a package that npm brings into FOLDER the first time. Ends with 77
+and says why if one of them could not be asked and nobody disagrees.
 """
 import csv
+import fcntl
 import io
 import json
 import os
 import shutil
 import subprocess
 import sys
+import time
 
 NULL = "\x01null\x01"
 DATE = "%d/%m/%Y"
+WANTED = os.path.join(os.path.dirname(os.path.abspath(__file__)), "npm")
 JAVASCRIPT = """
 const MDBReader = (await import(process.argv[1])).default;
 const fs = await import("fs");
@@ -32,6 +35,37 @@ for (const name of process.argv.slice(3)) {
 }
 console.log(JSON.stringify(result));
 """
+
+
+def file_text(*path):
+    path = os.path.join(*path)
+    return open(path, encoding="utf-8").read() if os.path.exists(path) else None
+
+
+def mdb_reader(folder):
+    """The folder of the package, and what is wrong if there is none."""
+    if not shutil.which("node") or not shutil.which("npm"):
+        return None, "node and npm are not installed"
+    os.makedirs(folder, exist_ok=True)
+    with open(os.path.join(folder, "lock"), "w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)  # tests run side by side
+        package, failed = os.path.join(folder, "node_modules", "mdb-reader"), os.path.join(folder, "failed")
+        versions = file_text(WANTED, "package-lock.json")
+        # npm writes its own list last of all.
+        if file_text(folder, "package-lock.json") == versions and file_text(folder, "node_modules", ".package-lock.json"):
+            return package, None
+        if os.path.exists(failed) and time.time() - os.path.getmtime(failed) < 600:
+            return None, file_text(failed)
+        for name in ("package.json", "package-lock.json"):
+            shutil.copy(os.path.join(WANTED, name), folder)
+        result = subprocess.run(["npm", "ci", "--ignore-scripts", "--no-audit", "--no-fund", "--fetch-retries=0",
+                                 "--fetch-timeout=20000"], cwd=folder, capture_output=True, text=True)
+        if result.returncode == 0:
+            return package, None
+        reason = "npm could not bring mdb-reader: " + result.stderr.strip()[:500]
+        with open(failed, "w", encoding="utf-8") as file:
+            file.write(reason)
+        return None, reason
 
 
 def by_mdb_export(path, table):
@@ -66,19 +100,23 @@ def compare(who, table, columns, ours, theirs):
 
 
 def main():
-    path, dump = sys.argv[1:]
-    if not shutil.which("mdb-export"):
-        return 77
+    path, dump, folder = sys.argv[1:]
     tables = [json.loads(line) for line in open(dump, encoding="utf-8")]
-    package = os.environ.get("TARVELLO_MDB_READER")
-    read = by_mdb_reader(package, path, [table["name"] for table in tables]) if package else {}
-    bad = 0
-    for table in tables:
-        bad += compare("mdb-export", table["name"], table["columns"], table["rows"], by_mdb_export(path, table["name"]))
-        if package:
-            bad += compare("mdb-reader", table["name"], table["columns"], table["rows"], read[table["name"]])
-    print(f"{path}: {sum(len(table['rows']) for table in tables)} rows compared" + (", mdb-reader too" if package else ""))
-    return 1 if bad else 0
+    names = [table["name"] for table in tables]
+    package, missing = mdb_reader(folder)
+    read = {}
+    if package:
+        read["mdb-reader"] = by_mdb_reader(package, path, names)
+    if shutil.which("mdb-export"):
+        read["mdb-export"] = {name: by_mdb_export(path, name) for name in names}
+    else:
+        missing = "mdbtools is not installed"
+    bad = sum(compare(who, table["name"], table["columns"], table["rows"], theirs[table["name"]])
+              for who, theirs in read.items() for table in tables)
+    print(f"{path}: {sum(len(table['rows']) for table in tables)} rows compared with {' and '.join(read) or 'nobody'}")
+    if missing:
+        print(f"not all were asked: {missing}")
+    return 1 if bad else 77 if missing else 0
 
 
 if __name__ == "__main__":
