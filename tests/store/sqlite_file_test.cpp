@@ -46,21 +46,6 @@ private:
     sqlite3* database_ = nullptr;
 };
 
-/// While it lives the super-user, as whom tests may run, is nobody: permissions count again.
-class AsOrdinaryUser {
-public:
-    AsOrdinaryUser() {
-        constexpr uid_t nobody = 65534;
-        EXPECT_TRUE(!was_root_ || ::seteuid(nobody) == 0);
-    }
-    ~AsOrdinaryUser() { EXPECT_TRUE(!was_root_ || ::seteuid(0) == 0); }
-    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
-    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
-
-private:
-    const bool was_root_ = ::geteuid() == 0;
-};
-
 class SqliteFileTest : public ::testing::Test {
 protected:
     SqliteFileTest() {
@@ -126,16 +111,6 @@ TEST_F(SqliteFileTest, WhatIsNoDatabaseDoesNotOpenAndStaysAsItIs) {
     EXPECT_EQ(folder.names(), names) << "nothing was created";
 }
 
-TEST_F(SqliteFileTest, AFileWithoutReadPermissionDoesNotOpen) {
-    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
-    EXPECT_THAT(open_failure(path), HasSubstr("permesso")) << "also for the super-user";
-    ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
-    if (::geteuid() != 0) return;
-    ASSERT_EQ(::chmod(folder.path.c_str(), 0755), 0);
-    const AsOrdinaryUser someone_else;
-    EXPECT_THAT(open_failure(path), HasSubstr("permesso"));
-}
-
 TEST_F(SqliteFileTest, AFileWithoutTheTablesOpens) {
     const std::string other = folder.in("altro.mdb");
     write_bytes(other, "");
@@ -143,90 +118,6 @@ TEST_F(SqliteFileTest, AFileWithoutTheTablesOpens) {
     connection.open(other);
     EXPECT_THAT(failure_of([&] { run(connection, "SELECT * FROM Clienti"); }), HasSubstr("Clienti"));
     EXPECT_THAT(failure_of([&] { run(connection, insert_of_invoice(1)); }), HasSubstr("Fatture"));
-}
-
-TEST_F(SqliteFileTest, AReadOnlyFileIsReadAndNotWritten) {
-    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-    const std::string before = bytes_of(path);
-    const auto try_it = [&] {
-        connection.open(path);
-        EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 40U);
-        EXPECT_THAT(write_failure(), HasSubstr("sola lettura"));
-        EXPECT_EQ(run(connection, "SELECT * FROM Fatture WHERE Nome='cambiato'").size(), 0U);
-        connection.close();
-    };
-    try_it();
-    ASSERT_EQ(::chmod(folder.path.c_str(), 0555), 0);
-    {
-        const AsOrdinaryUser someone_else;
-        try_it();
-        EXPECT_EQ(folder.names(), std::vector<std::string>{"archivio.mdb"});
-    }
-    ASSERT_EQ(::chmod(folder.path.c_str(), 0755), 0);
-    EXPECT_EQ(bytes_of(path), before);
-}
-
-TEST_F(SqliteFileTest, AFolderThatTakesNoJournalMakesWritesFail) {
-    ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
-    ASSERT_EQ(::chmod(folder.path.c_str(), 0555), 0);
-    {
-        const AsOrdinaryUser someone_else;
-        connection.open(path);
-        EXPECT_THAT(write_failure(), HasSubstr("cartella"));
-        connection.close();
-    }
-    ASSERT_EQ(::chmod(folder.path.c_str(), 0755), 0);
-}
-
-TEST_F(SqliteFileTest, AFileTakenAwayUnderTheProgramFailsAndTheNewOneIsLeftAlone) {
-    Recordset half_read;
-    connection.open(path);
-    half_read.open("SELECT * FROM Fatture", connection);
-    const std::string whole = bytes_of(path);
-
-    std::filesystem::remove(path);
-    EXPECT_THAT(write_failure(), HasSubstr("sostituito o eliminato"));
-    EXPECT_THROW(run(connection, "SELECT * FROM Fatture"), Failure);
-    EXPECT_FALSE(std::filesystem::exists(path));
-
-    write_bytes(path, whole);
-    EXPECT_THAT(write_failure(), HasSubstr("sostituito o eliminato"));
-    EXPECT_EQ(bytes_of(path), whole);
-    EXPECT_EQ(half_read.text("ID"), "1") << "a row once read stays readable";
-    half_read.close();
-    EXPECT_THAT(folder.names(), ElementsAre("archivio.mdb"));
-
-    connection.close();
-    connection.open(path);
-    EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 40U);
-}
-
-TEST_F(SqliteFileTest, AFileOverwrittenInPlaceFailsOrIsReadAnew) {
-    const std::string whole = bytes_of(path);
-    connection.open(path);
-    run(connection, "SELECT * FROM Fatture");
-    write_bytes(path, "garbage");
-    EXPECT_THROW(run(connection, "SELECT * FROM Fatture"), Failure);
-    write_failure();
-    write_bytes(path, std::string(whole.size(), '\x7f'));
-    EXPECT_THROW(run(connection, "SELECT * FROM Fatture"), Failure);
-    write_failure();
-    write_bytes(path, "");
-    EXPECT_THROW(run(connection, "SELECT * FROM Fatture"), Failure);
-    EXPECT_THROW(run(connection, insert_of_invoice(41)), Failure);
-    write_bytes(path, whole);
-    EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 40U);
-}
-
-TEST_F(SqliteFileTest, AFileMadeReadOnlyUnderTheProgramRefusesWrites) {
-    connection.open(path);
-    run(connection, insert_of_invoice(41));
-    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-    EXPECT_THAT(write_failure(), HasSubstr("sola lettura"));
-    EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 41U);
-    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
-    run(connection, insert_of_invoice(42));
-    EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 42U);
 }
 
 TEST_F(SqliteFileTest, AnotherProgramMayReadWriteAndChangeTheTables) {

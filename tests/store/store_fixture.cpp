@@ -1,6 +1,7 @@
 #include "store/store_fixture.h"
 
 #include "support/invoice_columns.h"
+#include "support/program_test.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -28,6 +29,21 @@ std::vector<std::string> TemporaryFolder::names() const {
     std::sort(names.begin(), names.end());
     return names;
 }
+
+namespace {
+
+/// A file that Access made.
+void make_access_file(const std::string& path) {
+    std::filesystem::copy_file(TARVELLO_TEST_DATA "/data/access/vuoto.mdb", path);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add);
+}
+
+} // namespace
+
+const EngineKind engine_kinds[2] = {{"SQLite", make_database}, {"Access", make_access_file}};
+
+std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info) { return info.param.name; }
 
 std::string bytes_of(const std::string& path) {
     std::ifstream file(path, std::ios::binary);

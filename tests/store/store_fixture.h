@@ -34,6 +34,15 @@ void write_bytes(const std::string& path, const std::string& bytes);
 /// The description of the failure that `act` ends with; fails the test if it ends with none.
 std::string failure_of(const std::function<void()>& act);
 
+/// An engine, for the tests that run on each.
+struct EngineKind {
+    const char* name;
+    /// Makes a file with the three tables and no row.
+    void (*make)(const std::string& path);
+};
+extern const EngineKind engine_kinds[2];
+std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info);
+
 using Row = std::vector<std::string>;
 
 /// Runs a statement by a recordset of its own. @return all rows, nulls as "(null)"

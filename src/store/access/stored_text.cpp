@@ -6,6 +6,8 @@ namespace tarvello::store::access {
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
+/// What compressed texts start with.
+constexpr std::uint8_t mark[] = {0xFF, 0xFE};
 
 bool is_high(std::uint32_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool is_low(std::uint32_t unit) { return (unit & 0xFC00) == 0xDC00; }
@@ -23,6 +25,21 @@ void append_utf16(Bytes bytes, std::string& into) {
             utf8::append(into, is_high(unit) || is_low(unit) ? replacement : static_cast<char32_t>(unit));
         }
     }
+}
+
+/// A text that itself starts with the mark, which is the character U+FEFF: a compressed one that switches to
+/// two bytes a character at once.
+std::vector<std::uint8_t> behind_mark(const std::vector<std::uint8_t>& wide) {
+    std::vector<std::uint8_t> bytes{mark[0], mark[1], 0};
+    for (std::size_t i = 0; i < wide.size(); i += 2) {
+        if (wide[i] == 0) {
+            throw not_writable("Il testo comincia con il carattere invisibile U+FEFF, che un file Access non "
+                               "può tenere insieme con gli altri.");
+        }
+        bytes.push_back(wide[i]);
+        bytes.push_back(wide[i + 1]);
+    }
+    return bytes;
 }
 
 } // namespace
@@ -53,7 +70,7 @@ std::vector<std::uint8_t> encode_utf16(std::string_view text) {
 
 void decode_text(Bytes bytes, std::string& into) {
     into.clear();
-    if (bytes.size() < 2 || bytes[0] != 0xFF || bytes[1] != 0xFE) {
+    if (bytes.size() < 2 || bytes[0] != mark[0] || bytes[1] != mark[1]) {
         append_utf16(bytes, into);
         return;
     }
@@ -92,9 +109,10 @@ void decode_text(Bytes bytes, std::string& into) {
 
 std::vector<std::uint8_t> encode_text(std::string_view text, bool compress) {
     std::vector<std::uint8_t> wide = encode_utf16(text);
+    if (wide.size() >= 2 && wide[0] == mark[0] && wide[1] == mark[1]) return behind_mark(wide);
     if (!compress) return wide;
     // Only texts that stay in the one-byte form throughout are compressed: the switch saves little.
-    std::vector<std::uint8_t> narrow{0xFF, 0xFE};
+    std::vector<std::uint8_t> narrow(std::begin(mark), std::end(mark));
     narrow.reserve(2 + wide.size() / 2);
     for (std::size_t i = 0; i < wide.size(); i += 2) {
         if (wide[i] == 0 || wide[i + 1] != 0) return wide;

@@ -17,6 +17,7 @@ std::vector<std::uint8_t> encode_utf16(std::string_view text);
 void decode_text(Bytes bytes, std::string& into);
 /// A text for a row.
 /// @param compress  compress it if that makes it shorter
+/// @throws Failure if it starts as compressed texts do and cannot be told from them
 std::vector<std::uint8_t> encode_text(std::string_view text, bool compress);
 
 } // namespace tarvello::store::access

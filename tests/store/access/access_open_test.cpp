@@ -95,43 +95,5 @@ TEST(AccessOpening, AFileThatAnAccessUserHasIsReadOnly) {
     EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture"), HasSubstr("aperto in Access"));
 }
 
-TEST(AccessOpening, AReadOnlyFileOpensAndItsWritesFail) {
-    const ScratchFolder folder;
-    const std::string path = folder.copy_of("archivio.mdb");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-    const auto engine = open(path);
-    EXPECT_EQ(run(*engine, "SELECT * FROM Fatture").size(), 300U);
-    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture WHERE ID=1"), HasSubstr("di sola lettura"));
-    EXPECT_EQ(file_bytes(path), file_bytes(access_sample("archivio.mdb")));
-}
-
-TEST(AccessOpening, NoticesAFileThatIsReplacedOrChangedUnderIt) {
-    const ScratchFolder folder;
-    const std::string path = folder.copy_of("archivio.mdb");
-    const auto engine = open(path);
-    EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").size(), 37U);
-    std::string bytes = file_bytes(access_sample("vuoto.mdb"));
-    std::filesystem::resize_file(path, bytes.size());
-    {
-        std::FILE* file = std::fopen(path.c_str(), "r+b");
-        ASSERT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
-        std::fclose(file);
-    }
-    EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").size(), 0U);
-    std::filesystem::remove(path);
-    EXPECT_THAT(failure_of(*engine, "SELECT * FROM Clienti"), HasSubstr("va riaperto"));
-    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"), HasSubstr("va riaperto"));
-}
-
-TEST(AccessOpening, ResultsThatOutliveTheirEngineFailWithWords) {
-    const ScratchFolder folder;
-    auto engine = open(folder.copy_of("archivio.mdb"));
-    const auto rows = engine->run(store::parse_statement("SELECT * FROM Clienti"));
-    ASSERT_TRUE(rows->next());
-    engine.reset();
-    EXPECT_THROW(rows->value(0), Failure);
-    EXPECT_THROW(rows->next(), Failure);
-}
-
 } // namespace
 } // namespace tarvello::testing
