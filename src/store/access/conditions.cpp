@@ -49,6 +49,9 @@ ValueView read_value(PageStore& store, const RowView& row, const ColumnDefinitio
     case StoredType::memo:
         read_memo(store, *stored, text);
         return std::string_view(text);
+    case StoredType::guid:
+        text = guid_text(*stored);
+        return std::string_view(text);
     default:
         return fixed_value(*stored, column);
     }

@@ -46,7 +46,11 @@ File::File(std::string path, Mode mode, FileWatch* watch)
     if (!allow(FileCall::open)) fail("Apertura", EIO);
     int flags = O_CLOEXEC | (mode == Mode::read_only ? O_RDONLY : O_RDWR);
     if (mode == Mode::create) flags |= O_CREAT | O_TRUNC;
-    handle_ = ::open(path_.c_str(), flags, 0666);
+    handle_ = ::open(path_.c_str(), flags, 0600);
+    if (handle_ < 0 && mode == Mode::create && errno == EACCES) {
+        throw Failure(access_failure::file, source,
+                      "Non è possibile scrivere nella cartella del file \"" + path_ + "\".");
+    }
     if (handle_ < 0) fail("Apertura", errno);
     struct stat status {};
     if (::fstat(handle_, &status) != 0 || !S_ISREG(status.st_mode)) {
@@ -118,17 +122,35 @@ void File::truncate(std::uint64_t size) {
 
 bool File::lock() {
     if (!allow(FileCall::lock)) return false;
-    if (::flock(handle_, LOCK_EX | LOCK_NB) != 0) return false;
+    if (::flock(handle_, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK) return false;
+        // Network folders refuse it for a file that is open for reading; the other lock is enough there.
+        if (errno != EBADF || can_write_) fail("Chiusura agli altri programmi", errno);
+    }
     // Programs that share files over a network lock ranges and do not see the lock above.
     struct flock range {};
     range.l_type = static_cast<short>(can_write_ ? F_WRLCK : F_RDLCK);
     range.l_whence = SEEK_SET;
-    return ::fcntl(handle_, F_OFD_SETLK, &range) == 0;
+    if (::fcntl(handle_, F_OFD_SETLK, &range) == 0) return true;
+    if (errno == EAGAIN || errno == EACCES) return false;
+    fail("Chiusura agli altri programmi", errno);
+}
+
+void File::take_permissions_of(const File& other) {
+    struct stat status {};
+    // Where it cannot be done, on disks without permissions, they are the same for all files.
+    if (::fstat(other.handle_, &status) == 0) ::fchmod(handle_, status.st_mode & 0777);
 }
 
 bool File::exists(const std::string& path) {
     std::error_code ignored; // what cannot be looked at is not there
     return std::filesystem::exists(path, ignored);
+}
+
+std::string File::real_path(const std::string& path) {
+    std::error_code missing; // then opening it fails, and says why
+    const auto real = std::filesystem::canonical(path, missing);
+    return missing ? path : real.string();
 }
 
 bool File::writable(const std::string& path) {

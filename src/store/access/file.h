@@ -45,8 +45,12 @@ public:
     void truncate(std::uint64_t size);
     /// Takes the file for this process alone. @return false if another one has it
     bool lock();
+    /// Lets those read and write it who may do so with another file, and nobody else.
+    void take_permissions_of(const File& other);
 
     static bool exists(const std::string& path);
+    /// The path without links, which all programs agree on.
+    static std::string real_path(const std::string& path);
     /// True if the user may write there: a file that nobody may write is read-only for everybody.
     static bool writable(const std::string& path);
     static void remove(const std::string& path, FileWatch* watch);

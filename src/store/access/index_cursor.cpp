@@ -1,5 +1,7 @@
 #include "store/access/index_cursor.h"
 
+#include <algorithm>
+
 namespace tarvello::store::access {
 namespace {
 
@@ -24,18 +26,12 @@ void IndexCursor::descend(Way way, KeyView key) {
             go_to_leaf(number);
             return;
         }
+        const std::size_t count = page.child_count();
+        if (count == 0) throw damaged("una pagina di un indice è vuota");
         std::size_t place = 0;
-        if (way == Way::rightmost) place = page.size();
-        if (way == Way::by_key) place = page.lower_bound(key);
-        if (place < page.size()) {
-            number = page.child(place);
-        } else if (page.tail() != 0) {
-            number = page.tail();
-        } else if (page.size() > 0) {
-            number = page.child(page.size() - 1);
-        } else {
-            throw damaged("una pagina di un indice è vuota");
-        }
+        if (way == Way::rightmost) place = count - 1;
+        if (way == Way::by_key) place = std::min(page.lower_bound(key), count - 1);
+        number = page.child(place);
     }
     throw damaged("un indice è troppo profondo");
 }

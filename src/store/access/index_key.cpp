@@ -4,6 +4,7 @@
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace tarvello::store::access {
 namespace {
@@ -141,6 +142,8 @@ RowKey row_key(const RowView& row, const IndexDefinition& index, const TableDefi
 std::optional<Key> number_key(std::int64_t number, const ColumnDefinition& column, bool ascending) {
     std::uint8_t bytes[8];
     store64(bytes, static_cast<std::uint64_t>(number));
+    // Up to where each whole number has a floating one, or one in ten-thousandths, of its own.
+    const auto within = [number](std::int64_t limit) { return -limit <= number && number <= limit; };
     Key key;
     switch (column.type) {
     case StoredType::integer16:
@@ -151,8 +154,18 @@ std::optional<Key> number_key(std::int64_t number, const ColumnDefinition& colum
         if (number != static_cast<std::int32_t>(number)) return std::nullopt;
         append_key(key, Bytes(bytes, 4), false, column, ascending);
         return key;
+    case StoredType::currency:
+        if (!within(std::numeric_limits<std::int64_t>::max() / 10000)) return std::nullopt;
+        store64(bytes, static_cast<std::uint64_t>(number * 10000));
+        append_key(key, Bytes(bytes, 8), false, column, ascending);
+        return key;
+    case StoredType::single_float:
+        if (!within(std::int64_t{1} << 24)) return std::nullopt;
+        store32(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(number)));
+        append_key(key, Bytes(bytes, 4), false, column, ascending);
+        return key;
     case StoredType::double_float:
-        if (std::abs(number) > (std::int64_t{1} << 53)) return std::nullopt;
+        if (!within(std::int64_t{1} << 53)) return std::nullopt;
         store64(bytes, std::bit_cast<std::uint64_t>(static_cast<double>(number)));
         append_key(key, Bytes(bytes, 8), false, column, ascending);
         return key;

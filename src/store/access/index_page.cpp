@@ -1,14 +1,17 @@
 #include "store/access/index_page.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 
 namespace tarvello::store::access {
 namespace {
 
 constexpr std::size_t mask_at = 27;
 constexpr std::size_t mask_size = 453;
-constexpr std::size_t row_size = 4;   // page and row
-constexpr std::size_t child_size = 4; // of a node's entry, behind the row
+constexpr std::size_t row_size = 4;                           // page and row
+constexpr std::size_t child_size = 4;                         // of a node's entry, behind the row
+constexpr std::size_t most_likely_entries = entries_room / 9; // keys of a number, with their rows
 
 std::uint32_t big_endian24(const std::uint8_t* at) {
     return (std::uint32_t{at[0]} << 16) | (std::uint32_t{at[1]} << 8) | at[2];
@@ -45,9 +48,13 @@ IndexPage::IndexPage(PageStore& store, PageNumber number, PageNumber table) : pa
     }
     prefix_ = load16(bytes + 24);
     const std::size_t least = row_size + 1 + (leaf_ ? 0 : child_size);
+    // The mask is read in words of 8 bytes, the last one filled up with zeros.
+    std::array<std::uint8_t, (mask_size + 7) / 8 * 8> mask{};
+    std::copy_n(bytes + mask_at, mask_size, mask.begin());
+    ends_.reserve(most_likely_entries);
     std::size_t start = 0;
-    for (std::size_t i = 0; i < mask_size; ++i) {
-        for (std::uint32_t bits = bytes[mask_at + i]; bits != 0; bits &= bits - 1) {
+    for (std::size_t i = 0; i < mask.size(); i += 8) {
+        for (std::uint64_t bits = load64(mask.data() + i); bits != 0; bits &= bits - 1) {
             const std::size_t end = i * 8 + static_cast<std::size_t>(std::countr_zero(bits));
             const std::size_t whole = end - start + (ends_.empty() ? 0 : prefix_);
             if (end > entries_room || whole < least || (ends_.empty() && whole < prefix_)) {
@@ -83,7 +90,13 @@ RowPointer IndexPage::row(std::size_t index) const {
     return {big_endian24(end - row_size), end[-1]};
 }
 
+std::size_t IndexPage::child_count() const {
+    const bool tail_alone = tail() != 0 && (size() == 0 || child(size() - 1) != tail());
+    return size() + (tail_alone ? 1 : 0);
+}
+
 PageNumber IndexPage::child(std::size_t index) const {
+    if (index == size()) return tail();
     Key whole;
     const Bytes own = rest(index);
     const std::uint8_t* end = own.data() + own.size();
@@ -127,14 +140,13 @@ std::size_t IndexPage::lower_bound(KeyView key) const {
 }
 
 std::vector<IndexChild> read_children(const IndexPage& node) {
-    std::vector<IndexChild> children(node.size());
-    for (std::size_t i = 0; i < node.size(); ++i) {
-        node.entry(i, children[i].last);
+    std::vector<IndexChild> children(node.child_count());
+    for (std::size_t i = 0; i < children.size(); ++i) {
         children[i].page = node.child(i);
+        if (i == node.size()) break; // the tail child has no entry
+        node.entry(i, children[i].last);
         children[i].last.resize(children[i].last.size() - child_size);
     }
-    const PageNumber tail = node.tail();
-    if (tail != 0 && (children.empty() || children.back().page != tail)) children.push_back({{}, tail});
     return children;
 }
 

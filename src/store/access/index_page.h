@@ -31,7 +31,8 @@ public:
     void entry(std::size_t index, Key& into) const;
     /// The row of an entry of a leaf.
     RowPointer row(std::size_t index) const;
-    /// The child of an entry of a node.
+    /// The children of a node: those of its entries, and the tail child if it is in none.
+    std::size_t child_count() const;
     PageNumber child(std::size_t index) const;
     /// The first entry that is not below `key`; of nodes the child does not count. size() if there is none.
     std::size_t lower_bound(KeyView key) const;
@@ -43,7 +44,7 @@ private:
     PageRef page_;
     bool leaf_ = true;
     std::size_t prefix_ = 0;
-    std::vector<std::uint16_t> ends_; // counted from entries_at
+    std::vector<std::uint16_t> ends_; // of the entries, counted from entries_at
 };
 
 /// What a node knows of a child.

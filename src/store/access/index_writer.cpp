@@ -77,13 +77,14 @@ IndexWriter::Outcome IndexWriter::change_leaf(const Place& place, const IndexPag
 
 IndexWriter::Outcome IndexWriter::change_node(const Place& place, const IndexPage& page, const Change& change,
                                               int depth) {
-    std::vector<IndexChild> children = read_children(page);
-    if (children.empty()) throw damaged("una pagina di un indice è vuota");
-    const std::size_t index = std::min(page.lower_bound(change.entry), children.size() - 1);
-    const bool last_child = index + 1 == children.size();
-    const Key known_last = children[index].last;
-    Outcome below = change_below(children[index].page, place.rightmost && last_child, change, depth + 1);
+    const std::size_t count = page.child_count();
+    if (count == 0) throw damaged("una pagina di un indice è vuota");
+    const std::size_t index = std::min(page.lower_bound(change.entry), count - 1);
+    const bool last_child = index + 1 == count;
+    Outcome below = change_below(page.child(index), place.rightmost && last_child, change, depth + 1);
     if (below.unchanged) return {};
+    std::vector<IndexChild> children = read_children(page);
+    const Key known_last = children[index].last;
     // A child on the right edge stands in no entry: that its last entry has moved is nobody's business.
     if (below.pages.size() == 1 && below.pages[0].page == children[index].page) {
         if (known_last.empty() || below.pages[0].last == known_last) return {};

@@ -35,6 +35,7 @@ std::uint64_t first_page_sum(const File& database) {
 Journal::Journal(const File& database, PageNumber pages, FileWatch* watch)
     : path_(path_of(database.path())), watch_(watch),
       file_(std::make_unique<File>(path_, File::Mode::create, watch)) {
+    file_->take_permissions_of(database);
     std::copy(std::begin(magic), std::end(magic), head_.begin());
     store32(head_.data() + 16, pages);
     store64(head_.data() + 24, first_page_sum(database));
@@ -94,12 +95,14 @@ bool Journal::roll_back(File& database, FileWatch* watch) {
                            std::equal(std::begin(magic), std::end(magic), head) &&
                            load64(head + 32) == sum(Bytes(head, 32));
         if (whole) {
-            if (load64(head + 24) != first_page_sum(database)) {
+            const PageNumber pages = load32(head + 16);
+            // A statement never makes a file shorter.
+            if (load64(head + 24) != first_page_sum(database) ||
+                database.size() < std::uint64_t{pages} * page_size) {
                 throw Failure(access_failure::file, source,
                               "Accanto al file \"" + database.path() + "\" sta il diario \"" + path +
                                   "\" di un altro file: va spostato prima di aprire.");
             }
-            const PageNumber pages = load32(head + 16);
             std::uint64_t at = head_size;
             std::vector<std::uint8_t> segment;
             for (;;) {

@@ -22,8 +22,8 @@ namespace tarvello::store::access {
 
 class Journal {
 public:
-    /// The place of the journal of a database.
-    static std::string path_of(const std::string& database) { return database + "-undo"; }
+    /// The place of the journal of a database: beside the file itself, also of one that a link leads to.
+    static std::string path_of(const std::string& database) { return File::real_path(database) + "-undo"; }
 
     /// Starts the journal of a statement.
     /// @param pages  the size of the database

@@ -10,7 +10,7 @@ namespace {
 
 /// True if somebody has the file open in Access, which keeps a lock file beside it as long.
 bool open_in_access(const std::string& path) {
-    const std::filesystem::path file(path);
+    const std::filesystem::path file(File::real_path(path));
     for (const char* extension : {".ldb", ".LDB", ".Ldb"}) {
         std::filesystem::path lock = file;
         if (File::exists(lock.replace_extension(extension).string())) return true;
@@ -39,7 +39,19 @@ PageStore::PageStore(const std::string& path, FileWatch* watch)
     forget();
 }
 
-PageStore::~PageStore() = default;
+PageStore::~PageStore() { mend(); }
+
+bool PageStore::mend() {
+    if (!broken_) return true;
+    try {
+        Journal::roll_back(*file_, watch_);
+        forget();
+    } catch (const Failure&) {
+        return false; // the journal stays: the next statement tries again, or the next opening
+    }
+    broken_ = false;
+    return true;
+}
 
 void PageStore::forget() {
     frames_.clear();
@@ -53,20 +65,24 @@ void PageStore::forget() {
 }
 
 bool PageStore::notice_others() {
-    if (broken_) throw Failure(access_failure::read_only, source, why_read_only());
     if (!file_->in_place()) {
         throw Failure(access_failure::file, source,
                       "Il file \"" + file_->path() +
                           "\" è stato spostato, cancellato o sostituito: va riaperto.");
     }
+    if (!mend()) fail_for_broken();
     if (file_->stamp() == stamp_) return false;
     forget();
     return true;
 }
 
+void PageStore::fail_for_broken() const {
+    throw Failure(access_failure::file, source,
+                  "L'ultima scrittura nel file \"" + file_->path() +
+                      "\" non è riuscita e non si è ancora potuta annullare.");
+}
+
 std::string PageStore::why_read_only() const {
-    if (broken_)
-        return "Il file \"" + file_->path() + "\" va riaperto: l'ultima scrittura non è stata annullata.";
     if (open_in_access(file_->path())) {
         return "Il file \"" + file_->path() +
                "\" è aperto in Access da un utente: per ora è possibile soltanto leggerlo.";
@@ -78,6 +94,7 @@ std::string PageStore::why_read_only() const {
 }
 
 PageRef PageStore::read(PageNumber number) {
+    if (broken_) fail_for_broken();
     if (changing_) {
         if (const auto found = changed_.find(number); found != changed_.end()) return found->second;
     }
@@ -196,12 +213,8 @@ void PageStore::roll_back() {
     changed_.clear();
     if (journal_) {
         journal_.reset();
-        try {
-            Journal::roll_back(*file_, watch_);
-        } catch (const Failure&) {
-            broken_ = true; // the journal stays, and the next opening rolls it back
-        }
-        forget();
+        broken_ = true;
+        mend();
     } else {
         page_count_ = count_before_;
     }

@@ -47,7 +47,8 @@ public:
     void roll_back();
 
     /// Forgets what it knows if another program has written to the file. @return true if so
-    /// @throws Failure if the path does not lead to the file any more
+    /// @throws Failure if the path does not lead to the file any more, or a write that failed cannot be
+    /// undone
     bool notice_others();
     /// Counts the changes to the pages, so that a walk notices that the ground has moved.
     std::uint64_t change_count() const { return change_count_; }
@@ -67,6 +68,9 @@ private:
     void forget();
     void write_changed();
     std::string why_read_only() const;
+    /// Restores the old state if a write has failed and its undoing too. @return false if it fails again
+    bool mend();
+    [[noreturn]] void fail_for_broken() const;
 
     FileWatch* watch_;
     bool read_only_file_ = false;
@@ -74,7 +78,7 @@ private:
     PageNumber page_count_ = 0;
     std::uint64_t stamp_ = 0;
     bool ragged_ = false; // the size is no multiple of a page
-    bool broken_ = false; // the old state could not be restored: only a new opening can
+    bool broken_ = false; // the old state has not been restored yet, see mend()
 
     std::vector<Frame> frames_;
     std::vector<std::uint16_t> frame_of_page_; // by page number, 0 = none, else the frame + 1

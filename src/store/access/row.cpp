@@ -118,6 +118,19 @@ ValueView fixed_value(Bytes stored, const ColumnDefinition& column) {
     }
 }
 
+std::string guid_text(Bytes stored) {
+    constexpr std::size_t order[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+    part(stored, 0, std::size(order));
+    std::string text = "{";
+    for (std::size_t i = 0; i < std::size(order); ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+        constexpr std::string_view digits = "0123456789ABCDEF";
+        text += digits[stored[order[i]] >> 4];
+        text += digits[stored[order[i]] & 0xF];
+    }
+    return text + "}";
+}
+
 std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition& column) {
     switch (column.type) {
     case StoredType::yes_no:
@@ -149,15 +162,13 @@ std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition
         return double_bytes(static_cast<double>(days.count()));
     }
     case StoredType::text: {
-        std::vector<std::uint8_t> bytes = encode_text(std::get<std::string>(value), column.may_be_compressed);
-        const bool compressed = bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE;
-        const std::size_t characters = compressed ? bytes.size() - 2 : bytes.size() / 2;
-        if (characters > column.length / 2) {
+        const std::string& text = std::get<std::string>(value);
+        if (encode_utf16(text).size() > column.length) {
             throw Failure(access_failure::too_long, source,
                           "Il testo è troppo lungo per la colonna " + column.name +
                               ", che tiene al massimo " + std::to_string(column.length / 2) + " caratteri.");
         }
-        return bytes;
+        return encode_text(text, column.may_be_compressed);
     }
     default:
         throw not_writable("La colonna " + column.name + " è di un tipo che qui si può soltanto leggere.");

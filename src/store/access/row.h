@@ -35,6 +35,9 @@ private:
 /// The value of a column of fixed length, a text of which is never one.
 ValueView fixed_value(Bytes stored, const ColumnDefinition& column);
 
+/// A GUID as Access shows it: {00112233-4455-6677-8899-AABBCCDDEEFF}, the first three groups being numbers.
+std::string guid_text(Bytes stored);
+
 /// What the columns of a new or changed row hold, in the order of the definition's columns: the stored bytes,
 /// nothing for null. Of a yes/no column anything but null is yes.
 using StoredValues = std::vector<std::optional<std::vector<std::uint8_t>>>;

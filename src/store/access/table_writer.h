@@ -30,7 +30,8 @@ private:
     std::vector<std::uint8_t> fitting_row(StoredValues& stored, std::size_t least_size);
     std::vector<std::uint8_t> copy_of(RowPointer place) const;
 
-    std::vector<RowKey> keys(Bytes row) const;
+    /// The key that a row of the file has in an index.
+    RowKey written_key(const RowView& row, const IndexDefinition& index, RowPointer place) const;
     bool has(const IndexDefinition& index, const RowKey& key) const;
     bool holds(const IndexDefinition& index, const RowKey& key) const;
     void add_to_index(const IndexDefinition& index, const RowKey& key, RowPointer place);

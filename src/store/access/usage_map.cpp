@@ -120,8 +120,9 @@ void UsageMap::add(PageNumber page, PageAllocator& allocator) {
         const auto capacity = static_cast<PageNumber>((place.size - 5) * 8);
         const PageNumber first = load32(bytes + 1);
         if (page < first || page >= first + capacity) {
-            // The set may still fit if its window moves: it spans from its lowest page to its highest.
-            const PageNumber low = std::min(page, next(0).value_or(page));
+            // The set may still fit if its window moves: it spans from its lowest page to its highest, and
+            // starts at a multiple of 8, as each byte of the lists of pages does.
+            const PageNumber low = std::min(page, next(0).value_or(page)) / 8 * 8;
             const PageNumber high = std::max(page, previous(max_pages).value_or(page));
             if (high - low >= capacity) {
                 become_list(allocator);

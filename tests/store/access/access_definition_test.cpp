@@ -2,7 +2,10 @@
 // changed.
 #include "store/access/access_support.h"
 
+#include "failure.h"
+#include "store/access/row.h"
 #include "store/access/stored_text.h"
+#include "store/table.h"
 
 #include <gmock/gmock.h>
 
@@ -134,6 +137,48 @@ TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
     EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").at(0)[12], "dopo");
     expect_agreement(*engine, path);
     expect_sound(path, access_sample("vuoto.mdb"));
+}
+
+TEST(AccessRow, HoldsValuesOfEveryType) {
+    using namespace store::access;
+    const RegionalSettings regional;
+    const auto shown = [&](StoredType type, const std::vector<std::uint8_t>& stored) {
+        ColumnDefinition column;
+        column.type = type;
+        column.scale = 2;
+        return type == StoredType::guid ? guid_text(stored)
+                                        : store::value_text(fixed_value(stored, column), regional);
+    };
+    EXPECT_EQ(shown(StoredType::byte, {200}), "200");
+    EXPECT_EQ(shown(StoredType::integer16, {0x18, 0xFC}), "-1000");
+    EXPECT_EQ(shown(StoredType::integer32, {0xFF, 0xFF, 0xFF, 0x7F}), "2147483647");
+    EXPECT_EQ(shown(StoredType::currency, {0x87, 0xD6, 0x12, 0, 0, 0, 0, 0}), "123,4567");
+    EXPECT_EQ(shown(StoredType::single_float, {0, 0, 0x20, 0xC0}), "-2,5");
+    EXPECT_EQ(shown(StoredType::double_float, {0, 0, 0, 0, 0, 0, 0xF4, 0x3F}), "1,25");
+    // 36526,75 days: an evening of the year 2000; and one before the first day.
+    EXPECT_EQ(shown(StoredType::date, {0, 0, 0, 0, 0xD8, 0xD5, 0xE1, 0x40}), "01/01/2000");
+    EXPECT_EQ(shown(StoredType::date, {0, 0, 0, 0, 0, 0, 0xF4, 0xBF}), "29/12/1899");
+    EXPECT_EQ(shown(StoredType::numeric, {0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x39, 0x30, 0, 0}),
+              "-123,45");
+    EXPECT_EQ(shown(StoredType::guid, {0x33, 0x22, 0x11, 0, 0x55, 0x44, 0x77, 0x66, 0x88, 0x99, 0xAA, 0xBB,
+                                       0xCC, 0xDD, 0xEE, 0xFF}),
+              "{00112233-4455-6677-8899-AABBCCDDEEFF}");
+    // What the types that are written store is what they show.
+    for (const auto& [type, text] : {std::pair(StoredType::byte, "7"),
+                                     {StoredType::integer16, "-32768"},
+                                     {StoredType::currency, "-0,0001"},
+                                     {StoredType::single_float, "0,5"},
+                                     {StoredType::date, "28/02/1700"}}) {
+        ColumnDefinition column;
+        column.type = type;
+        const store::Value value =
+            store::convert_literal({text, true}, {"Colonna", column.column_type()}, regional);
+        EXPECT_EQ(shown(type, store_value(value, column)), text);
+    }
+    ColumnDefinition small;
+    small.type = StoredType::byte;
+    EXPECT_THROW(store_value(std::int64_t{256}, small), Failure);
+    EXPECT_THROW(store_value(std::int64_t{-1}, small), Failure);
 }
 
 TEST(AccessText, SwitchesBetweenOneAndTwoBytesACharacter) {

@@ -27,21 +27,20 @@ bool changes_the_disk(FileCall call) {
            call == FileCall::remove;
 }
 
-/// Lets a number of calls that change the disk through, then refuses one of them, or that one and all after
-/// it.
-class RefuseCall : public store::access::FileWatch {
+/// Lets calls that change the disk through, but for some in a row.
+class RefuseCalls : public store::access::FileWatch {
 public:
-    RefuseCall(int refused, bool for_good) : refused_(refused), for_good_(for_good) {}
+    RefuseCalls(int first, int count) : first_(first), end_(first + count) {}
     bool allow(FileCall call) override {
         if (!changes_the_disk(call)) return true;
         ++calls_;
-        return for_good_ ? calls_ < refused_ : calls_ != refused_;
+        return calls_ < first_ || calls_ >= end_;
     }
-    bool was_reached() const { return calls_ >= refused_; }
+    bool was_reached() const { return calls_ >= first_; }
 
 private:
-    int refused_;
-    bool for_good_;
+    int first_;
+    int end_;
     int calls_ = 0;
 };
 
@@ -92,12 +91,13 @@ TEST(AccessFaults, EachFailingCallLeavesTheOldStateOrTheNewOne) {
     const ScratchFolder folder;
     const auto statements = work();
     const auto expected = states(folder);
-    for (const bool for_good : {false, true}) {
-        // One call is refused, the next run another one; or from some call on all are.
-        for (int refused = 1; refused <= 200; refused += for_good ? 7 : 1) {
-            SCOPED_TRACE("call " + std::to_string(refused) + (for_good ? " and all after it" : ""));
+    // One call is refused; or some, so that the undoing fails too at first; or from one on all of them.
+    constexpr int for_good = 1'000'000;
+    for (const int count : {1, 4, for_good}) {
+        for (int refused = 1; refused <= 200; refused += count == 1 ? 1 : 7) {
+            SCOPED_TRACE(std::to_string(count) + " calls from " + std::to_string(refused) + " on");
             const std::string path = folder.copy_of(sample);
-            RefuseCall watch(refused, for_good);
+            RefuseCalls watch(refused, count);
             std::size_t at = 0;
             {
                 const auto engine = store::open_access_engine(path, regional, &watch);
@@ -105,17 +105,24 @@ TEST(AccessFaults, EachFailingCallLeavesTheOldStateOrTheNewOne) {
                 while (!watch.was_reached() && at < statements.size())
                     failure = failure_of(*engine, statements[at++]);
                 ASSERT_TRUE(watch.was_reached());
-                if (!for_good && failure != "(done)") {
-                    EXPECT_EQ(everything(*engine), expected[at - 1]);
-                    EXPECT_EQ(failure_of(*engine, statements[at - 1]), "(done)") << "the next try succeeds";
+                if (count != for_good && failure != "(done)") {
+                    const auto state = [&] {
+                        const char* const look = "SELECT * FROM Clienti";
+                        for (int i = 1; i < count; ++i) failure_of(*engine, look);
+                        EXPECT_EQ(failure_of(*engine, look), "(done)") << "the undoing is tried again";
+                        return everything(*engine);
+                    };
+                    std::string now = state();
+                    EXPECT_TRUE(count > 1 || now == expected[at - 1]);
+                    for (int i = 0; i < count && now != expected[at]; ++i) {
+                        EXPECT_EQ(now, expected[at - 1]);
+                        failure_of(*engine, statements[at - 1]);
+                        now = state();
+                    }
                 }
             }
             const std::string now = everything(*open(path));
-            if (for_good) {
-                EXPECT_TRUE(now == expected[at - 1] || now == expected[at]);
-            } else {
-                EXPECT_EQ(now, expected[at]);
-            }
+            EXPECT_TRUE(now == expected[at] || (count == for_good && now == expected[at - 1]));
             EXPECT_FALSE(std::filesystem::exists(path + "-undo"));
             if (refused % 20 == 1) expect_sound(path, access_sample(sample));
             ASSERT_FALSE(HasFailure());
@@ -209,30 +216,63 @@ TEST(AccessFaults, KilledAtRandomMomentsTheFileStaysWhole) {
     }
 }
 
-TEST(AccessFaults, AJournalOfAnotherFileIsNotPutInto) {
-    const ScratchFolder folder;
-    const std::string path = folder.copy_of(sample);
+/// A copy of the sample, by way of a link, on which the work has ended at a call. @return its journal
+std::string journal_of_work(const std::string& path, int last) {
+    std::filesystem::create_symlink(path, path + ".link");
     int report[2];
-    ASSERT_EQ(pipe(report), 0);
+    EXPECT_EQ(pipe(report), 0);
     int status = 0;
-    waitpid(start_work(path, 8, report[1]), &status, 0);
+    waitpid(start_work(path + ".link", last, report[1]), &status, 0);
     close(report[0]);
     close(report[1]);
-    ASSERT_TRUE(std::filesystem::exists(path + "-undo"));
+    std::filesystem::remove(path + ".link");
+    EXPECT_EQ(std::filesystem::status(path + "-undo").permissions(),
+              std::filesystem::status(path).permissions());
+    return file_bytes(path + "-undo");
+}
 
-    std::string other = file_bytes(access_sample("archivio.mdb"));
+TEST(AccessFaults, AJournalLiesBesideTheFileItselfAndMustBeItsOwn) {
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of(sample);
+    const std::string whole = file_bytes(path);
+    std::filesystem::permissions(path,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    const std::string journal = journal_of_work(path, 8);
+    EXPECT_NE(file_bytes(path), whole) << "some pages have been written";
+
+    std::string other = whole;
     other[0xC0] = static_cast<char>(other[0xC0] ^ 1); // its first page tells files apart
+    const std::string shorter = whole.substr(0, whole.size() - 4096);
     const std::string other_path = folder.path("altro.mdb");
-    write_file(other_path, other);
-    std::filesystem::copy_file(path + "-undo", other_path + "-undo");
-    EXPECT_THAT(opening_failure(other_path), ::testing::HasSubstr("diario"));
-    EXPECT_EQ(file_bytes(other_path), other);
+    for (const std::string& bytes : {other, shorter}) {
+        write_file(other_path, bytes);
+        write_file(other_path + "-undo", journal);
+        EXPECT_THAT(opening_failure(other_path), ::testing::HasSubstr("diario"));
+        EXPECT_EQ(file_bytes(other_path), bytes);
+    }
+    EXPECT_EQ(opening_failure(path), "(opened)");
+    EXPECT_EQ(file_bytes(path), whole);
+}
 
-    // What was not written to the end is no journal.
-    write_file(other_path + "-undo", file_bytes(path + "-undo").substr(0, 30));
-    EXPECT_EQ(opening_failure(other_path), "(opened)");
-    EXPECT_EQ(file_bytes(other_path), other);
-    EXPECT_FALSE(std::filesystem::exists(other_path + "-undo"));
+TEST(AccessFaults, WhatIsNotWholeOfAJournalIsNotPutBack) {
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of(sample);
+    const std::string whole = file_bytes(path);
+    const std::string journal = journal_of_work(path, 5); // whole, and nothing else written yet
+    const auto expect_untouched = [&](const std::string& torn) {
+        write_file(path + "-undo", torn);
+        EXPECT_EQ(opening_failure(path), "(opened)");
+        EXPECT_EQ(file_bytes(path), whole);
+        EXPECT_FALSE(std::filesystem::exists(path + "-undo"));
+    };
+    expect_untouched(journal);
+    for (std::size_t size = 0; size < journal.size(); size += size < 60 ? 1 : 997)
+        expect_untouched(journal.substr(0, size));
+    for (std::size_t at = 0; at < journal.size(); at += at < 60 ? 1 : 997) {
+        std::string damaged = journal;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x10);
+        expect_untouched(damaged);
+    }
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "store/access/access_support.h"
 
+#include "store/access/access_engine.h"
 #include "store/statement.h"
 
 #include <gmock/gmock.h>
@@ -126,6 +127,27 @@ TEST(AccessWriting, RefusesBeforeAByteChanges) {
     EXPECT_EQ(customer(*engine, 1, 2), "漢字 😀 עברית");
 }
 
+TEST(AccessWriting, ACharacterThatOnlyAccessCanOrderHindersNoOtherWrite) {
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of("indici.mdb");
+    const std::string which = " WHERE Numero_Cliente=8";
+    run(*open(path), "UPDATE Clienti SET Cognome_Ragione_Sociale='Unico'" + which);
+    // A tab in a surname. Access would have put another entry into the index; here it only has to be found.
+    std::string bytes = file_bytes(path);
+    const std::size_t at = bytes.find(std::string("U\0n\0i\0c\0o", 9));
+    ASSERT_NE(at, std::string::npos);
+    bytes[at] = '\t';
+    write_file(path, bytes);
+    const auto engine = open(path);
+    ASSERT_EQ(customer(*engine, 8, name_column), "\tnico");
+    run(*engine, "UPDATE Clienti SET Indirizzo='Via Nuova'" + which);
+    EXPECT_THAT(failure_of(*engine, "UPDATE Clienti SET Cognome_Ragione_Sociale='\tA'" + which),
+                HasSubstr("\"\t\""));
+    run(*engine, "UPDATE Clienti SET Cognome_Ragione_Sociale='A'" + which);
+    EXPECT_EQ(customer(*engine, 8, name_column), "A");
+    expect_sound(path, access_sample("indici.mdb"));
+}
+
 TEST(AccessWriting, SeveralResultsWalkWhileOthersWrite) {
     const ScratchFolder folder;
     const auto engine = open(folder.copy_of("indici.mdb"));
@@ -179,6 +201,37 @@ TEST(AccessWriting, IndexesGiveTheSameRowsInTheSameOrderAsAWalkThroughAll) {
     ASSERT_EQ(years.size(), all.size());
     for (std::size_t i = 1; i < years.size(); ++i)
         ASSERT_GE(years[i - 1][year_column], years[i][year_column]);
+}
+
+TEST(AccessReading, KeysAndIndexedNumbersReadOnlyTheirOwnPages) {
+    struct Reads : store::access::FileWatch {
+        bool allow(store::access::FileCall call) override {
+            if (call == store::access::FileCall::read) ++count;
+            return true;
+        }
+        int count = 0;
+    };
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of("indici.mdb");
+    const RegionalSettings regional;
+    const auto reads_of = [&](const std::string& sql, std::size_t expected_rows) {
+        Reads reads;
+        const auto engine = store::open_access_engine(path, regional, &reads);
+        run(*engine, "SELECT TOP 1 * FROM Fatture WHERE ID=1"); // the definition of the table is known then
+        const int before = reads.count;
+        EXPECT_EQ(run(*engine, sql).size(), expected_rows) << sql;
+        return reads.count - before;
+    };
+    const auto of_customer = run(*open(path), "SELECT * FROM Fatture WHERE Numero_Cliente=7").size();
+    ASSERT_GT(of_customer, 0U);
+    // A page of the index and one of rows for each row, and the pages of nodes and long texts between.
+    EXPECT_LE(reads_of("SELECT * FROM Fatture WHERE ID=450", 1), 4);
+    EXPECT_LE(reads_of("SELECT * FROM Fatture WHERE ID<450 AND ID>447 ORDER BY ID DESC", 2), 6);
+    EXPECT_LE(reads_of("SELECT TOP 1 * FROM Fatture WHERE ID<450 ORDER BY ID DESC", 1), 4);
+    EXPECT_LE(reads_of("SELECT * FROM Fatture WHERE Numero_Cliente=7", of_customer),
+              static_cast<int>(2 * of_customer) + 3);
+    EXPECT_LE(reads_of("SELECT * FROM Fatture WHERE Numero_Cliente=123456", 0), 3);
+    EXPECT_GT(reads_of("SELECT * FROM Fatture WHERE Nome='nessuno'", 0), 60) << "which no index serves";
 }
 
 TEST(AccessWriting, TheTextsOfTheLetterheadAndOfSearchesFollowTheRulesOfEveryEngine) {
