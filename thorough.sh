@@ -1,0 +1,18 @@
+#!/bin/bash
+# Runs the tests of Access files at full size, where test.sh tries each thing a few times: 20,000 random statements on
+# each sample beside the embedded engine, 500 kills, the first 200 calls that change the disk failing in turn, 2,000
+# damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. It takes about twenty
+# minutes. On a fresh Debian 12 it installs what is missing first.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
+# shellcheck source=cmake/packages.sh
+. cmake/packages.sh
+
+need_packages "${packages[@]}"
+build core_tests
+cmake --preset sanitize >/dev/null
+cmake --build build-sanitize --target core_tests
+
+export TARVELLO_ACCESS_STEPS=20000 TARVELLO_ACCESS_KILLS=500 TARVELLO_ACCESS_DAMAGES=2000
+build/bin/core_tests --gtest_filter='AccessFaults.*:*AccessRandom.*:*AccessDamage.*'
+build-sanitize/bin/core_tests --gtest_filter='*AccessDamage.*'
