@@ -85,7 +85,7 @@ class Drawing:
 
     def document(self):
         page = ('<style:page-layout style:name="page"><style:page-layout-properties fo:page-width="21cm" '
-                'fo:page-height="29.7cm" fo:margin-top="1.8cm" fo:margin-bottom="1.5cm" fo:margin-left="2cm" '
+                'fo:page-height="29.7cm" fo:margin-top="1.6cm" fo:margin-bottom="1.3cm" fo:margin-left="2cm" '
                 'fo:margin-right="2cm"/></style:page-layout>')
         return (f'<?xml version="1.0" encoding="UTF-8"?><office:document {NAMESPACES} office:version="1.3" '
                 'office:mimetype="application/vnd.oasis.opendocument.text"><office:automatic-styles>'
@@ -111,7 +111,8 @@ def services(d, head_fill=None, head_ink=None, line="0.5pt solid #c9d0d8", frame
     """The five lines of services with their amounts."""
     side = f'fo:border-left="{frame}" fo:border-right="{frame}" ' if frame else ""
     top = f'fo:border-top="{frame}" ' if frame else ""
-    head = dict(fill=head_fill, borders=f'{side}{top}fo:border-bottom="{frame or line}"', padding="0.14cm 0.15cm")
+    head = dict(fill=head_fill, borders=f'{side}{top}fo:border-bottom="{frame or line}"', padding="0.14cm 0.15cm",
+                align="middle")
     ink = head_ink or d.accent
     rows = [[d.cell(d.p("Descrizione", bold=True, color=ink), **head),
              d.cell(d.p("Importo", bold=True, color=ink, align="end"), **head)]]
@@ -144,11 +145,14 @@ def totals(d, total_fill=None, due_fill=None, due_ink=None, line="0.5pt solid #c
         row("Totale comprensivo di IVA", "", "%TotaleFattura%", bold=True, fill=total_fill),
         row("%RitenutaAcconto%", "%PerRitenuta%", "%ImportoRitenutaAcconto%", border=strong),
         row("Totale dovuto", "", "%TotaleDovuto%", bold=True, fill=due_fill, ink=due_ink or d.accent, size=d.size + 2,
-            border=frame or strong, padding="0.2cm 0.15cm")], 0.8)
+            border=frame or strong, padding="0.18cm 0.15cm")], 0.7)
 
 
 def payment(d):
-    d.add(d.p("%Pagamento1%", bold=True, color=d.accent, above=0.1), d.p("%Pagamento2%"))
+    """In a cell, so that it goes to the next page as one piece where services are long."""
+    d.table([PAGE_WIDTH], [[d.cell(d.p("%Pagamento1%", bold=True, color=d.accent, above=0.1), d.p("%Pagamento2%"),
+                                   padding="0cm 0cm")]])
+    d.gap(1)  # a text ends in a paragraph: a large one could go to a page of its own
 
 
 def number_and_date(d, align="start", size=None, **look):
@@ -174,14 +178,14 @@ def standard():
     services(d, head_fill="#1d4f91", head_ink="#ffffff")
     d.gap(14)
     totals(d, due_fill="#e6edf6")
-    d.gap(16)
+    d.gap(12)
     payment(d)
     return d
 
 
 def classico():
     """The letter of a traditional practice: centred, serif, thin rules."""
-    d = Drawing("Times New Roman", ink="#000000", accent="#000000", soft="#444444", size=11)
+    d = Drawing("Times New Roman", ink="#000000", accent="#000000", soft="#444444", size=10.5)
     d.add(d.p("%NomeDitta%", size=20, bold=True, align="center", spacing=0.04),
           d.p("%DescrizioneAttività%", italic=True, size=12, align="center", below=0.15),
           d.p("%IndirizzoDitta%", size=10, align="center"), d.p(CONTACTS, size=10, align="center"),
@@ -190,11 +194,11 @@ def classico():
     d.table([9.0, 8.0], [[
         d.cell(*number_and_date(d, size=14), padding="0cm 0cm"),
         d.cell(d.p("Spett.le", italic=True, below=0.08), *customer(d), padding="0cm 0cm")]])
-    d.gap(24)
-    services(d, line="0.5pt solid #999999", frame="0.75pt solid #000000")
-    d.gap(14)
+    d.gap(18)
+    services(d, line="0.5pt solid #999999", frame="0.75pt solid #000000", height=0.9)
+    d.gap(12)
     totals(d, line="0.5pt solid #999999", strong="0.75pt solid #000000")
-    d.gap(16)
+    d.gap(10)
     payment(d)
     return d
 
@@ -204,14 +208,15 @@ def moderno():
     d = Drawing("Arial", accent="#0f766e", soft="#64748b")
     band = dict(fill="#0f766e", align="middle")
     d.table([10.5, 6.5], [[
-        d.cell(d.p("%NomeDitta%", size=17, bold=True, color="#ffffff"),
+        d.cell(d.p("%NomeDitta%", size=15, bold=True, color="#ffffff"),
                d.p("%DescrizioneAttività%", color="#cdeae6"), padding="0.45cm 0.5cm", **band),
         d.cell(*number_and_date(d, align="end", color="#ffffff"), padding="0.45cm 0.5cm", **band)]])
     d.gap(14)
     d.table([8.7, 8.3], [[
         d.cell(d.p("DA", size=8, bold=True, color=d.accent, spacing=0.05, below=0.1), d.p("%IndirizzoDitta%"),
-               d.p("%TelefonoDitta%  %FaxDitta%"), d.p("%e-mail%"), d.p("%CodiceFiscaleDitta%", size=9, color=d.soft),
-               d.p("%PIDitta%", size=9, color=d.soft), padding="0cm 0.5cm"),
+               d.p("%e-mail%"), d.p("%CodiceFiscaleDitta%", size=9, color=d.soft),
+               d.p("%PIDitta%", size=9, color=d.soft), d.p("%TelefonoDitta%  %FaxDitta%", size=9, color=d.soft),
+               padding="0cm 0.5cm"),
         d.cell(d.p("A", size=8, bold=True, color=d.accent, spacing=0.05, below=0.1), *customer(d), padding="0cm 0.5cm",
                borders=f'fo:border-left="1.5pt solid {d.accent}"')]])
     d.gap(20)
@@ -237,9 +242,9 @@ def essenziale():
     services(d, head_ink=d.soft, line="0.5pt solid #e3e5e8", height=1.0)
     d.gap(12)
     totals(d, line="0.5pt solid #ffffff", strong="0.5pt solid #b8bcc2")
-    d.gap(16)
+    d.gap(12)
     payment(d)
-    d.gap(14)
+    d.gap(10)
     d.add(d.p(size=3, rule="0.5pt solid #e3e5e8"), d.p("%IndirizzoDitta%", size=8, color=d.soft, above=0.1),
           d.p(CONTACTS, size=8, color=d.soft), d.p(FISCAL, size=8, color=d.soft))
     return d
@@ -247,7 +252,7 @@ def essenziale():
 
 def elegante():
     """Serif and burgundy, for a practice that likes it solemn."""
-    d = Drawing("Times New Roman", ink="#2b2024", accent="#7a1f35", soft="#7d6b70", size=11)
+    d = Drawing("Times New Roman", ink="#2b2024", accent="#7a1f35", soft="#7d6b70", size=10.5)
     d.table([17.0], [[d.cell(
         d.p("%NomeDitta%", size=22, color=d.accent, align="center", spacing=0.06),
         d.p("%DescrizioneAttività%", italic=True, size=12, align="center", color=d.soft),
@@ -255,17 +260,17 @@ def elegante():
         padding="0.3cm 0cm")]])
     d.add(d.p("%IndirizzoDitta%", size=9.5, align="center", color=d.soft, above=0.12),
           d.p(CONTACTS, size=9.5, align="center", color=d.soft), d.p(FISCAL, size=9.5, align="center", color=d.soft))
-    d.gap(18)
+    d.gap(14)
     d.table([9.4, 7.6], [[
         d.cell(d.p("Fattura", size=26, italic=True, color=d.accent), d.p("n. %NumeroFattura%/%Anno%", bold=True, size=13),
                d.p("del %Data%"), padding="0cm 0cm"),
         d.cell(d.p("Spettabile", italic=True, color=d.soft, below=0.08), *customer(d), padding="0.05cm 0.4cm",
                borders=f'fo:border-left="0.5pt solid {d.accent}"')]])
-    d.gap(20)
-    services(d, line="0.5pt solid #d9c8cc")
-    d.gap(14)
-    totals(d, line="0.5pt solid #d9c8cc", due_fill="#f6eef0")
     d.gap(16)
+    services(d, line="0.5pt solid #d9c8cc", height=0.9)
+    d.gap(12)
+    totals(d, line="0.5pt solid #d9c8cc", due_fill="#f6eef0")
+    d.gap(10)
     payment(d)
     return d
 

@@ -147,7 +147,7 @@ void frmIntestazioneFatture::or_show_failure(const std::function<void()>& step) 
 void frmIntestazioneFatture::load_letterhead() {
     Database& database = program_.database();
     Recordset& row = database.rsIntestazione;
-    database.close_results();
+    if (row.is_open()) row.close();
     bool there = false;
     skip_failures([&] {
         row.open("SELECT * FROM DatiIntestazione", database.dbConnection);
@@ -168,7 +168,7 @@ void frmIntestazioneFatture::load_letterhead() {
     show("ABI", txtBanca[1]);
     show("CAB", txtBanca[2]);
     show("CC", txtBanca[3]);
-    database.close_results();
+    row.close();
     skip_failures([&] { read_template_in_force(); });
 }
 
@@ -212,9 +212,8 @@ void frmIntestazioneFatture::save_letterhead() {
 }
 
 void frmIntestazioneFatture::show_help() {
-    auto& help = program_.form<frmHelp>();
-    help.set_page(
-        " Tarvello - Intestazione Fatture",
+    tarvello::show_help(
+        program_, " Tarvello - Intestazione Fatture",
         "Per poter utilizzare le funzioni di stampa delle fatture è necessario impostare correttamente i "
         "dati di intestazione seguendo la seguente procedura:\n\n"
         "1) Inserire i propri dati personali. Questi dati saranno visualizzati nel campo di intestazione "
@@ -222,13 +221,11 @@ void frmIntestazioneFatture::show_help() {
         "2) Selezionare un modello di fattura tra quelli disponibili.\n"
         "3) Premere il pulsante 'Salva Dati'\n\n\n"
         "E' possibile inoltre creare modelli di fatture personalizzati o modificare quelli esistenti.");
-    help.show_modal();
 }
 
 // Logo and layout
 
 void frmIntestazioneFatture::load_logo(const std::string& path) {
-    PicOrigine.clear();
     const PictureSize size = program_.platform().pictures.size(path);
     PicOrigine.set_size(size.width, size.height);
     PicOrigine.set_picture(path);

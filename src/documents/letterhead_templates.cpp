@@ -92,7 +92,8 @@ void frmIntestazioneFatture::import_template() {
                                                  : FileFilter{"Microsoft Word files (*.doc)", "*.doc"};
     const auto path = program_.platform().dialogs.open_file({"Importa copia dei dati", {filter}});
     if (!path) return;
-    if (CopiaFile(program_.platform(), *path, templates_folder(program_), true, true)) {
+    const std::string name = path->substr(path->rfind(program_.platform().separator) + 1);
+    if (CopiaFile(program_.platform(), *path, in_templates(name), true, true)) {
         program_.message("Importazione modello completata.", BoxIcon::information);
     } else {
         program_.message("Errore nella copia del file.", BoxIcon::critical);

@@ -120,8 +120,7 @@ void print_invoice(Program& program) {
         return close_all_results(program);
     }
     try {
-        const int layout =
-            to_int16(read_amount(program.main_window().txtModelloReport.text(), program.regional()));
+        const double layout = read_amount(program.main_window().txtModelloReport.text(), program.regional());
         if (layout == 1) show_report(program, DataReport1(), header, body);
         if (layout == 2) show_report(program, DataReport2(), header, body);
     } catch (const Failure&) { // whatever it was, the user reads the same

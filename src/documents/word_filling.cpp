@@ -104,13 +104,15 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
     const auto path =
         program.platform().dialogs.save_file({"Crea Documento di Microsoft Word",
                                               {{"Documenti di Microsoft Word (*.rtf)", "*.rtf "},
-                                               {"Documenti di Microsoft Word (*.doc)", "*.doc"}}});
+                                               {"Documenti di Microsoft Word (*.doc)", "*.doc"}},
+                                              true});
     if (!path) return;
 
     auto& wait = program.form<frmAttesa>();
     wait.Label1.set_caption("Preparazione stampa su file in corso...attendere...");
     wait.show();
-    program.platform().windows.repaint();
+    constexpr int milliseconds = 60; // until the dialog has left the screen and the notice is drawn
+    program.platform().windows.pause(milliseconds);
 
     const std::string folder = templates_folder(program);
     if (!program.platform().files.folder_exists(folder)) {

@@ -47,6 +47,9 @@ struct FileFilter {
 struct FileDialog {
     std::string title;
     std::vector<FileFilter> filters;
+    /// The dialog itself asks before it gives the name of a file that exists. Who copies by CopiaFile asks
+    /// there.
+    bool confirm_replace = false;
 };
 
 class FileDialogs {

@@ -116,10 +116,12 @@ TEST_F(PrintReports, TheLayoutIsTheOneInForce) {
     TextBox& layout = program->main_window().txtModelloReport;
     layout.set_text("2");
     EXPECT_EQ(printed().name, "DataReport2");
-    layout.set_text("3");
-    printed();
-    EXPECT_EQ(fake.reports.shown.size(), 1u) << "nothing comes, without a word";
-    for (const char* none : {"", "due", "99999"}) {
+    for (const char* other : {"3", "1,5", "99999"}) {
+        layout.set_text(other);
+        printed();
+        EXPECT_EQ(fake.reports.shown.size(), 1u) << other << ": nothing comes, without a word";
+    }
+    for (const char* none : {"", "due"}) {
         layout.set_text(none);
         boxes().expect({"Impossibile eseguire la stampa.", "Tarvello 4", BoxIcon::critical});
         printed();

@@ -106,6 +106,14 @@ TEST_F(WordProcessing, ShowsACopyThatTheDesktopKnows) {
     application->show();
     EXPECT_EQ(shown, std::vector{folder + "/anteprima.rtf"});
     EXPECT_EQ(fake.files.read(folder + "/anteprima"), fake.files.read(folder + "/anteprima.rtf"));
+
+    // The user has left it open: the next one must not look like it.
+    file(".~lock.anteprima.rtf#", "");
+    const auto next = processor.start();
+    next->open_read_only(file("modello.doc", sample));
+    next->save_as(folder + "/anteprima");
+    next->show();
+    EXPECT_EQ(shown.back(), folder + "/anteprima-2.rtf");
 }
 
 TEST_F(WordProcessing, HostileTemplates) {

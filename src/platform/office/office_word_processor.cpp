@@ -64,10 +64,14 @@ public:
     }
 
     void show() override {
-        // A name without an extension tells the desktop nothing: the user gets a copy that has one.
+        // A name without an extension tells the desktop nothing: the user gets a copy that has one. While an
+        // earlier copy is open, the next one has another name, else the user would be shown the earlier one.
         std::string shown = saved_as_;
         if (std::filesystem::path(saved_as_).extension().empty()) {
             shown += "." + format_;
+            for (int number = 2; is_open_in_libre_office(shown); ++number) {
+                shown = saved_as_ + "-" + std::to_string(number) + "." + format_;
+            }
             files_.copy(saved_as_, shown);
         }
         if (!open_for_user_(shown)) {
@@ -84,6 +88,12 @@ public:
     }
 
 private:
+    /// By the mark that LibreOffice leaves beside a document while a user has it open.
+    bool is_open_in_libre_office(const std::string& path) {
+        const std::filesystem::path document(path);
+        return files_.exists(document.parent_path() / (".~lock." + document.filename().string() + "#"));
+    }
+
     std::shared_ptr<office::Helper> helper_;
     Files& files_;
     const std::function<bool(const std::string&)>& open_for_user_;

@@ -126,7 +126,7 @@ std::optional<std::string> QtFileDialogs::save_file(const FileDialog& dialog) {
     QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
     window.setAcceptMode(QFileDialog::AcceptSave);
     window.setFileMode(QFileDialog::AnyFile);
-    window.setOption(QFileDialog::DontConfirmOverwrite);
+    window.setOption(QFileDialog::DontConfirmOverwrite, !dialog.confirm_replace);
     return path_of(window);
 }
 

@@ -31,9 +31,9 @@ Date SystemClock::today() {
 }
 
 PictureSize QtPictureFiles::size(const std::string& path) {
-    QImageReader reader(to_qt(path));
-    const QSize size = reader.size();
-    if (!size.isValid()) {
+    // Read whole: what has the head of a picture need not be one.
+    const QSize size = QImageReader(to_qt(path)).read().size();
+    if (size.isEmpty()) {
         throw Failure(481, "Immagini", "Il file " + path + " non è un'immagine valida.");
     }
     constexpr float twips_per_dot = 15;

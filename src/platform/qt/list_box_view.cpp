@@ -32,6 +32,9 @@ public:
             if (view_.currentRow() >= 0) opened(view_.currentRow());
             return true;
         }
+        // The focus has marked the first row when it came. Nobody has chosen it yet: the first key begins
+        // there.
+        if (list_.list_index() < 0) view_.setCurrentRow(-1);
         const int before = view_.currentRow();
         static_cast<QObject&>(view_).event(&event);
         if (view_.currentRow() >= 0 && view_.currentRow() != before) clicked(view_.currentRow());

@@ -200,7 +200,8 @@ private:
         QPixmap area(size * ratio);
         area.setDevicePixelRatio(ratio);
         area.fill(Qt::transparent);
-        const QImage image(picture_file(control_.picture()));
+        const QString file = picture_file(control_.picture());
+        const QImage image = file.isEmpty() ? QImage() : QImage(file);
         if (image.isNull()) return area;
         constexpr float twips_to_dot = 15;
         const PictureBox box = control_.painted().value_or(

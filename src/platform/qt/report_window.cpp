@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
 #include <QScreen>
 #include <QScrollArea>
 #include <QToolBar>
@@ -90,7 +91,8 @@ ReportWindow::ReportWindow(const Report& report, FileDialogs& dialogs, Files& fi
     bar->addWidget(zoom_text_);
     add("ui_larger", QStringLiteral("Ingrandisci"), "ingrandisci", QKeySequence::ZoomIn,
         [this] { set_zoom(zoom_ * zoom_step); });
-    add("ui_whole_page", QStringLiteral("Pagina intera"), "pagina", {}, [this] { fit_page(); });
+    add("ui_whole_page", QStringLiteral("Pagina intera"), "pagina", Qt::CTRL | Qt::Key_0,
+        [this] { fit_page(); });
     bar->addSeparator();
     add("ui_close", QStringLiteral("Chiudi"), "chiudi", QKeySequence::Close, [this] { close(); });
 
@@ -149,6 +151,11 @@ void ReportWindow::showEvent(QShowEvent* event) {
 }
 
 void ReportWindow::print() {
+    if (QPrinterInfo::availablePrinterNames().isEmpty()) { // the dialog would have nothing to choose from
+        boxes_.show({"Nessuna stampante è installata su questo computer.\nLa fattura si può salvare in PDF.",
+                     "Tarvello 4", BoxIcon::exclamation});
+        return;
+    }
     const ModalTurn turn;
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(to_qt(report_.document));

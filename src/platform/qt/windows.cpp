@@ -106,6 +106,9 @@ QtWindows::Open& QtWindows::open(Form& form, bool modal) {
         qWarning("%s has no widget for %s", form.name().c_str(), name.c_str());
     }
     put_in_frame(open, std::move(root), modal);
+    // What has never been shown tells nobody that the words it was given take more room.
+    for (QWidget* widget : open.root->findChildren<QWidget*>()) widget->updateGeometry();
+    for (QLayout* layout : open.root->findChildren<QLayout*>()) layout->invalidate();
     open.frame->installEventFilter(this);
     open.binder->on_size = [this, &open] { size_frame(open); };
     size_frame(open);
@@ -166,6 +169,11 @@ void QtWindows::size_frame(Open& open) {
 }
 
 void QtWindows::place_frame(Open& open) {
+    if (const auto* sub = qobject_cast<QMdiSubWindow*>(open.frame);
+        sub && open.root->property("ui_centred").toBool()) {
+        open.frame->move(sub->mdiArea()->viewport()->rect().center() - open.frame->rect().center());
+        return;
+    }
     if (!open.form->at_top_left()) return;
     const auto* area = main_ ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
     const bool inside = qobject_cast<QMdiSubWindow*>(open.frame) != nullptr;
@@ -182,8 +190,12 @@ void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
         main_->resize((main_->size() + missing).boundedTo(most.expandedTo(main_->size())));
         main_->layout()->activate(); // the area has its new size now
     }
-    // Below its least size it would cut off what it shows: then the area scrolls.
-    size = size.boundedTo(area->viewport()->size()).expandedTo(sub.minimumSizeHint());
+    // Below its least size it would cut off what it shows: then the area scrolls. A window that has not been
+    // shown yet leaves its content out of that size.
+    const QWidget& content = *sub.widget();
+    const QSize frame = sub.sizeHint() - content.sizeHint();
+    const QSize least = sub.minimumSizeHint().expandedTo(content.minimumSizeHint() + frame);
+    size = size.boundedTo(area->viewport()->size()).expandedTo(least);
 }
 
 void QtWindows::bring_up(Open& open) {
