@@ -25,9 +25,14 @@ TEST_F(Information, EachWindowIsModalAndClosesByItsButton) {
     EXPECT_FALSE(program->loaded("frmHelp"));
 }
 
-TEST_F(Information, TheVersionsCanBeCopied) {
-    windows().expect_modal("frmAbout", [](Form& form) {
+TEST_F(Information, TheVersionsCanBeCopiedAndTheGuideOpens) {
+    windows().expect_modal("frmAbout", [&](Form& form) {
         static_cast<frmAbout&>(form).cmdCopia.click();
+        windows().expect_modal("frmHelp", [](Form& help) {
+            EXPECT_EQ(static_cast<frmHelp&>(help).Document1.document(), "guida");
+            EXPECT_FALSE(static_cast<frmHelp&>(help).Text1.visible());
+        });
+        static_cast<frmAbout&>(form).cmdGuida.click();
         static_cast<frmAbout&>(form).cmdOK.click();
     });
     main.AboutTarvello.click();

@@ -4,6 +4,7 @@
 #include "platform/qt/qt_text.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLibrary>
 #include <QVBoxLayout>
@@ -15,11 +16,12 @@ namespace {
 /// Loads the library, once. It is never unloaded: the engine in it cannot start twice.
 /// @param why  becomes the reason if there is no browser
 std::unique_ptr<Browser> make_browser(QWidget* parent, QString& why) {
-    QLibrary library(
-        to_qt(private_file(from_qt(QCoreApplication::applicationDirPath()), "libtarvello-browser.so")));
+    const QString file =
+        to_qt(private_file(from_qt(QCoreApplication::applicationDirPath()), "libtarvello-browser.so"));
+    QLibrary library(file);
     const auto make = reinterpret_cast<MakeBrowser>(library.resolve(make_browser_symbol));
     if (!make) {
-        why = library.errorString();
+        why = QFileInfo::exists(file) ? library.errorString() : "Manca la libreria " + file + ".";
         return nullptr;
     }
     std::unique_ptr<Browser> browser(make(parent));
@@ -46,9 +48,10 @@ public:
     void navigate(const std::string& address) override {
         if (!browser_ && !excuse_) make();
         if (browser_) return browser_->navigate(address);
-        excuse_->setText(QStringLiteral("Il browser incorporato non è disponibile.\n\n%1\n\nLa pagina si può "
-                                        "aprire con un altro browser all'indirizzo\n%2")
-                             .arg(why_, to_qt(address)));
+        excuse_->setText(QStringLiteral("<p>Il browser incorporato non è disponibile.</p><p>%1</p>"
+                                        "<p>La pagina si può aprire con un altro browser:<br>"
+                                        "<a href=\"%2\">%2</a></p>")
+                             .arg(why_.toHtmlEscaped(), to_qt(address).toHtmlEscaped()));
     }
     void go_back() override {
         if (browser_) browser_->go_back();
@@ -68,11 +71,12 @@ private:
             shown = &browser_->widget();
         } else {
             excuse_ = new QLabel(widget());
-            excuse_->setTextFormat(Qt::PlainText);
+            excuse_->setTextFormat(Qt::RichText);
+            excuse_->setTextInteractionFlags(Qt::TextBrowserInteraction);
+            excuse_->setOpenExternalLinks(true);
             excuse_->setWordWrap(true);
             excuse_->setAlignment(Qt::AlignCenter);
             excuse_->setMargin(24);
-            excuse_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
             shown = excuse_;
         }
         auto* layout = new QVBoxLayout(widget());

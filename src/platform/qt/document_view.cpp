@@ -15,7 +15,6 @@ namespace tarvello::qt {
 
 DocumentBrowser::DocumentBrowser(QWidget* parent) : QTextBrowser(parent) {
     setOpenLinks(false);
-    setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
     document()->setDocumentMargin(14);
     QObject::connect(this, &QTextBrowser::anchorClicked, [this](const QUrl& link) { follow(link); });
 }
