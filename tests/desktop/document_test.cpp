@@ -53,5 +53,23 @@ TEST(DocumentBrowser, ShowsPicturesNoWiderThanThePageAndFollowsItsLinks) {
     EXPECT_EQ(browser.toPlainText(), "Il documento non è stato trovato:\n" + folder.filePath("manca.md"));
 }
 
+TEST(DocumentBrowser, EveryLinkOfTheGuideLeadsToItsChapter) {
+    qt::DocumentBrowser browser;
+    browser.open(TARVELLO_BIN "/docs/guida.md");
+    EXPECT_GT(pictures(*browser.document()).size(), 5u);
+    for (const QImage& picture : pictures(*browser.document())) EXPECT_FALSE(picture.isNull());
+    int links = 0;
+    for (QTextBlock block = browser.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment text = it.fragment();
+            if (!text.charFormat().isAnchor()) continue;
+            ++links;
+            Q_EMIT browser.anchorClicked(QUrl(text.charFormat().anchorHref()));
+            EXPECT_EQ(browser.textCursor().block().text(), text.text());
+        }
+    }
+    EXPECT_GT(links, 10);
+}
+
 } // namespace
 } // namespace tarvello::testing
