@@ -167,12 +167,12 @@ TEST_F(WordProcessing, ATemplateOfTwentyMegabytes) {
 TEST_F(WordProcessing, ATemplateThatTakesForEverIsGivenUp) {
     std::string rtf = "{\\rtf1\\ansi ";
     while (rtf.size() < (std::size_t{20} << 20)) rtf += "Una riga di testo che si ripete.\\par\n";
-    settings.patience = 3s;
+    settings.patience = 8s; // in which the office must start, on a busy machine too
     OfficeWordProcessor hasty = make(settings);
     const auto application = hasty.start();
     const auto start = Clock::now();
     EXPECT_FALSE(failure_of([&] { application->open_read_only(file("grande.rtf", rtf + "}")); }).empty());
-    EXPECT_LT(Clock::now() - start, 6s);
+    EXPECT_LT(Clock::now() - start, 11s);
     EXPECT_TRUE(helpers().empty());
 }
 
@@ -197,7 +197,7 @@ TEST_F(WordProcessing, AHelperThatDies) {
 }
 
 TEST_F(WordProcessing, AHelperThatHangsIsEnded) {
-    settings.patience = 2s;
+    settings.patience = 6s;
     OfficeWordProcessor hasty = make(settings);
     const auto application = hasty.start();
     application->open_read_only(file("modello.rtf", sample));
@@ -207,8 +207,8 @@ TEST_F(WordProcessing, AHelperThatHangsIsEnded) {
     const auto start = Clock::now();
     EXPECT_EQ(failure_of([&] { application->replace_all("%Altro%", "x"); }),
               "Il programma di scrittura non ha risposto in tempo ed è stato chiuso.");
-    EXPECT_GE(Clock::now() - start, 2s);
-    EXPECT_LT(Clock::now() - start, 4s);
+    EXPECT_GE(Clock::now() - start, 6s);
+    EXPECT_LT(Clock::now() - start, 9s);
     EXPECT_TRUE(helpers().empty());
 }
 
