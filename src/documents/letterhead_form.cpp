@@ -31,7 +31,10 @@ void RidimensionaImmagine(const Picture& origin, Picture& destination) {
 frmIntestazioneFatture::frmIntestazioneFatture(Program& program)
     : Form(program, "frmIntestazioneFatture"), program_(program) {
     set_caption("Intestazione");
-    order_tabs({&Text1[0], &Text1[3], &Text1[6], &Text1[1], &Text1[4], &Text1[2], &Text1[7], &Text1[5]});
+    // Enter goes from field to field; buttons in between would be pressed by it.
+    order_tabs({&Text1[0], &Text1[3], &Text1[6], &Text1[1], &Text1[4], &Text1[2], &Text1[7], &Text1[5],
+                &txtDescrizione, &txtBanca[0], &txtBanca[1], &txtBanca[2], &txtBanca[3], &Command3,
+                &Command2});
 
     Text1[0].set_locked(true);
     Text1[5].set_visible(false);
