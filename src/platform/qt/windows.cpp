@@ -169,15 +169,19 @@ void QtWindows::size_frame(Open& open) {
 }
 
 void QtWindows::place_frame(Open& open) {
-    if (const auto* sub = qobject_cast<QMdiSubWindow*>(open.frame);
-        sub && open.root->property("ui_centred").toBool()) {
-        open.frame->move(sub->mdiArea()->viewport()->rect().center() - open.frame->rect().center());
-        return;
-    }
-    if (!open.form->at_top_left()) return;
     const auto* area = main_ ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
-    const bool inside = qobject_cast<QMdiSubWindow*>(open.frame) != nullptr;
-    open.frame->move(inside || !area ? QPoint(0, 0) : area->mapToGlobal(QPoint(0, 0)));
+    const bool inside = area && qobject_cast<QMdiSubWindow*>(open.frame);
+    if (open.form->at_top_left()) {
+        open.frame->move(inside || !area ? QPoint(0, 0) : area->mapToGlobal(QPoint(0, 0)));
+    } else if (inside) {
+        const QRect room = area->viewport()->rect();
+        const QSize spare = (room.size() - open.frame->size()).expandedTo({0, 0});
+        const QPoint wanted = open.root->property("ui_centred").toBool()
+                                  ? room.center() - open.frame->rect().center()
+                                  : open.frame->pos();
+        // As far as it has room, the window lies inside the area, which need not scroll then.
+        open.frame->move(std::clamp(wanted.x(), 0, spare.width()), std::clamp(wanted.y(), 0, spare.height()));
+    }
 }
 
 void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
