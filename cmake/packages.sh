@@ -17,6 +17,8 @@ packages=(
     libgtest-dev libgmock-dev python3
     # read what the program makes or changes independently: PDF files, Access files
     poppler-utils mdbtools
+    # make packages, and look whether they are as they should be
+    dpkg-dev fakeroot file desktop-file-utils appstream lintian
 )
 
 # Installs those of the packages "$@" that are missing; does nothing when all are there.

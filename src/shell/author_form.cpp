@@ -1,5 +1,6 @@
 #include "shell/author_form.h"
 
+#include "failure.h"
 #include "shell/maker_site.h"
 #include "shell/program.h"
 
@@ -9,26 +10,15 @@ namespace tarvello {
 
 namespace {
 
-std::string credits() {
-    return "Tarvello è un programma per i professionisti che emettono fatture: anagrafica dei clienti, "
-           "fatture "
-           "con rivalsa, I.V.A. e ritenuta d'acconto, stampa e documenti.\n"
-           "\n"
-           "Sito: " +
-           maker_host() +
-           "\n"
-           "Licenza: MIT\n"
-           "\n"
-           "Componenti di terzi\n"
-           "  Qt, licenza LGPL versione 3\n"
-           "  SQLite, di pubblico dominio\n"
-           "  utf8proc, licenza MIT\n"
-           "  LibreOffice, licenza MPL versione 2.0\n"
-           "  Caratteri Liberation, licenza SIL OFL 1.1\n"
-           "\n"
-           "Dati dei comuni\n"
-           "  Archivio nazionale dei comuni (ANPR, Ministero dell'Interno), elenchi dell'ISTAT e "
-           "dell'Agenzia delle Entrate, con licenza CC BY.";
+/// The licences of the program and of what it is made with, and where its data comes from.
+std::string licences(Program& program) {
+    const Platform& platform = program.platform();
+    const std::string path = platform.shipped_directory + platform.separator + "licenze.txt";
+    try {
+        return platform.files.read(path);
+    } catch (const Failure& failure) {
+        return failure.description(); // the rest of the window does not depend on it
+    }
 }
 
 } // namespace
@@ -38,7 +28,10 @@ frmAutore::frmAutore(Program& program) : Form(program, "frmAutore") {
     Image1.set_picture("tarvello");
     lblTitle.set_caption("Gli autori di Tarvello");
     Text1.set_locked(true);
-    Text1.set_text(credits());
+    Text1.set_text(
+        "Tarvello è un programma per i professionisti che emettono fatture: anagrafica dei clienti, "
+        "fatture con rivalsa, I.V.A. e ritenuta d'acconto, stampa e documenti.\n\nSito: " +
+        maker_host() + "\n\n" + licences(program));
     Command1.set_caption("&Chiudi");
     Command1.on_click = [this] { unload(); };
 }

@@ -1,4 +1,5 @@
 #include "shell/about_form.h"
+#include "shell/author_form.h"
 #include "shell/help_form.h"
 #include "support/program_test.h"
 
@@ -12,8 +13,12 @@ struct Information : ProgramTest {
 };
 
 TEST_F(Information, EachWindowIsModalAndClosesByItsButton) {
-    windows().expect_modal("frmAutore",
-                           [](Form& form) { dynamic_cast<CommandButton&>(*form.find("Command1")).click(); });
+    fake.files.write(fake.program_directory + "/licenze.txt", "Dati dei comuni: ISTAT");
+    windows().expect_modal("frmAutore", [](Form& form) {
+        EXPECT_THAT(static_cast<frmAutore&>(form).Text1.text(),
+                    ::testing::EndsWith("Dati dei comuni: ISTAT"));
+        static_cast<frmAutore&>(form).Command1.click();
+    });
     main.Autore.click();
     EXPECT_FALSE(program->loaded("frmAutore"));
     windows().expect_modal("frmHelp", [](Form& form) {

@@ -37,7 +37,7 @@ Application::Application(int& argc, char** argv) : QApplication(prepare(argc), a
     qunsetenv(x11_graphics); // programs that this one opens draw as they like
     setApplicationName(QStringLiteral("tarvello"));
     setApplicationDisplayName(QString());
-    setWindowIcon(picture_icon("tarvello"));
+    setWindowIcon(program_icon());
     setDesktopFileName(QStringLiteral("tarvello"));
     setQuitOnLastWindowClosed(false); // the session ends the program, not the splash that goes
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));

@@ -38,4 +38,18 @@ QIcon picture_icon(const std::string& picture) {
     return *known.insert(file, QIcon(file));
 }
 
+std::string program_icon_drawing(int size) {
+    if (size % 16 == 0 && size < 48) return "tarvello-16";
+    return size < 48 ? "tarvello-24" : "tarvello";
+}
+
+QIcon program_icon() {
+    QIcon icon;
+    // Window managers take the nearest of these; larger ones are in the desktop's icon theme.
+    for (const int size : {16, 24, 32, 48, 64}) {
+        icon.addPixmap(picture_icon(program_icon_drawing(size)).pixmap(QSize(size, size), 1.0));
+    }
+    return icon;
+}
+
 } // namespace tarvello::qt
