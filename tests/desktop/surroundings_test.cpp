@@ -169,6 +169,14 @@ TEST_F(ProgramDirectory, TakesANewerListOfMunicipalitiesButNotForTheUsersOwn) {
     EXPECT_EQ(read_file(bin + "/Comuni.mdb"), list("0001", "mine"));
 }
 
+TEST_F(ProgramDirectory, TheProgramsOwnLibrariesLieBesideItOrWhereTheyAreInstalled) {
+    EXPECT_EQ(qt::private_file(bin, "x.so"), bin + "/x.so");
+    write_file(bin + "/../libexec/tarvello/x.so", "");
+    EXPECT_EQ(qt::private_file(bin, "x.so"), folders.path("home") + "/prefix/libexec/tarvello/x.so");
+    write_file(bin + "/x.so", "");
+    EXPECT_EQ(qt::private_file(bin, "x.so"), bin + "/x.so");
+}
+
 // Regional settings
 
 TEST(Regional, ItalianUnlessTheUserIsElsewhere) {

@@ -186,12 +186,20 @@ class Debian(ProgramTest):
         for name in names:
             self.assertEqual(output_of("dpkg-query", "--show", "--showformat=${db:Status-Status}", name), "installed")
 
+    def test_it_brings_what_it_loads_only_when_needed_and_no_scripts(self):
+        made = package(PACKAGES, "*.deb")
+        output_of("dpkg-deb", "--raw-extract", made, self.root / "made")
+        for name in ("tarvello-office", "libtarvello-browser.so"):
+            libraries = output_of("ldd", self.root / "made/usr/libexec/tarvello" / name)
+            self.assertNotIn("not found", libraries)
+        self.assertEqual(sorted(os.listdir(self.root / "made/DEBIAN")), ["control", "md5sums"])
+
     def test_its_files_are_roots_and_lie_where_packages_may_put_them(self):
         for line in output_of("dpkg-deb", "--contents", package(PACKAGES, "*.deb")).splitlines():
             mode, owner, _, _, _, name = line.split(maxsplit=5)
             self.assertEqual(owner, "root/root", name)
             self.assertRegex(mode, "^.rw[x-]r-[x-]r-[x-]$", name)
-            self.assertRegex(name, r"^\./(usr/((bin|lib|share)/.*)?)?$")
+            self.assertRegex(name, r"^\./(usr/((bin|libexec|share)/.*)?)?$")
 
 
 class Portable(ProgramTest):

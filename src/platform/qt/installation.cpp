@@ -67,7 +67,7 @@ std::string shipped_directory(const std::string& executable_folder) {
 std::string private_file(const std::string& executable_folder, const std::string& name) {
     const QString here = QDir::cleanPath(to_qt(executable_folder));
     const QString beside = here + "/" + to_qt(name);
-    const QString installed = QDir::cleanPath(here + "/../lib/tarvello/" + to_qt(name));
+    const QString installed = QDir::cleanPath(here + "/../libexec/tarvello/" + to_qt(name));
     return from_qt(!QFileInfo::exists(beside) && QFileInfo::exists(installed) ? installed : beside);
 }
 

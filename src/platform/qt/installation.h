@@ -10,8 +10,8 @@ namespace tarvello::qt {
 /// @param executable_folder  where the executable lies
 std::string shipped_directory(const std::string& executable_folder);
 
-/// An executable or a library of the program's own: beside the executable, or lib/tarvello beside the folder
-/// of an installed executable. If it is in neither place, the first of them.
+/// An executable or a library of the program's own: beside the executable, or libexec/tarvello beside the
+/// folder of an installed executable. If it is in neither place, the first of them.
 /// @param executable_folder  where the executable lies
 /// @param name               file name
 std::string private_file(const std::string& executable_folder, const std::string& name);
