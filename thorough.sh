@@ -1,7 +1,7 @@
 #!/bin/bash
 # Runs the tests of Access files at full size, where test.sh tries each thing a few times: 20,000 random statements on
 # each sample beside the embedded engine, 500 kills, the first 200 calls that change the disk failing in turn, 2,000
-# damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. It takes about twenty
+# damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. It takes about ten
 # minutes. On a fresh Debian 12 it installs what is missing first.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"

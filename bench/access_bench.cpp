@@ -8,6 +8,7 @@
 #include "store/statement.h"
 #include "text/letter_case.h"
 
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
@@ -154,12 +155,36 @@ void save(benchmark::State& state, const std::string& path) {
 void save_access(benchmark::State& state) { save(state, access_copy()); }
 void save_embedded(benchmark::State& state) { save(state, archive_copy("saved-beside-access.mdb")); }
 
+/// The most memory that a process of its own takes for a statement.
+void memory(benchmark::State& state, const std::string& path, const char* sql) {
+    for (auto _ : state) {
+        const std::string command = std::string("'" TARVELLO_STORE_PROBE "' '") + path + "' \"" + sql + "\"";
+        FILE* const probe = ::popen(command.c_str(), "r");
+        double megabytes = 0;
+        if (probe == nullptr || std::fscanf(probe, "%lf", &megabytes) != 1) state.SkipWithError("no probe");
+        if (probe != nullptr) ::pclose(probe);
+        state.counters["megabytes"] = megabytes;
+    }
+}
+constexpr const char* read_all = "SELECT * FROM Fatture ORDER BY Cognome_Ragione_Sociale";
+constexpr const char* write_all = "UPDATE Fatture SET Cognome_Ragione_Sociale='Bianchi'";
+void read_memory_access(benchmark::State& state) { memory(state, access_path(), read_all); }
+void read_memory_embedded(benchmark::State& state) { memory(state, archive_path(), read_all); }
+void write_memory_access(benchmark::State& state) { memory(state, access_copy(), write_all); }
+void write_memory_embedded(benchmark::State& state) {
+    memory(state, archive_copy("saved-beside-access.mdb"), write_all);
+}
+
 const bool registered = [] {
     row("Access file beside the embedded engine: first row of a paging statement", paging_access,
         paging_embedded, 3);
     row("Access file beside the embedded engine: all rows of a year", year_access, year_embedded, 3);
     row("Access file beside the embedded engine: save of one invoice", save_access, save_embedded, 2,
         Clock::wall);
+    row_of_memory("Access file beside the embedded engine: memory, all invoices read in the order of a text",
+                  read_memory_access, read_memory_embedded, 40);
+    row_of_memory("Access file beside the embedded engine: memory, all invoices changed in one statement",
+                  write_memory_access, write_memory_embedded, 40);
     return true;
 }();
 

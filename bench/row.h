@@ -16,9 +16,9 @@ using Work = void (*)(benchmark::State&);
 /// the wall, for a work that waits for the disk or another process.
 enum class Clock { processor, wall };
 
-inline void add(const std::string& name, Work work, Clock clock) {
+inline auto* add(const std::string& name, Work work, Clock clock) {
     auto* const registered = benchmark::RegisterBenchmark(name.c_str(), work);
-    if (clock == Clock::wall) registered->UseRealTime();
+    return clock == Clock::wall ? registered->UseRealTime() : registered;
 }
 
 /// @param reach  at most so many times the floor is what we want
@@ -36,6 +36,15 @@ inline void row_within(const std::string& name, Work ours, double microseconds,
     char label[64];
     std::snprintf(label, sizeof label, "%g us", microseconds);
     add(name + "|ours|" + label, ours, clock);
+}
+
+/// A row of memory: the works say in the counter "megabytes" what they took.
+/// @param more  at most so many megabytes above the floor is what we want
+inline void row_of_memory(const std::string& name, Work ours, Work floor, double more) {
+    char label[64];
+    std::snprintf(label, sizeof label, "%g MB", more);
+    add(name + "|ours|" + label, ours, Clock::wall)->Iterations(1);
+    add(name + "|floor", floor, Clock::wall)->Iterations(1);
 }
 
 } // namespace tarvello::bench

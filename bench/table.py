@@ -2,7 +2,7 @@
 """Prints the rows of the benchmarks as one table: medians, the ratio to the floor, and whether it is in reach.
 
 The names of the benchmarks say what belongs together (see row.h): "work|ours|1.5 x" and "work|floor", or
-"work|ours|10 us" for a work without a floor.
+"work|ours|10 us" for a work without a floor, "work|ours|40 MB" for memory above that of "work|floor".
 """
 
 import json
@@ -27,6 +27,7 @@ def main(paths):
                 unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
                 name, on_the_wall, _ = run["run_name"].partition("/real_time")
                 time = run["real_time" if on_the_wall else "cpu_time"] * unit
+                time = run.get("megabytes", time)
                 work, kind, *reach = name.split("|")
                 if kind == "floor":
                     floors[work] = time
@@ -37,9 +38,14 @@ def main(paths):
     print("|---|---|---|---|---|---|")
     for work, (time, reach) in ours.items():
         limit, unit = reach.split()
+        if unit in ("x", "MB") and work not in floors:
+            sys.exit(f"no floor was measured for: {work}")
+        if unit == "MB":
+            more = time - floors[work]
+            print(f"| {work} | {time:.3g} MB | {floors[work]:.3g} MB | {more:+.1f} MB | {reach} more | "
+                  f"{'in reach' if more <= float(limit) else 'MISSED'} |")
+            continue
         if unit == "x":
-            if work not in floors:
-                sys.exit(f"no floor was measured for: {work}")
             ratio = time / floors[work]
             floor, shown, reached = in_words(floors[work]), f"{ratio:.2f} x", ratio <= float(limit)
         else:

@@ -22,14 +22,15 @@ constexpr std::size_t customers_page = 24;
 constexpr std::size_t columns_at = customers_page * page_size + 63 + 12;
 constexpr std::size_t column_size = 25;
 
-/// The place of the definition's indexes, behind the names of its columns.
-std::size_t indexes_at(const std::string& bytes) {
+/// The place of the name of a column of the 13, or of the definition's indexes, which follow the last name.
+std::size_t name_at(const std::string& bytes, int column) {
     std::size_t at = columns_at + 13 * column_size;
-    for (int i = 0; i < 13; ++i) {
+    for (int i = 0; i < column; ++i) {
         at += 2 + static_cast<unsigned char>(bytes[at]) + 256U * static_cast<unsigned char>(bytes[at + 1]);
     }
     return at;
 }
+std::size_t indexes_at(const std::string& bytes) { return name_at(bytes, 13); }
 constexpr std::size_t real_index_size = 52;
 
 struct AccessDefinition : ::testing::Test {
@@ -135,6 +136,75 @@ TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
     expect_agreement(*engine, path);
     run(*engine, "UPDATE Clienti SET Appunti='dopo' WHERE Numero_Cliente=1");
     EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").at(0)[12], "dopo");
+    expect_agreement(*engine, path);
+    expect_sound(path, access_sample("vuoto.mdb"));
+}
+
+TEST_F(AccessDefinition, MayGoOnOverSeveralPages) {
+    const auto engine = changed([](std::string& bytes) {
+        // Sixty columns more, with names that a page does not hold.
+        std::string columns;
+        std::string names;
+        for (int i = 0; i < 60; ++i) {
+            std::string column = bytes.substr(columns_at + column_size, column_size);
+            column[5] = static_cast<char>(13 + i); // its number
+            column[7] = static_cast<char>(12 + i); // its place among those of variable length
+            columns += column;
+            const std::string name = "Colonna_aggiunta_numero_" + std::to_string(10 + i);
+            names += {static_cast<char>(2 * name.size()), '\0'};
+            for (const char c : name) names += {c, '\0'};
+        }
+        const std::size_t start = customers_page * page_size;
+        std::string text = bytes.substr(start, page_size);
+        text.insert(indexes_at(bytes) - start, names);
+        text.insert(name_at(bytes, 0) - start, columns);
+        text[41] = text[45] = 73;
+        text[43] = 72;
+        const std::size_t next = bytes.size() / page_size;
+        text[4] = static_cast<char>(next);
+        bytes.replace(start, page_size, text, 0, page_size);
+        bytes += std::string("\x02\x01\0\0\0\0\0\0", 8) + text.substr(page_size);
+        bytes.resize((next + 1) * page_size);
+        // The new page is not free.
+        const std::size_t map = page_size + static_cast<unsigned char>(bytes[page_size + 14]) +
+                                256U * (static_cast<unsigned char>(bytes[page_size + 15]) & 0x1F);
+        bytes[map + 5 + next / 8] = static_cast<char>(bytes[map + 5 + next / 8] & ~(1U << next % 8));
+    });
+    run(*engine, "INSERT INTO Clienti(Nome,Appunti,Colonna_aggiunta_numero_69) VALUES('a','b','c')");
+    run(*engine,
+        "UPDATE Clienti SET Colonna_aggiunta_numero_40='d',Appunti='" + std::string(9000, 'e') + "'");
+    const auto rows = run(*engine, "SELECT * FROM Clienti WHERE Colonna_aggiunta_numero_69='C'");
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows[0].size(), 73U);
+    EXPECT_EQ(rows[0][43], "d");
+    expect_agreement(*engine, path);
+    expect_sound(path, access_sample("vuoto.mdb"));
+}
+
+TEST_F(AccessDefinition, AColumnThatIsGoneKeepsItsPlaceInTheRows) {
+    const std::string insert = "INSERT INTO Clienti(Cognome_Ragione_Sociale,Codice_Fiscale,Appunti) VALUES(";
+    {
+        const auto engine = changed([](std::string&) {});
+        run(*engine, "INSERT INTO Clienti(Cognome_Ragione_Sociale,Nome,Appunti) VALUES('a','b','c')");
+    }
+    std::string bytes = file_bytes(path);
+    const std::size_t name = name_at(bytes, 2);
+    const std::size_t name_end = name_at(bytes, 3);
+    bytes[customers_page * page_size + 45] = 12;
+    const std::size_t end = (customers_page + 1) * page_size;
+    bytes.insert(end, std::string(name_end - name + column_size, '\0'));
+    bytes.erase(name, name_end - name);
+    bytes.erase(columns_at + 2 * column_size, column_size);
+    write_file(path, bytes);
+
+    const auto engine = open(path);
+    run(*engine, insert + "'d','e','f')");
+    run(*engine, "UPDATE Clienti SET Cognome_Ragione_Sociale='g' WHERE Numero_Cliente=1");
+    EXPECT_THAT(failure_of(*engine, "SELECT * FROM Clienti WHERE Nome='b'"), HasSubstr("Nome"));
+    const auto rows = run(*engine, "SELECT * FROM Clienti");
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0][1] + rows[0][2] + rows[0][11], "g(null)c");
+    EXPECT_EQ(rows[1][1] + rows[1][2] + rows[1][11], "def");
     expect_agreement(*engine, path);
     expect_sound(path, access_sample("vuoto.mdb"));
 }
