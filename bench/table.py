@@ -26,6 +26,7 @@ def main(paths):
                     continue
                 unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
                 name, on_the_wall, _ = run["run_name"].partition("/real_time")
+                name = name.removesuffix("/iterations:1")
                 time = run["real_time" if on_the_wall else "cpu_time"] * unit
                 time = run.get("megabytes", time)
                 work, kind, *reach = name.split("|")
