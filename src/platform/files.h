@@ -73,7 +73,7 @@ public:
     virtual bool may_replace(const std::string& destination) = 0;
     /// Opens the progress window, which has a button to give up.
     virtual void begin(const std::string& title) = 0;
-    /// @return false once the user has given up
+    /// @return false once the user has given up, or the program ends
     virtual bool advance(std::uint64_t done, std::uint64_t total) = 0;
     virtual void end() = 0;
     /// Says that the copy could not be made.

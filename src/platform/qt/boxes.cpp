@@ -172,7 +172,7 @@ bool QtCopyDialog::advance(std::uint64_t done, std::uint64_t total) {
     const ModalTurn turn; // setting the value lets the user press the button
     const double part = total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total);
     progress_->setValue(static_cast<int>(part * 999)); // the last step would close it
-    return !progress_->wasCanceled();
+    return !progress_->wasCanceled() && !windows_.ending();
 }
 
 void QtCopyDialog::end() { delete progress_.data(); }

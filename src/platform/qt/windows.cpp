@@ -356,6 +356,7 @@ void QtWindows::pause(int milliseconds) {
 }
 
 void QtWindows::quit() {
+    ending_ = true;
     // Not QCoreApplication::quit(), which would ask the windows that are left whether they agree.
     QMetaObject::invokeMethod(
         qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);

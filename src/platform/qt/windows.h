@@ -49,6 +49,8 @@ public:
     void repaint() override;
     void pause(int milliseconds) override;
     void quit() override;
+    /// The process is about to end: what still runs should not begin anything long.
+    bool ending() const { return ending_; }
     [[noreturn]] void abort() override;
 
     /// The window of a form that is on the screen, without what the desktop or the multi-document area puts
@@ -103,6 +105,7 @@ private:
     std::list<Open> closed_;                    // off the screen, but handlers of theirs may still be running
     std::deque<std::shared_ptr<Form>> waiting_; // shown before there was a main window
     bool hourglass_ = false;
+    bool ending_ = false;
 };
 
 } // namespace tarvello::qt
