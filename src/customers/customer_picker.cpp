@@ -74,7 +74,7 @@ void frmCercaCliente::CompilaClienteFattura() {
 
 void frmCercaCliente::announce_new_customer() {
     auto& invoice = program_.form<frmTarvello>();
-    invoice.ComboNumeroCliente.set_back_color(colors::grey);
+    invoice.ComboNumeroCliente.set_back_color(colors::button_face);
     invoice.ComboNumeroCliente.set_enabled(false);
     invoice.txtNuovoInserimento.set_text("NEW");
     for (TextBox& box : invoice.txtAnagrafica) {

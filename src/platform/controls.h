@@ -63,6 +63,8 @@ struct Color {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
     std::uint8_t blue = 0;
+    /// The colour that the desktop gives its buttons, whatever that is, instead of the three numbers.
+    bool button_face = false;
     bool operator==(const Color&) const = default;
 
     /// From a number with blue, green and red from high to low: 0x800000 is dark blue.
@@ -75,6 +77,7 @@ struct Color {
 namespace colors {
 inline constexpr Color white{255, 255, 255};
 inline constexpr Color grey{0xE0, 0xE0, 0xE0};
+inline constexpr Color button_face{0xF0, 0xF0, 0xF0, true};
 } // namespace colors
 
 class Frame;

@@ -99,7 +99,7 @@ TEST_F(CustomerPicker, ANewCustomerIsAnnouncedToTheInvoice) {
     EXPECT_TRUE(closed());
     EXPECT_EQ(invoice().txtNuovoInserimento.text(), "NEW");
     EXPECT_FALSE(invoice().ComboNumeroCliente.enabled());
-    EXPECT_EQ(invoice().ComboNumeroCliente.back_color(), colors::grey);
+    EXPECT_EQ(invoice().ComboNumeroCliente.back_color(), colors::button_face);
     for (TextBox& box : invoice().txtAnagrafica) {
         EXPECT_EQ(box.text(), "");
         EXPECT_FALSE(box.locked());

@@ -1,16 +1,24 @@
 #include "desktop/all_forms.h"
+#include "desktop/look_check.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/form_windows.h"
+#include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/windows.h"
 #include "support/program_test.h"
 
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QDir>
+#include <QImageReader>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
 
 namespace tarvello::testing {
 namespace {
@@ -29,6 +37,18 @@ protected:
         binder = std::make_unique<qt::WindowBinder>(form, *window, regional);
     }
     void TearDown() override { binder.reset(); }
+
+    /// Shows the form as the program does: in the main window, or before it.
+    QWidget& show_in(qt::QtWindows& windows) {
+        binder.reset();
+        if (form->name() != "MDIForm1") {
+            program->main_window().set_size(14000, 10080);
+            windows.show(program->main_window());
+        }
+        windows.show(*form);
+        QApplication::processEvents();
+        return *windows.window(*form);
+    }
 
     QWidget* widget_of(const Control& control) { return window->findChild<QWidget*>(to_qt(control.name())); }
 
@@ -92,29 +112,91 @@ TEST_P(Windows, TheTabKeyGoesThroughTheControlsInTheirOrder) {
     }
 }
 
-TEST_P(Windows, AScreenReaderHasAWordForEverythingThatTakesTheKeyboard) {
-    window->show();
+/// As the program puts it on the screen. For the eye: a picture of each in the folder TARVELLO_SHOTS of the
+/// environment.
+TEST_P(Windows, LooksLikeThis) {
+    qt::QtWindows windows(regional);
+    QWidget& shown = show_in(windows);
+    for (const std::string& fault : look_faults(shown)) ADD_FAILURE() << fault;
+    const QString folder = qEnvironmentVariable("TARVELLO_SHOTS");
+    if (!folder.isEmpty()) shown.grab().save(folder + "/" + shown.objectName() + ".png");
+}
+
+TEST_P(Windows, TheTabKeyReachesEverything) {
+    qt::QtWindows windows(regional);
+    QWidget& shown = show_in(windows);
+    std::set<QWidget*> reached;
+    for (std::size_t i = 0; i <= form->controls().size() && QApplication::focusWidget(); ++i) {
+        reached.insert(QApplication::focusWidget());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QApplication::processEvents();
+    }
     for (const Control* control : form->controls()) {
-        QWidget* widget = widget_of(*control);
-        if (!widget || !control->takes_focus() || !widget->isVisibleTo(window.get())) continue;
-        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(widget);
-        ASSERT_TRUE(told) << control->name();
-        EXPECT_FALSE(told->text(QAccessible::Name).isEmpty()) << control->name();
+        auto* widget = shown.findChild<QWidget*>(to_qt(control->name()));
+        if (!widget || !control->takes_focus() || !control->reachable() || !widget->isVisible()) continue;
+        if (auto* tabs = qobject_cast<QTabWidget*>(widget)) widget = tabs->tabBar();
+        EXPECT_TRUE(reached.contains(widget)) << control->name();
     }
 }
 
-/// For the eye: a picture of each window in the folder TARVELLO_SHOTS of the environment. What a test can see
-/// is that no text is wider than its place.
-TEST_P(Windows, LooksLikeThis) {
-    window->show();
-    QApplication::processEvents();
-    const QString folder = qEnvironmentVariable("TARVELLO_SHOTS");
-    if (!folder.isEmpty()) window->grab().save(folder + "/" + window->objectName() + ".png");
-    for (const QLabel* label : window->findChildren<QLabel*>()) {
-        if (!label->isVisibleTo(window.get()) || label->wordWrap() || label->text().isEmpty()) continue;
-        EXPECT_LE(label->sizeHint().width(), label->width() + 1)
-            << from_qt(label->objectName()) << " is cut off";
+TEST(Desktop, IsAsTheEnvironmentAsksFor) {
+    const double scale =
+        qEnvironmentVariableIsSet("QT_SCALE_FACTOR") ? qEnvironmentVariable("QT_SCALE_FACTOR").toDouble() : 1;
+    EXPECT_EQ(qApp->devicePixelRatio(), scale);
+    QWidget window;
+    EXPECT_EQ(window.grab().devicePixelRatio(), scale);
+    const int points = qEnvironmentVariableIntValue("TARVELLO_FONT");
+    EXPECT_TRUE(points == 0 || points == window.font().pointSize());
+    EXPECT_EQ(window.palette().color(QPalette::Window).lightness() < 128,
+              qEnvironmentVariableIsSet("TARVELLO_DARK"));
+}
+
+/// The line drawings, against the ground of a button. The others have a ground of their own.
+TEST(Desktop, PicturesStandOutFromTheirGround) {
+    const QDir folder(QCoreApplication::applicationDirPath() + "/pictures", "*.svg");
+    ASSERT_FALSE(folder.isEmpty());
+    const QColor ground = QApplication::palette().color(QPalette::Button);
+    for (const QString& file : folder.entryList()) {
+        if (QImageReader(folder.filePath(file)).size() != QSize(24, 24)) continue;
+        const QImage drawn = qt::picture_icon(from_qt(QFileInfo(file).baseName())).pixmap(48, 48).toImage();
+        int solid = 0;
+        int clear = 0;
+        for (int i = 0; i < drawn.width() * drawn.height(); ++i) {
+            const QColor dot = drawn.pixelColor(i % drawn.width(), i / drawn.width());
+            if (dot.alpha() < 250) continue;
+            ++solid;
+            if (contrast(dot, ground) >= 3) ++clear;
+        }
+        EXPECT_GT(solid, 0) << from_qt(file);
+        EXPECT_GE(clear, solid * 3 / 4) << from_qt(file);
     }
+}
+
+TEST(Desktop, FaultsOfALookAreSeen) {
+    QWidget window;
+    const auto label = [&](const char* text, const QRect& place) {
+        auto* made = new QLabel(QLatin1String(text), &window);
+        made->setObjectName(QLatin1String(text));
+        made->setGeometry(place);
+        return made;
+    };
+    label("cut off", {0, 0, 20, 60});
+    label("below", {0, 100, 200, 60});
+    label("above", {20, 120, 200, 60});
+    label("outside", {550, 0, 200, 60});
+    QPalette faint;
+    faint.setColor(QPalette::WindowText, window.palette().color(QPalette::Window).lighter(110));
+    label("faint", {0, 200, 200, 60})->setPalette(faint);
+    auto* field = new QLineEdit(&window);
+    field->setGeometry(0, 300, 200, 60);
+    window.resize(600, 400);
+    window.show();
+    std::string all;
+    for (const std::string& fault : look_faults(window)) all += fault + "\n";
+    for (const char* wanted : {"cut off \"cut off\" is cut off", "below lies on above", "outside sticks out",
+                               "faint \"faint\" is faint", "QLineEdit has no name"})
+        EXPECT_NE(all.find(wanted), std::string::npos) << wanted;
+    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 5) << all;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Windows, ::testing::ValuesIn(all_forms()),

@@ -1,5 +1,6 @@
 #include "desktop/desktop_test.h"
 
+#include "desktop/look_check.h"
 #include "platform/qt/qt_text.h"
 #include "shell/session.h"
 #include "shell/version.h"
@@ -291,9 +292,10 @@ std::string DesktopUser::focus() {
 }
 
 void DesktopUser::take_picture(const std::string& form, const std::string& name) {
+    QWidget* target = window(form);
+    for (const std::string& fault : look_faults(*target)) ADD_FAILURE() << name << ": " << fault;
     const QString folder = qEnvironmentVariable("TARVELLO_SHOTS");
     if (folder.isEmpty()) return;
-    QWidget* target = window(form);
     if (auto* frame = qobject_cast<QMdiSubWindow*>(target->parentWidget())) target = frame;
     EXPECT_TRUE(target->grab().save(folder + "/" + to_qt(name) + ".png"));
 }

@@ -71,8 +71,8 @@ public:
     std::string shown(const std::string& form, const std::string& control);
     /// Name of the widget that has the keyboard.
     std::string focus();
-    /// Writes a picture of the window into the folder TARVELLO_SHOTS of the environment; does nothing without
-    /// it.
+    /// Looks at the window as it stands: what look_faults() finds fails the test. Writes a picture of it into
+    /// the folder TARVELLO_SHOTS of the environment, if that is set.
     void take_picture(const std::string& form, const std::string& name);
 
     /// Lets all events be handled.

@@ -1,3 +1,4 @@
+#include "desktop/look_check.h"
 #include "platform/qt/application.h"
 
 #include <gtest/gtest.h>
@@ -5,6 +6,7 @@
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    const tarvello::qt::Application application(argc, argv);
+    tarvello::qt::Application application(argc, argv);
+    tarvello::testing::set_desktop(application);
     return RUN_ALL_TESTS();
 }

@@ -8,9 +8,11 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -21,6 +23,16 @@
 #include <algorithm>
 
 namespace tarvello::qt {
+
+namespace {
+
+/// How much larger than the usual the font of the desktop is.
+double font_scale(const QWidget& widget) {
+    constexpr double usual_height = 17;
+    return std::max(1.0, QFontMetrics(widget.font()).height() / usual_height);
+}
+
+} // namespace
 
 // WidgetView
 
@@ -82,6 +94,7 @@ WindowBinder::WindowBinder(std::shared_ptr<Form> form, QWidget& window, const Re
         if (!object->objectName().isEmpty()) named.insert(object->objectName(), object);
     }
     const Following following(*this);
+    grow_with_font();
     for (QPushButton* button : window.findChildren<QPushButton*>()) {
         // Enter belongs to the form's key preview and to the button that has the focus, never to another one.
         button->setAutoDefault(false);
@@ -140,6 +153,21 @@ void WindowBinder::bind(Control& control, QObject& widget) {
     views_.push_back(std::move(view));
 }
 
+void WindowBinder::grow_with_font() {
+    const double scale = font_scale(window_);
+    const auto grown = [scale](const QSize& size) {
+        const auto length = [scale](int pixels) {
+            return pixels >= QWIDGETSIZE_MAX ? pixels : static_cast<int>(pixels * scale + 0.5);
+        };
+        return QSize(length(size.width()), length(size.height()));
+    };
+    for (QWidget* widget : window_.findChildren<QWidget*>()) {
+        if (widget->objectName().isEmpty() || widget->objectName().startsWith(QLatin1String("qt_"))) continue;
+        widget->setMaximumSize(grown(widget->maximumSize()));
+        widget->setMinimumSize(grown(widget->minimumSize()));
+    }
+}
+
 void WindowBinder::set_tab_order() {
     QWidget* before = nullptr;
     for (const auto& view : views_) {
@@ -159,6 +187,14 @@ void WindowBinder::name_what_has_no_words() {
         if (!widget || !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty())) continue;
         const auto* tool = dynamic_cast<ToolButton*>(&view->control());
         widget->setAccessibleName(to_qt(tool ? tool->key() : view->control().tool_tip()));
+    }
+    // The toolkit tells the chosen text of a combo box in place of its name. What the box is for comes from a
+    // label, and where the look has none there is one that only a screen reader finds.
+    for (QComboBox* combo : window_.findChildren<QComboBox*>()) {
+        if (combo->accessibleName().isEmpty()) continue;
+        auto* label = new QLabel(combo->accessibleName(), combo->parentWidget());
+        label->setBuddy(combo);
+        label->hide();
     }
 }
 
@@ -349,16 +385,6 @@ int key_code(const QKeyEvent& event) {
     const auto code = static_cast<int>(characters.front());
     return code >= ' ' && code != 127 ? code : 0;
 }
-
-namespace {
-
-/// How much larger than the usual the font of the desktop is.
-double font_scale(const QWidget& widget) {
-    constexpr double usual_height = 17;
-    return std::max(1.0, QFontMetrics(widget.font()).height() / usual_height);
-}
-
-} // namespace
 
 int pixels(const QWidget& widget, int twips) {
     return static_cast<int>(twips / 15.0 * font_scale(widget) + 0.5);

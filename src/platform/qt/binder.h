@@ -75,6 +75,8 @@ private:
     friend class WidgetView;
 
     void bind(Control& control, QObject& widget);
+    /// The look states sizes for the usual font.
+    void grow_with_font();
     void set_tab_order();
     /// What a screen reader says of icons.
     void name_what_has_no_words();

@@ -20,7 +20,7 @@ namespace {
 class ButtonView : public WidgetView {
 public:
     ButtonView(WindowBinder& binder, Control& control, QAbstractButton& button)
-        : WidgetView(binder, control, button), button_(button) {
+        : WidgetView(binder, control, button), button_(button), least_width_(button.minimumWidth()) {
         QObject::connect(&button_, &QAbstractButton::clicked, &binder, [this] { pressed(); });
     }
 
@@ -68,6 +68,7 @@ protected:
             if (picture() == pictured_) break;
             pictured_ = picture();
             button_.setIcon(picture_icon(pictured_));
+            make_room();
             break;
         default:
             WidgetView::show(aspect);
@@ -86,9 +87,18 @@ private:
         show_value();
     }
 
-    void show_caption() { button_.setText(to_qt(caption())); }
+    void show_caption() {
+        button_.setText(to_qt(caption()));
+        make_room();
+    }
+
+    /// A least width that the look states is no reason to cut off longer words.
+    void make_room() {
+        if (least_width_ > 0) button_.setMinimumWidth(std::max(least_width_, button_.sizeHint().width()));
+    }
 
     QAbstractButton& button_;
+    int least_width_;
     std::string pictured_;
 };
 

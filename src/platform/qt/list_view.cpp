@@ -8,6 +8,8 @@
 #include <QTableView>
 #include <QTreeView>
 
+#include <algorithm>
+
 namespace tarvello::qt {
 
 namespace {
@@ -140,7 +142,10 @@ private:
         model_.reread();
         if (new_columns) {
             for (std::size_t i = 0; i < list_.columns().size(); ++i) {
-                header_.resizeSection(static_cast<int>(i), pixels(view_, list_.columns()[i].width));
+                const int section = static_cast<int>(i);
+                // The words above a column stay whole, whatever the font of the desktop.
+                header_.resizeSection(section, std::max(pixels(view_, list_.columns()[i].width),
+                                                        header_.sectionSizeHint(section)));
             }
         }
         show_selection();

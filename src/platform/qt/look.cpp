@@ -24,7 +24,7 @@ QPalette light_palette() {
     palette.setColor(QPalette::Button, QColor(0xE9ECF1));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(role, QColor(0x1F2933));
-        palette.setColor(QPalette::Disabled, role, QColor(0x7B8794));
+        palette.setColor(QPalette::Disabled, role, QColor(0x6F7B87));
     }
     palette.setColor(QPalette::Highlight, QColor(0x2C6DA4));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xB8C4D0));
@@ -39,14 +39,14 @@ QPalette light_palette() {
 QPalette dark_palette() {
     QPalette palette(QColor(0x2B2F36));
     palette.setColor(QPalette::Window, QColor(0x2B2F36));
-    palette.setColor(QPalette::Base, QColor(0x1F2328));
-    palette.setColor(QPalette::AlternateBase, QColor(0x262B31));
-    palette.setColor(QPalette::Button, QColor(0x363B43));
+    palette.setColor(QPalette::Base, QColor(0x1A1D21));
+    palette.setColor(QPalette::AlternateBase, QColor(0x22262B));
+    palette.setColor(QPalette::Button, QColor(0x2A2E35));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(role, QColor(0xE6E9ED));
         palette.setColor(QPalette::Disabled, role, QColor(0x8A939D));
     }
-    palette.setColor(QPalette::Highlight, QColor(0x3B83C0));
+    palette.setColor(QPalette::Highlight, QColor(0x2F6FA8));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4A525C));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, QColor(0x7DB9EC));
@@ -56,7 +56,21 @@ QPalette dark_palette() {
     return palette;
 }
 
-QColor to_color(const Color& color) { return {color.red, color.green, color.blue}; }
+/// The ground that a form gives to a control, on this desktop.
+QColor ground_of(const Color& color, const QPalette& desktop) {
+    if (color.button_face) return desktop.color(QPalette::Button);
+    const QColor ground(color.red, color.green, color.blue);
+    // A dark ground is meant for a light text, which it has on every desktop.
+    if (!is_dark(desktop) || ground.lightness() < 128) return ground;
+    if (color == colors::white) return desktop.color(QPalette::Base);
+    return QColor::fromHsl(ground.hslHue(), ground.hslSaturation(), 255 - ground.lightness() + 20);
+}
+
+QColor ink_of(const Color& color, const QPalette& desktop) {
+    const QColor ink(color.red, color.green, color.blue);
+    if (!is_dark(desktop) || ink.lightness() >= 140) return ink;
+    return QColor::fromHsl(ink.hslHue(), ink.hslSaturation() * 2 / 3, 255 - ink.lightness() / 2);
+}
 
 } // namespace
 
@@ -66,25 +80,18 @@ void apply_look(QApplication& application) {
     application.setPalette(dark ? dark_palette() : light_palette());
 }
 
+bool has_dark_desktop() { return is_dark(QApplication::palette()); }
+
 void paint_with(QWidget& widget, std::optional<Color> back, std::optional<Color> fore) {
     const QPalette desktop = QApplication::palette(&widget);
-    const bool dark = is_dark(desktop);
     QPalette palette; // roles that are not set here stay those of the desktop
     if (back) {
-        QColor ground = to_color(*back);
-        if (dark)
-            ground = *back == colors::white ? desktop.color(QPalette::Base)
-                                            : QColor::fromHsl(ground.hslHue(), ground.hslSaturation(),
-                                                              255 - ground.lightness() + 40);
-        palette.setColor(QPalette::Base, ground);
-        palette.setColor(QPalette::Window, ground);
-        palette.setColor(QPalette::Button, ground);
+        const QColor ground = ground_of(*back, desktop);
+        for (const auto role : {QPalette::Base, QPalette::Window, QPalette::Button})
+            palette.setColor(role, ground);
     }
     if (fore) {
-        QColor ink = to_color(*fore);
-        if (dark && ink.lightness() < 140) {
-            ink = QColor::fromHsl(ink.hslHue(), ink.hslSaturation() * 2 / 3, 255 - ink.lightness() / 2);
-        }
+        const QColor ink = ink_of(*fore, desktop);
         for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
             palette.setColor(QPalette::Active, role, ink);
             palette.setColor(QPalette::Inactive, role, ink);

@@ -15,6 +15,9 @@ namespace tarvello::qt {
 /// The look of the program: style and palette, light or dark as the desktop is.
 void apply_look(QApplication& application);
 
+/// True if the desktop shows light texts on dark grounds.
+bool has_dark_desktop();
+
 /// Colours of a control's own on its widget. On a dark desktop they keep their meaning and not their value:
 /// white is the ground of a field, the greys are that of one out of use, and a dark text becomes a light one.
 void paint_with(QWidget& widget, std::optional<Color> back, std::optional<Color> fore);

@@ -15,6 +15,7 @@
 #include <QMdiSubWindow>
 #include <QScreen>
 #include <QScrollArea>
+#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -27,6 +28,13 @@ namespace {
 /// The one window without a frame.
 constexpr const char* splash = "frmSplash";
 constexpr const char* main_window = "MDIForm1";
+
+/// The largest size on its screen, under a title bar.
+QSize most_of(const QWidget& window) {
+    const QScreen* screen = window.screen();
+    if (!screen) return {QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
+    return screen->availableSize() - QSize(0, window.style()->pixelMetric(QStyle::PM_TitleBarHeight));
+}
 
 } // namespace
 
@@ -152,6 +160,9 @@ void QtWindows::size_frame(Open& open) {
     QWidget& frame = *open.frame;
     auto* sub = qobject_cast<QMdiSubWindow*>(&frame);
     QSize size(pixels(frame, open.form->width()), pixels(frame, open.form->height()));
+    // Before a window is shown its layouts do not hear of texts that have come since they were last asked.
+    for (QLayout* layout : frame.findChildren<QLayout*>()) layout->invalidate();
+    for (QWidget* widget : frame.findChildren<QWidget*>()) widget->updateGeometry();
     if (size.isEmpty()) {
         size = frame.sizeHint();
         // What can be scrolled asks for less room than it would like.
@@ -159,10 +170,12 @@ void QtWindows::size_frame(Open& open) {
             if (!area->widget() || !area->widgetResizable()) continue;
             const int edge = 2 * area->frameWidth();
             size += (area->widget()->sizeHint() + QSize(edge, edge) - area->sizeHint()).expandedTo({0, 0});
+            // One bar, if it must come, brings no second one along.
+            size.rwidth() += area->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
         }
     }
     if (sub) make_room(*sub, size);
-    if (!sub && frame.screen()) size = size.boundedTo(frame.screen()->availableSize());
+    if (!sub) size = size.boundedTo(most_of(frame));
     open.sized = false;
     frame.resize(size);
     open.sized = true;
@@ -187,6 +200,7 @@ void QtWindows::place_frame(Open& open) {
 void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
     const QMdiArea* area = sub.mdiArea();
     if (!area || !main_ || !main_->isVisible() || !main_->screen()) return;
+    size = size.expandedTo(sub.minimumSizeHint());
     const QSize missing = (size - area->viewport()->size()).expandedTo({0, 0});
     const QSize around = main_->frameGeometry().size() - main_->size();
     const QSize most = main_->screen()->availableSize() - around;
@@ -315,6 +329,7 @@ void QtWindows::frame_resized(Open& open) {
         return;
     if (open.corrected.isValid() && open.corrected.elapsed() < 500) return;
     const QSize size = open.frame->size();
+    if (size.height() >= most_of(*open.frame).height()) return;
     const auto form = open.form;
     const int width = twips(*open.frame, size.width());
     const int height = twips(*open.frame, size.height());
