@@ -21,7 +21,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
@@ -226,8 +228,12 @@ private:
         return most.second;
     }
 
-    /// Nothing may be half in view, but for what can be scrolled to.
+    /// Nothing may be half in view, but for what can be scrolled to; and nobody has to scroll across.
     void check_place(QWidget& widget) {
+        const auto* scroll = qobject_cast<QScrollArea*>(&widget);
+        const bool room = window_.screen()->size().width() >= smallest_screen.width();
+        if (scroll && scroll->widgetResizable() && room && is_in_view(*scroll->horizontalScrollBar()))
+            fault(widget, "scrolls across");
         if (texts_of(widget).empty() && !is_leaf(widget)) return;
         for (const QWidget* around = widget.parentWidget(); around; around = around->parentWidget()) {
             const auto* area = qobject_cast<const QAbstractScrollArea*>(around->parentWidget());

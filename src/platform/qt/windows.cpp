@@ -163,16 +163,19 @@ void QtWindows::size_frame(Open& open) {
     // Before a window is shown its layouts do not hear of texts that have come since they were last asked.
     for (QLayout* layout : frame.findChildren<QLayout*>()) layout->invalidate();
     for (QWidget* widget : frame.findChildren<QWidget*>()) widget->updateGeometry();
-    if (size.isEmpty()) {
-        size = frame.sizeHint();
+    const bool free = size.isEmpty();
+    if (free) size = frame.sizeHint();
+    for (const QScrollArea* area : open.root->findChildren<QScrollArea*>()) {
+        if (!area->widget() || !area->widgetResizable()) continue;
+        const QSize edges = 2 * QSize(area->frameWidth(), area->frameWidth());
         // What can be scrolled asks for less room than it would like.
-        for (const QScrollArea* area : open.root->findChildren<QScrollArea*>()) {
-            if (!area->widget() || !area->widgetResizable()) continue;
-            const int edge = 2 * area->frameWidth();
-            size += (area->widget()->sizeHint() + QSize(edge, edge) - area->sizeHint()).expandedTo({0, 0});
-            // One bar, if it must come, brings no second one along.
-            size.rwidth() += area->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-        }
+        if (free) size += (area->widget()->sizeHint() + edges - area->sizeHint()).expandedTo({0, 0});
+        // A bar across, if it must come, brings none along.
+        const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        const QMargins around = open.root->layout()->contentsMargins();
+        const int least = area->widget()->minimumSizeHint().width() + edges.width() + around.left() +
+                          around.right() + frame.sizeHint().width() - open.root->sizeHint().width();
+        size.rwidth() = free ? size.width() + bar : std::max(size.width(), least + bar);
     }
     if (sub) make_room(*sub, size);
     if (!sub) size = size.boundedTo(most_of(frame));
