@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <map>
-
 namespace tarvello::testing {
 namespace {
 
@@ -28,32 +26,9 @@ private:
     const bool was_root_ = ::geteuid() == 0;
 };
 
-class EngineFileTest : public ::testing::TestWithParam<EngineKind> {
+class EngineFileTest : public ::testing::TestWithParam<EngineKind>, protected FileOfInvoices {
 protected:
-    EngineFileTest() {
-        static std::map<std::string, std::string> forty_invoices; // made once: every save waits for the disk
-        std::string& bytes = forty_invoices[GetParam().name];
-        if (bytes.empty()) {
-            GetParam().make(path);
-            connection.open(path);
-            for (int number = 1; number <= 40; ++number) run(connection, insert_of_invoice(number));
-            connection.close();
-            bytes = bytes_of(path);
-        }
-        write_bytes(path, bytes);
-    }
-
-    std::string open_failure(const std::string& file) {
-        return failure_of([&] { connection.open(file); });
-    }
-    std::string write_failure() {
-        return failure_of([&] { run(connection, "UPDATE Fatture SET Nome='cambiato' WHERE ID=1"); });
-    }
-
-    TemporaryFolder folder;
-    const std::string path = folder.in("archivio.mdb");
-    RegionalSettings regional;
-    Connection connection{regional};
+    EngineFileTest() : FileOfInvoices(GetParam()) {}
 };
 
 INSTANTIATE_TEST_SUITE_P(Engines, EngineFileTest, ::testing::ValuesIn(engine_kinds), name_of_kind);

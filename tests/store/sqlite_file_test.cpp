@@ -46,30 +46,9 @@ private:
     sqlite3* database_ = nullptr;
 };
 
-class SqliteFileTest : public ::testing::Test {
+class SqliteFileTest : public ::testing::Test, protected FileOfInvoices {
 protected:
-    SqliteFileTest() {
-        static const std::string forty_invoices = [this] { // made once: every save waits for the disk
-            make_database(path);
-            connection.open(path);
-            for (int number = 1; number <= 40; ++number) run(connection, insert_of_invoice(number));
-            connection.close();
-            return bytes_of(path);
-        }();
-        write_bytes(path, forty_invoices);
-    }
-
-    std::string open_failure(const std::string& file) {
-        return failure_of([&] { connection.open(file); });
-    }
-    std::string write_failure() {
-        return failure_of([&] { run(connection, "UPDATE Fatture SET Nome='cambiato' WHERE ID=1"); });
-    }
-
-    TemporaryFolder folder;
-    const std::string path = folder.in("archivio.mdb");
-    RegionalSettings regional;
-    Connection connection{regional};
+    SqliteFileTest() : FileOfInvoices(engine_kinds[0]) {}
 };
 
 TEST_F(SqliteFileTest, WhatIsNoDatabaseDoesNotOpenAndStaysAsItIs) {

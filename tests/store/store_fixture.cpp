@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 namespace tarvello::testing {
 
@@ -105,6 +106,27 @@ std::string insert_of_invoice(int number) {
         values += (i > 0 ? ",'" : "'") + double_apostrophes(row[i]) + "'";
     }
     return "INSERT INTO Fatture (" + names + ") VALUES (" + values + ")";
+}
+
+FileOfInvoices::FileOfInvoices(const EngineKind& kind) {
+    static std::map<std::string, std::string> made; // once: every save waits for the disk
+    std::string& bytes = made[kind.name];
+    if (bytes.empty()) {
+        kind.make(path);
+        connection.open(path);
+        for (int number = 1; number <= 40; ++number) run(connection, insert_of_invoice(number));
+        connection.close();
+        bytes = bytes_of(path);
+    }
+    write_bytes(path, bytes);
+}
+
+std::string FileOfInvoices::open_failure(const std::string& file) {
+    return failure_of([&] { connection.open(file); });
+}
+
+std::string FileOfInvoices::write_failure() {
+    return failure_of([&] { run(connection, "UPDATE Fatture SET Nome='cambiato' WHERE ID=1"); });
 }
 
 } // namespace tarvello::testing

@@ -57,4 +57,18 @@ std::string insert_of_invoice(int number);
 /// What reading that invoice back must give, without the key.
 Row row_of_invoice(int number);
 
+/// A file of forty invoices, not open yet: for the tests of what befalls files.
+class FileOfInvoices {
+protected:
+    explicit FileOfInvoices(const EngineKind& kind);
+
+    std::string open_failure(const std::string& file);
+    std::string write_failure();
+
+    TemporaryFolder folder;
+    const std::string path = folder.in("archivio.mdb");
+    RegionalSettings regional;
+    Connection connection{regional};
+};
+
 } // namespace tarvello::testing
