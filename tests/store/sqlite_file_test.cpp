@@ -1,7 +1,6 @@
 // Files as they come from users: missing, damaged, locked, taken away under the running program.
 
 #include "store/store_fixture.h"
-#include "support/program_test.h"
 
 #include <sqlite3.h>
 #include <sys/stat.h>
