@@ -364,6 +364,18 @@ void DesktopTest::start_with_splash() {
     EXPECT_TRUE(QTest::qWaitFor([&] { return user.is_shown("MDIForm1"); }, 20000));
 }
 
+void DesktopTest::answer_first_run() {
+    user.expect_modal("frmRegister", [this] {
+        user.type("frmRegister", "Text1", "Studio Rossi");
+        user.expect_box("Se i dati inseriti sono corretti premere 'Si'.\n"
+                        "Attenzione! I dati verranno visualizzati nell'intestazione\n"
+                        "delle fatture da stampare.\nContinuare?",
+                        Answer::yes);
+        user.take_picture("frmRegister", "primo-avvio");
+        user.click("frmRegister", "Command1");
+    });
+}
+
 void DesktopTest::finish() {
     bool ended = true;
     QTimer::singleShot(0, qApp, [this] { user.close_window("MDIForm1"); });

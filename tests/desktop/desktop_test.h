@@ -127,6 +127,8 @@ protected:
     /// on the way are to be expected: on the first start the reminder of updates and the question of the
     /// first run.
     void start_with_splash();
+    /// Expects the question of the first start and gives it the name "Studio Rossi".
+    void answer_first_run();
     /// Closes the main window and lets the program end.
     void finish();
 

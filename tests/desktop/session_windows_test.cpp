@@ -12,15 +12,7 @@ using SessionWindows = DesktopTest;
 
 TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
     user.expect_modal("DialogAggiornamento", [&] { user.click("DialogAggiornamento", "CancelButton"); });
-    user.expect_modal("frmRegister", [&] {
-        user.type("frmRegister", "Text1", "Studio Rossi");
-        user.expect_box("Se i dati inseriti sono corretti premere 'Si'.\n"
-                        "Attenzione! I dati verranno visualizzati nell'intestazione\n"
-                        "delle fatture da stampare.\nContinuare?",
-                        Answer::yes);
-        user.take_picture("frmRegister", "primo-avvio");
-        user.click("frmRegister", "Command1");
-    });
+    answer_first_run();
     start_with_splash();
     user.expect_none_left();
     EXPECT_FALSE(user.is_shown("frmSplash"));

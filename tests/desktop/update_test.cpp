@@ -1,7 +1,6 @@
 #include "desktop/desktop_test.h"
 #include "platform/qt/qt_text.h"
 #include "shell/version.h"
-#include "update/update_reminder.h"
 #include "update/web_service.h"
 
 #include <QDir>
@@ -22,12 +21,7 @@ using qt::to_qt;
 class Site {
 public:
     explicit Site(const QStringList& pages) {
-        for (const QString& page : pages) {
-            QFile file(folder_.filePath(page + ".html"));
-            EXPECT_TRUE(file.open(QFile::WriteOnly));
-            file.write("<html lang=it><title>" + page.toUtf8() + "</title><script>missing.call()</script>" +
-                       page.toUtf8());
-        }
+        for (const QString& page : pages) put(page, page);
         server_.start("python3",
                       {"-u", "-m", "http.server", "0", "--bind", "127.0.0.1", "--directory", folder_.path()});
         EXPECT_TRUE(server_.waitForReadyRead(20000)) << "no server";
@@ -37,6 +31,11 @@ public:
     ~Site() {
         server_.kill();
         server_.waitForFinished();
+    }
+    void put(const QString& page, const QString& title) const {
+        QFile file(folder_.filePath(page + ".html"));
+        EXPECT_TRUE(file.open(QFile::WriteOnly));
+        file.write("<html lang=it><title>" + title.toUtf8() + "</title><script>missing.call()</script>");
     }
     std::string address(const QString& page) const {
         return "http://127.0.0.1:" + from_qt(port_) + "/" + from_qt(page) + ".html";
@@ -63,16 +62,6 @@ struct UpdateWindows : DesktopTest {
         for (QMdiSubWindow* child : area->subWindowList(QMdiArea::StackingOrder))
             names.insert(names.begin(), from_qt(child->widget()->objectName()));
         return names;
-    }
-    void answer_first_run() {
-        user.expect_modal("frmRegister", [&] {
-            user.type("frmRegister", "Text1", "Studio Rossi");
-            user.expect_box("Se i dati inseriti sono corretti premere 'Si'.\n"
-                            "Attenzione! I dati verranno visualizzati nell'intestazione\n"
-                            "delle fatture da stampare.\nContinuare?",
-                            Answer::yes);
-            user.click("frmRegister", "Command1");
-        });
     }
     /// The title of the page in the web window becomes this.
     bool page_becomes(const QString& title) {
@@ -109,28 +98,6 @@ TEST_F(UpdateWindows, AtTheFirstStartTheReminderComesFirstAndItsPageStandsInTheM
     finish();
 }
 
-TEST_F(UpdateWindows, TheReminderComesOnTheDay) {
-    start();
-    struct {
-        const char* what;
-        std::string last;
-        const char* extra;
-        bool comes;
-    } const cases[] = {{"30 days", days_ago(30), "0", false},        {"31 days", days_ago(31), "0", true},
-                       {"37 days", days_ago(37), "7", false},        {"38 days", days_ago(38), "7", true},
-                       {"a date to come", days_ago(-1), "0", false}, {"no date", "ieri", "0", false}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        SettingsStore& settings = program().platform().settings;
-        settings.write(application_name, "txtDataUltimoAggiornamento", "text", c.last);
-        settings.write(application_name, "txtGiorniTraCuiAvvisare", "text", c.extra);
-        if (c.comes) user.expect_modal("DialogAggiornamento");
-        ControllaAggiornamenti(program());
-        user.expect_none_left();
-    }
-    finish();
-}
-
 TEST_F(UpdateWindows, ThePageOpensAfterTheWaitAndTheButtonsTurnItsPages) {
     const Site site({"uno", "due"});
     start();
@@ -160,7 +127,9 @@ TEST_F(UpdateWindows, ThePageOpensAfterTheWaitAndTheButtonsTurnItsPages) {
     EXPECT_TRUE(page_becomes("uno")) << "back";
     user.click("frmWebService", "Toolbar1_4");
     EXPECT_TRUE(page_becomes("due")) << "forward";
+    site.put("due", "due di nuovo");
     user.click("frmWebService", "Toolbar1_3");
+    EXPECT_TRUE(page_becomes("due di nuovo")) << "refreshed";
     user.click("frmWebService", "Toolbar1_5");
     EXPECT_FALSE(program().loaded("frmWebService"));
     user.choose_menu("MDIForm1", "mnuFatture");
