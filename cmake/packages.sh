@@ -13,10 +13,14 @@ packages=(
     libreofficekit-dev libreoffice-writer-nogui fonts-wine
     # data
     libsqlite3-dev libutf8proc-dev
+    # electronic invoices
+    libpugixml-dev
     # tests
     libgtest-dev libgmock-dev python3
     # read what the program makes or changes independently: PDF files, Access files
     poppler-utils mdbtools
+    # validate electronic invoices independently, by the official schema and by another program's rules
+    libxml2-utils python3-a38
     # make packages, and look whether they are as they should be
     dpkg-dev fakeroot file desktop-file-utils appstream lintian
 )
