@@ -4,19 +4,9 @@ namespace tarvello {
 
 ToolButton::ToolButton(Toolbar& bar, std::string name, std::string key, std::string caption,
                        std::string picture)
-    : Control(bar.form(), std::move(name)), bar_(bar), key_(std::move(key)), caption_(std::move(caption)),
-      picture_(std::move(picture)) {}
-
-void ToolButton::set_caption(std::string caption) {
-    if (caption_ == caption) return;
-    caption_ = std::move(caption);
-    changed(Aspect::caption);
-}
-
-void ToolButton::set_picture(std::string picture) {
-    if (picture_ == picture) return;
-    picture_ = std::move(picture);
-    changed(Aspect::look);
+    : PictureButton(bar.form(), std::move(name)), bar_(bar), key_(std::move(key)) {
+    set_caption(std::move(caption));
+    set_picture(std::move(picture));
 }
 
 void ToolButton::click() {
@@ -36,12 +26,6 @@ void Toolbar::press(std::string_view key) {
     for (const auto& button : buttons_) {
         if (button->key() == key) return button->click();
     }
-}
-
-void MenuItem::set_caption(std::string caption) {
-    if (caption_ == caption) return;
-    caption_ = std::move(caption);
-    changed(Aspect::caption);
 }
 
 void MenuItem::click() {

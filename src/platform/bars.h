@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/controls.h"
+#include "platform/buttons.h"
 
 #include <cstddef>
 #include <functional>
@@ -15,17 +15,12 @@ namespace tarvello {
 class Toolbar;
 
 /// A button of a tool bar, named after the bar and its place, from 1: Toolbar1_1.
-class ToolButton : public Control {
+class ToolButton : public PictureButton {
 public:
     ToolButton(Toolbar& bar, std::string name, std::string key, std::string caption, std::string picture);
 
     /// Names the action; never changes.
     const std::string& key() const { return key_; }
-    const std::string& caption() const { return caption_; }
-    void set_caption(std::string caption);
-    const std::string& picture() const { return picture_; }
-    void set_picture(std::string picture);
-    bool takes_focus() const override { return true; }
 
     // User act; the focus as at CommandButton::click.
     void click();
@@ -33,8 +28,6 @@ public:
 private:
     Toolbar& bar_;
     std::string key_;
-    std::string caption_;
-    std::string picture_;
 };
 
 class Toolbar : public Control {
@@ -57,20 +50,14 @@ private:
     std::vector<std::unique_ptr<ToolButton>> buttons_;
 };
 
-class MenuItem : public Control {
+class MenuItem : public Captioned {
 public:
-    using Control::Control;
-
-    const std::string& caption() const { return caption_; }
-    void set_caption(std::string caption);
+    using Captioned::Captioned;
 
     Event on_click;
 
     // User act.
     void click();
-
-private:
-    std::string caption_;
 };
 
 } // namespace tarvello

@@ -1,6 +1,6 @@
 #include "platform/form.h"
 
-#include "platform/controls.h"
+#include "platform/entries.h"
 
 #include <algorithm>
 

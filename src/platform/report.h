@@ -1,8 +1,9 @@
 #pragma once
 
-#include "platform/controls.h"
+#include "platform/color.h"
 
-#include <memory>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>

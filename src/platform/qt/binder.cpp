@@ -1,9 +1,13 @@
 #include "platform/qt/binder.h"
+
 #include "platform/bars.h"
+#include "platform/date_picker.h"
+#include "platform/entries.h"
 
 #include "platform/qt/look.h"
 #include "platform/qt/modal_turns.h"
 #include "platform/qt/qt_text.h"
+#include "platform/timer.h"
 
 #include <QAbstractButton>
 #include <QAction>

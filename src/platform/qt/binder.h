@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/controls.h"
+#include "platform/control.h"
 #include "text/regional_settings.h"
 
 #include <QHash>

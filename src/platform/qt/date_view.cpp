@@ -1,3 +1,4 @@
+#include "platform/date_picker.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/qt_text.h"
 

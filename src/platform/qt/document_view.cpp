@@ -1,3 +1,4 @@
+#include "platform/pages.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/document_browser.h"
 #include "platform/qt/installation.h"

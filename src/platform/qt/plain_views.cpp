@@ -1,7 +1,10 @@
 #include "platform/bars.h"
+#include "platform/containers.h"
+#include "platform/displays.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
+#include "platform/timer.h"
 
 #include <QAction>
 #include <QFileInfo>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/entries.h"
 #include "platform/qt/binder.h"
 
 namespace tarvello::qt {
