@@ -1,4 +1,5 @@
 #include "invoices/invoice_form_fixture.h"
+#include "places.h"
 
 #include <gmock/gmock.h>
 

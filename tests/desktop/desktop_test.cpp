@@ -1,6 +1,7 @@
 #include "desktop/desktop_test.h"
 
 #include "desktop/look_check.h"
+#include "places.h"
 #include "platform/qt/qt_text.h"
 #include "shell/session.h"
 #include "shell/version.h"

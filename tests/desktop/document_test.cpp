@@ -1,3 +1,4 @@
+#include "places.h"
 #include "platform/qt/document_browser.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "desktop/desktop_test.h"
 #include "invoices/invoice_form.h"
+#include "places.h"
 #include "shell/version.h"
 #include "store/database.h"
 #include "support/invoice_columns.h"
@@ -369,7 +370,8 @@ struct AccessRoad : InvoiceRoad, ::testing::WithParamInterface<AccessSample> {};
 
 TEST_P(AccessRoad, AnInvoiceIsIssuedAndFoundAgain) {
     const AccessSample& sample = GetParam();
-    const std::string original = std::string(TARVELLO_ACCESS_TESTS "/../../data/access/") + sample.file;
+    const std::string original =
+        std::string(TARVELLO_TEST_DATA "/store/access/../../data/access/") + sample.file;
     const std::string file = program_folder() + "/tarvello.mdb";
     std::filesystem::copy_file(original, file, std::filesystem::copy_options::overwrite_existing);
     std::filesystem::permissions(file,
@@ -424,8 +426,9 @@ TEST_P(AccessRoad, AnInvoiceIsIssuedAndFoundAgain) {
 
     QProcess checker;
     checker.start(QStringLiteral("python3"),
-                  {QStringLiteral(TARVELLO_ACCESS_TESTS "/access_checker.py"), QString::fromStdString(file),
-                   QStringLiteral("--before"), QString::fromStdString(original)});
+                  {QStringLiteral(TARVELLO_TEST_DATA "/store/access/access_checker.py"),
+                   QString::fromStdString(file), QStringLiteral("--before"),
+                   QString::fromStdString(original)});
     ASSERT_TRUE(checker.waitForFinished());
     EXPECT_EQ(checker.exitCode(), 0) << checker.readAll().toStdString();
 }

@@ -1,4 +1,5 @@
 #include "desktop/desktop_test.h"
+#include "places.h"
 #include "platform/qt/desktop.h"
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_text.h"

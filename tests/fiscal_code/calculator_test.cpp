@@ -2,6 +2,7 @@
 
 #include "customers/customer_form.h"
 #include "invoices/invoice_form.h"
+#include "places.h"
 #include "support/program_test.h"
 
 #include <filesystem>

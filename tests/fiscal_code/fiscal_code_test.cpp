@@ -1,4 +1,5 @@
 #include "fiscal_code/fiscal_code.h"
+#include "places.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 #include "fiscal_code/municipalities.h"
 
 #include "failure.h"
+#include "places.h"
 #include "support/fake_platform.h"
 #include "text/letter_case.h"
 

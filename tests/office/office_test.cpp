@@ -1,6 +1,7 @@
 #include "office_test.h"
 
 #include "failure.h"
+#include "places.h"
 
 #include <cstdlib>
 #include <filesystem>

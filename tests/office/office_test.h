@@ -1,5 +1,6 @@
 #pragma once
 
+#include "places.h"
 #include "platform/office/office_word_processor.h"
 #include "support/fake_platform.h"
 

@@ -1,6 +1,7 @@
 #include "office_test.h"
 
 #include "documents/printing_test.h"
+#include "places.h"
 
 #include <filesystem>
 

@@ -1,5 +1,6 @@
 #include "store/store_fixture.h"
 
+#include "places.h"
 #include "support/invoice_columns.h"
 #include "support/program_test.h"
 #include "text/letter_case.h"

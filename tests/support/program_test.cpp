@@ -1,6 +1,7 @@
 #include "support/program_test.h"
 
 #include "failure.h"
+#include "places.h"
 #include "support/invoice_columns.h"
 #include "text/letter_case.h"
 

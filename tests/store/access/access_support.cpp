@@ -1,6 +1,7 @@
 #include "store/access/access_support.h"
 
 #include "failure.h"
+#include "places.h"
 #include "store/statement.h"
 
 #include <array>
