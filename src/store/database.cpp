@@ -10,9 +10,26 @@ namespace {
 
 const char* const source = "Archivio";
 
+Failure lost_transaction() {
+    return Failure(failure_number::database, source,
+                   "Una delle operazioni da eseguire insieme non è riuscita: l'archivio resta com'era.");
+}
+
 } // namespace
 
 // Connection
+
+template <typename Act>
+auto Connection::within_transaction(Act act) {
+    if (transaction_ && transaction_->lost_) throw lost_transaction();
+    try {
+        return act();
+    } catch (...) {
+        // Neither engine can take back one statement of several: what is left is to take back all.
+        if (transaction_) transaction_->lost_ = true;
+        throw;
+    }
+}
 
 void Connection::open(const std::string& path) {
     if (engine_) throw Failure(failure_number::object_open, source, "Un database è già aperto.");
@@ -20,25 +37,79 @@ void Connection::open(const std::string& path) {
 }
 
 void Connection::close() {
-    if (!engine_) throw Failure(failure_number::object_closed, source, "Nessun database è aperto.");
-    engine_.reset();
+    engine();
+    if (transaction_) transaction_->connection_ = nullptr;
+    transaction_ = nullptr;
+    needed_.clear();
+    engine_.reset(); // takes a transaction under way back
 }
 
-std::unique_ptr<store::RowSource> Connection::execute(std::string_view sql) {
+store::Engine& Connection::engine() const {
     if (!engine_) throw Failure(failure_number::object_closed, source, "Nessun database è aperto.");
-    return engine_->run(store::parse_statement(sql));
+    return *engine_;
+}
+
+std::unique_ptr<store::RowSource> Connection::execute(std::string_view sql, const Parameters& parameters) {
+    engine();
+    return within_transaction([&] {
+        store::Statement statement = store::parse_statement(sql);
+        store::bind_parameters(statement, parameters);
+        return engine_->run(statement);
+    });
+}
+
+std::int64_t Connection::inserted_key() const {
+    if (const auto key = engine().last_autonumber()) return *key;
+    throw Failure(failure_number::no_such_element, source,
+                  "L'ultima istruzione INSERT non ha dato alcun numero automatico.");
+}
+
+void Connection::need_table(const store::TableDeclaration& table) {
+    engine();
+    if (std::find(needed_.begin(), needed_.end(), table) != needed_.end()) return;
+    within_transaction([&] {
+        store::check_declaration(table);
+        engine_->create_table(table);
+    });
+    needed_.push_back(table);
+}
+
+// Transaction
+
+Transaction::Transaction(Connection& connection) : connection_(&connection) {
+    if (connection.transaction_) {
+        throw Failure(failure_number::object_open, source,
+                      "Una transazione è già in corso: l'operazione va ripetuta quando è finita.");
+    }
+    connection.engine().begin();
+    connection.transaction_ = this;
+}
+
+Transaction::~Transaction() {
+    if (!connection_) return;
+    connection_->transaction_ = nullptr;
+    connection_->needed_.clear(); // they may have been made in it
+    connection_->engine_->roll_back();
+}
+
+void Transaction::commit() {
+    if (!connection_ || lost_) throw lost_transaction();
+    connection_->engine_->commit();
+    connection_->transaction_ = nullptr;
+    connection_ = nullptr;
 }
 
 // Recordset
 
-void Recordset::open(std::string_view sql, Connection& connection) {
+void Recordset::open(std::string_view sql, Connection& connection, Parameters parameters) {
     if (rows_)
         throw Failure(failure_number::object_open, source, "L'operazione richiede un risultato chiuso.");
-    auto rows = connection.execute(sql);
+    auto rows = connection.execute(sql, parameters);
     const bool row = rows && rows->next(); // fails before anything here has changed
     rows_ = std::move(rows);
     connection_ = &connection;
     sql_ = sql;
+    parameters_ = std::move(parameters);
     row_ = row;
     first_ = row;
 }
@@ -69,7 +140,7 @@ void Recordset::move_first() {
     need_open();
     if (first_) return;
     row_ = false;
-    rows_ = connection_->execute(sql_);
+    rows_ = connection_->execute(sql_, parameters_);
     row_ = first_ = rows_->next();
     need_row();
 }
@@ -121,6 +192,22 @@ Date Recordset::date(std::string_view name) const {
     throw Failure(failure_number::type_mismatch, source,
                   "La colonna \"" + std::string(name) + "\" non contiene una data.");
 }
+
+template <typename Wanted>
+Wanted Recordset::get(std::string_view name, const char* what) const {
+    const store::ValueView found = value(column(name));
+    if (const auto* wanted = std::get_if<Wanted>(&found)) return *wanted;
+    throw Failure(failure_number::type_mismatch, source,
+                  "La colonna \"" + std::string(name) + "\" non contiene " + what + ".");
+}
+
+Amount Recordset::amount(std::string_view name) const { return get<Amount>(name, "un importo"); }
+
+std::int64_t Recordset::whole(std::string_view name) const {
+    return get<std::int64_t>(name, "un numero intero");
+}
+
+bool Recordset::yes(std::string_view name) const { return get<bool>(name, "un sì o un no"); }
 
 store::ValueView Recordset::value(std::size_t column) const {
     need_row();

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "store/declaration.h"
 #include "store/statement.h"
 #include "store/table.h"
 #include "store/value.h"
 #include "text/regional_settings.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -21,7 +25,8 @@
 ///   LikePattern.
 /// - A SELECT without ORDER BY yields the order of the primary key, or of entry where a table has none.
 /// - Rows come lazily: the first row of a large result costs one row.
-/// - A statement is all or nothing, and on disk when run() returns.
+/// - A statement is all or nothing, and on disk when run() returns; between begin() and commit() it is on
+///   disk when commit() returns.
 /// - Several results may be walked at the same time, and statements may write meanwhile.
 namespace tarvello::store {
 
@@ -38,6 +43,24 @@ public:
     virtual ValueView value(std::size_t column) const = 0;
 };
 
+/// A table that a file holds.
+struct StoredTable {
+    TableDeclaration declaration;           ///< as far as one can tell it
+    std::vector<std::string> other_columns; ///< whose values are of no kind that the program knows
+    std::int64_t rows = 0;
+};
+
+/// Rows on their way into a table, see Engine::fill.
+class RowSink {
+public:
+    virtual ~RowSink() = default;
+
+    /// @param values  one for each column, of the alternative that goes with the column's type, or null; they
+    ///                need not live longer than the call
+    /// @throws Failure, with which the whole transaction is lost
+    virtual void add(std::span<const ValueView> values) = 0;
+};
+
 class Engine {
 public:
     virtual ~Engine() = default;
@@ -45,6 +68,28 @@ public:
     /// Runs one statement. @return the rows of a SELECT, null for every other statement
     /// @throws Failure
     virtual std::unique_ptr<RowSource> run(const Statement& statement) = 0;
+    /// The autonumber of the row that the last INSERT made. @return nothing if its table has none
+    virtual std::optional<std::int64_t> last_autonumber() const = 0;
+
+    /// From here to commit() or roll_back() all statements, new tables and filled rows are one change, which
+    /// later statements see. After a Failure in between only roll_back() may follow. Never nested.
+    /// @throws Failure if the file may not be written
+    virtual void begin() = 0;
+    /// @throws Failure, and nothing is changed
+    virtual void commit() = 0;
+    virtual void roll_back() noexcept = 0;
+
+    /// The tables of the file, without those of the engine itself.
+    virtual std::vector<StoredTable> tables() = 0;
+    /// Makes a table; one that is there gets the columns that it lacks, and never one autonumber twice.
+    /// @param table  passes check_declaration
+    /// @throws Failure if the file may not be written, and why; or if a table that is there lacks a column
+    ///         that this engine cannot add to it
+    virtual void create_table(const TableDeclaration& table) = 0;
+    /// The way in for very many rows, keys included. Within a transaction; the sink ends before it does.
+    /// @param columns  each of the table's at most once; the others become null
+    virtual std::unique_ptr<RowSink> fill(const std::string& table,
+                                          const std::vector<std::string>& columns) = 0;
 };
 
 /// Opens a database file, whatever its engine.

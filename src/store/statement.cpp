@@ -10,6 +10,8 @@
 namespace tarvello::store {
 namespace {
 
+const char* const source = "Archivio";
+
 constexpr std::array<std::string_view, 16> reserved_words{
     "SELECT", "TOP",  "FROM", "WHERE", "ORDER",  "BY",     "ASC",    "DESC",
     "AND",    "LIKE", "INTO", "SET",   "INSERT", "VALUES", "UPDATE", "DELETE"};
@@ -111,9 +113,14 @@ private:
             Condition condition;
             condition.column = name("il nome della colonna");
             condition.comparison = comparison();
-            if (condition.comparison == Comparison::like && (at_ == sql_.size() || sql_[at_] != '\''))
-                fail("dopo LIKE manca un testo fra apostrofi");
-            condition.literal = literal();
+            if (condition.comparison == Comparison::in) {
+                condition.list = list();
+            } else {
+                const bool text = at_ < sql_.size() && (sql_[at_] == '\'' || sql_[at_] == '?');
+                if (condition.comparison == Comparison::like && !text)
+                    fail("dopo LIKE manca un testo fra apostrofi");
+                condition.literal = literal();
+            }
             result_.conditions.push_back(std::move(condition));
         } while (take_word("AND"));
     }
@@ -122,18 +129,30 @@ private:
         if (take_mark('=')) return Comparison::equal;
         if (at_ < sql_.size() && (sql_[at_] == '<' || sql_[at_] == '>')) {
             const bool less = sql_[at_++] == '<';
+            if (less && take_mark('>')) return Comparison::not_equal;
             const bool or_equal = at_ < sql_.size() && sql_[at_] == '=';
             if (or_equal) ++at_;
             skip_blanks();
             if (less) return or_equal ? Comparison::less_or_equal : Comparison::less;
             return or_equal ? Comparison::greater_or_equal : Comparison::greater;
         }
-        if (!take_word("LIKE")) fail("manca il confronto: =, <, >, <=, >= o LIKE");
-        return Comparison::like;
+        if (take_word("LIKE")) return Comparison::like;
+        if (!take_word("IN")) fail("manca il confronto: =, <>, <, >, <=, >=, LIKE o IN");
+        return Comparison::in;
+    }
+
+    std::vector<Literal> list() {
+        std::vector<Literal> literals;
+        need_mark('(', "manca la parentesi che apre l'elenco dei valori");
+        do literals.push_back(literal());
+        while (take_mark(','));
+        need_mark(')', "manca la parentesi che chiude l'elenco dei valori");
+        return literals;
     }
 
     Literal literal() {
         if (at_ < sql_.size() && sql_[at_] == '\'') return text_literal();
+        if (take_mark('?')) return {{}, false, Value()};
         return number_literal();
     }
 
@@ -196,11 +215,7 @@ private:
 
     std::string name(std::string_view what) {
         const std::string_view word = peek_word();
-        if (word.empty() || is_digit(word[0]) ||
-            std::any_of(reserved_words.begin(), reserved_words.end(),
-                        [&](std::string_view reserved) { return same_word(word, reserved); })) {
-            fail("manca " + std::string(what));
-        }
+        if (!is_plain_name(word)) fail("manca " + std::string(what));
         take(word);
         return std::string(word);
     }
@@ -249,7 +264,7 @@ private:
     }
 
     [[noreturn]] void fail(const std::string& what_is_wrong) const {
-        throw Failure(failure_number::statement, "Archivio",
+        throw Failure(failure_number::statement, source,
                       "Errore nell'istruzione SQL al carattere " +
                           std::to_string(utf8::length(sql_.substr(0, at_)) + 1) + ": " + what_is_wrong + ".");
     }
@@ -261,6 +276,36 @@ private:
 
 } // namespace
 
+bool is_plain_name(std::string_view name) {
+    return !name.empty() && !is_digit(name[0]) && std::all_of(name.begin(), name.end(), is_name_character) &&
+           std::none_of(reserved_words.begin(), reserved_words.end(),
+                        [&](std::string_view reserved) { return same_word(name, reserved); });
+}
+
 Statement parse_statement(std::string_view sql) { return Parser(sql).statement(); }
+
+void bind_parameters(Statement& statement, std::span<const Value> values) {
+    std::size_t next = 0;
+    const auto bind = [&](Literal& literal) {
+        if (!literal.value || next++ >= values.size()) return;
+        const Value& value = values[next - 1];
+        if (const auto* text = std::get_if<std::string>(&value)) {
+            literal = {*text, true};
+        } else {
+            literal.value = value;
+        }
+    };
+    for (Assignment& assignment : statement.assignments) bind(assignment.literal);
+    for (Condition& condition : statement.conditions) {
+        bind(condition.literal);
+        for (Literal& literal : condition.list) bind(literal);
+        if (condition.comparison == Comparison::like && !condition.literal.quoted)
+            throw Failure(failure_number::type_mismatch, source, "Il confronto LIKE vuole un testo.");
+    }
+    if (next == values.size()) return;
+    throw Failure(failure_number::statement, source,
+                  "L'istruzione SQL ha " + std::to_string(next) + " parametri e ne riceve " +
+                      std::to_string(values.size()) + ".");
+}
 
 } // namespace tarvello::store

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "store/value.h"
+
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,16 +17,28 @@
 ///     UPDATE table SET column=literal, ... [WHERE conditions]
 ///     DELETE * FROM table [WHERE conditions]
 ///
-/// Conditions are `column op literal` joined by AND; op is one of = < > <= >= LIKE. A literal is a number or
-/// a text between apostrophes, in which two apostrophes stand for one. Key words, tables and columns are
-/// known without regard to case; names may hold any letters.
+/// Conditions are `column op literal` or `column IN (literals)` joined by AND; op is one of = <> < > <= >=
+/// LIKE. A literal is a number, a text between apostrophes, in which two apostrophes stand for one, or a ?,
+/// whose value comes beside the text and so cannot break it; see bind_parameters. Key words, tables and
+/// columns are known without regard to case; names may hold any letters.
 namespace tarvello::store {
 
-enum class Comparison : std::uint8_t { equal, less, greater, less_or_equal, greater_or_equal, like };
+enum class Comparison : std::uint8_t {
+    equal,
+    not_equal,
+    less,
+    greater,
+    less_or_equal,
+    greater_or_equal,
+    like,
+    in
+};
 
 struct Literal {
     std::string text;    ///< as written, apostrophes undoubled
     bool quoted = false; ///< a text; else a number
+    /// Of a ?: what the caller gave. A text that was given is a quoted literal like any other.
+    std::optional<Value> value{};
     bool operator==(const Literal&) const = default;
 };
 
@@ -30,6 +46,7 @@ struct Condition {
     std::string column;
     Comparison comparison = Comparison::equal;
     Literal literal;
+    std::vector<Literal> list{}; ///< of IN, in place of the literal; at least one
     bool operator==(const Condition&) const = default;
 };
 
@@ -55,5 +72,12 @@ struct Statement {
 /// Reads a statement.
 /// @throws Failure, in Italian, that says what is wrong and at which character, counted from 1
 Statement parse_statement(std::string_view sql);
+
+/// Gives the ? of a statement their values, in the order in which they stand in its text.
+/// @throws Failure if there are fewer values than ?, or more; or if what LIKE gets is no text
+void bind_parameters(Statement& statement, std::span<const Value> values);
+
+/// True if the dialect can say this name of a table or column as it stands.
+bool is_plain_name(std::string_view name);
 
 } // namespace tarvello::store

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <charconv>
@@ -54,9 +55,14 @@ std::optional<std::string> ungrouped(std::string_view text, std::string_view sep
     }
 }
 
-/// A number that is written plainly, with a point as decimal mark, or else as the regional settings write
-/// amounts: with their separators, the currency symbol, a sign before or behind.
-std::optional<double> number_in(std::string_view text, const RegionalSettings& regional) {
+/// The plain decimal number that a text writes: plainly, with a point as decimal mark, or else as the
+/// regional settings write amounts, with their separators, the currency symbol, a sign before or behind.
+///
+/// What comes here are texts of the program's own making: rates and numbers, which it reads with a point
+/// ("12.5", and so "1.000" is 1), and amounts, which it has written as currency text and so always with the
+/// decimal mark ("€ 1.000,00"). What a person types goes through text/currency.h, where "1.000" is a
+/// thousand.
+std::optional<std::string> decimal_in(std::string_view text, const RegionalSettings& regional) {
     text = without_blanks(text);
     bool negative = cut_front(text, "-") || cut_back(text, "-");
     text = without_blanks(text);
@@ -66,25 +72,20 @@ std::optional<double> number_in(std::string_view text, const RegionalSettings& r
         text = without_blanks(text);
     }
 
-    const auto parse = [&](std::string_view mark, std::string_view separator) -> std::optional<double> {
+    const auto parse = [&](std::string_view mark, std::string_view separator) -> std::optional<std::string> {
         const std::size_t at = text.find(mark);
         const auto whole = ungrouped(text.substr(0, at), separator);
         const std::string_view fraction =
             at == std::string_view::npos ? std::string_view() : text.substr(at + mark.size());
         if (!whole || !only_digits(fraction) || whole->size() + fraction.size() == 0) return std::nullopt;
-        const std::string digits = *whole + "." + std::string(fraction);
-        double number = 0;
-        const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-        if (read.ec == std::errc::result_out_of_range) number = std::numeric_limits<double>::infinity();
-        return negative ? -number : number;
+        return (negative ? "-" : "") + *whole + (fraction.empty() ? "" : "." + std::string(fraction));
     };
     if (const auto plain = parse(".", "")) return plain;
     return parse(regional.decimal_separator, regional.thousands_separator);
 }
 
-/// An unquoted number, which the parser has read.
-double number_of(const Literal& literal) {
-    std::string_view text = literal.text;
+/// The double nearest to a plain number, which may have an exponent.
+double number_of(std::string_view text) {
     cut_front(text, "+");
     double number = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -98,22 +99,64 @@ double number_of(const Literal& literal) {
     return number;
 }
 
-[[noreturn]] void fail_for_type(const Literal& literal, const Column& column, const char* what) {
+[[noreturn]] void fail_for_type(std::string_view text, const Column& column, const char* what) {
     throw Failure(failure_number::type_mismatch, source,
-                  "Il valore \"" + literal.text + "\" della colonna " + column.name + " non è " + what + ".");
+                  "Il valore \"" + std::string(text) + "\" della colonna " + column.name + " non è " + what +
+                      ".");
 }
 
-double number_for(const Literal& literal, const Column& column, const RegionalSettings& regional) {
-    if (!literal.quoted) return number_of(literal);
-    const auto number = number_in(literal.text, regional);
-    if (!number) fail_for_type(literal, column, "un numero");
-    return *number;
+[[noreturn]] void fail_for_size(std::string_view number, const Column& column) {
+    throw Failure(failure_number::overflow, source,
+                  "Il numero " + std::string(number) + " è troppo grande per la colonna " + column.name +
+                      ".");
+}
+
+/// The plain number of a literal that is none of the values given beside the text.
+std::string decimal_of(const Literal& literal, const Column& column, const RegionalSettings& regional) {
+    if (!literal.quoted) return literal.text;
+    const auto decimal = decimal_in(literal.text, regional);
+    if (!decimal) fail_for_type(literal.text, column, "un numero");
+    return *decimal;
+}
+
+std::int64_t whole_for(double number, std::string_view shown, const Column& column) {
+    const double rounded = std::nearbyint(number); // half to even, as ever set
+    if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
+          rounded <= std::numeric_limits<std::int32_t>::max())) {
+        fail_for_size(shown, column);
+    }
+    return static_cast<std::int64_t>(rounded);
+}
+
+/// Exactly what is written, but for digits behind the ten-thousandths.
+Amount amount_for(const std::string& decimal, std::string_view shown, const Column& column) {
+    const bool exponent = decimal.find_first_of("eE") != std::string::npos;
+    const auto amount = exponent ? nearest_amount(number_of(decimal)) : decimal_amount(decimal);
+    if (!amount) fail_for_size(shown, column);
+    return *amount;
+}
+
+std::string text_for(std::string text, const Column& column) {
+    if (column.width == 0 || utf8::utf16_length(text) <= column.width) return text;
+    throw Failure(failure_number::overflow, source,
+                  "Il testo è troppo lungo per la colonna " + column.name + ", che tiene al massimo " +
+                      std::to_string(column.width) + " caratteri.");
 }
 
 Date date_for(const Literal& literal, const Column& column, const RegionalSettings& regional) {
     const auto date = literal.quoted ? read_date(literal.text, regional) : std::nullopt;
-    if (!date) fail_for_type(literal, column, "una data");
+    if (!date) fail_for_type(literal.text, column, "una data");
     return *date;
+}
+
+/// A value that is no text, as a plain number. @return nothing for a date
+std::optional<std::string> decimal_of(const ValueView& value) {
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) return std::to_string(*whole);
+    if (const auto* number = std::get_if<double>(&value))
+        return std::isfinite(*number) ? plain_number(*number) : std::string("1e999");
+    if (const auto* amount = std::get_if<Amount>(&value)) return decimal_text(*amount);
+    if (const auto* yes = std::get_if<bool>(&value)) return *yes ? "-1" : "0";
+    return std::nullopt;
 }
 
 } // namespace
@@ -148,52 +191,69 @@ Places find_places(const Statement& statement, const Table& table) {
 }
 
 Value convert_literal(const Literal& literal, const Column& column, const RegionalSettings& regional) {
-    switch (column.type) {
-    case ColumnType::text:
-        return literal.text;
-    case ColumnType::date:
-        return date_for(literal, column, regional);
-    case ColumnType::number: {
-        const double number = number_for(literal, column, regional);
-        if (!std::isfinite(number)) {
-            throw Failure(failure_number::overflow, source,
-                          "Il numero " + literal.text + " è troppo grande per la colonna " + column.name +
-                              ".");
-        }
-        return number;
-    }
-    case ColumnType::integer:
-        break;
-    }
-    const double rounded = std::nearbyint(number_for(literal, column, regional)); // half to even, as ever set
-    if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
-          rounded <= std::numeric_limits<std::int32_t>::max())) {
-        throw Failure(failure_number::overflow, source,
-                      "Il numero " + literal.text + " è troppo grande per la colonna " + column.name + ".");
-    }
-    return static_cast<std::int64_t>(rounded);
+    if (literal.value) return convert_value(view_of(*literal.value), column, regional);
+    if (column.type == ColumnType::text) return text_for(literal.text, column);
+    if (column.type == ColumnType::date) return date_for(literal, column, regional);
+    const std::string decimal = decimal_of(literal, column, regional);
+    if (column.type == ColumnType::currency) return amount_for(decimal, literal.text, column);
+    const double number = number_of(decimal);
+    if (column.type == ColumnType::integer) return whole_for(number, literal.text, column);
+    if (column.type == ColumnType::yes_no) return number != 0;
+    if (!std::isfinite(number)) fail_for_size(literal.text, column);
+    return number;
+}
+
+Value convert_value(const ValueView& value, const Column& column, const RegionalSettings& regional) {
+    if (std::holds_alternative<std::monostate>(value))
+        return column.type == ColumnType::yes_no ? Value(false) : Value();
+    if (const auto* text = std::get_if<std::string_view>(&value))
+        return convert_literal({std::string(*text), true}, column, regional);
+    if (column.type == ColumnType::text) return text_for(value_text(value, regional), column);
+    const Date* const date = std::get_if<Date>(&value);
+    if (date != nullptr && column.type == ColumnType::date) return *date;
+    const auto decimal = decimal_of(value);
+    if (!decimal) fail_for_type(value_text(value, regional), column, "un numero");
+    return convert_literal({*decimal, false}, column, regional);
 }
 
 Value convert_comparand(const Literal& literal, const Column& column, const RegionalSettings& regional) {
-    if (column.type != ColumnType::integer && column.type != ColumnType::number)
-        return convert_literal(literal, column, regional);
+    if (literal.value && std::holds_alternative<std::monostate>(*literal.value)) return {};
+    const bool number = column.type == ColumnType::integer || column.type == ColumnType::number ||
+                        column.type == ColumnType::currency;
+    if (!number) return convert_literal(literal, {column.name, column.type}, regional);
+    std::string decimal;
+    if (!literal.value) {
+        decimal = decimal_of(literal, column, regional);
+    } else if (const auto given = decimal_of(view_of(*literal.value))) {
+        decimal = *given;
+    } else {
+        fail_for_type(value_text(view_of(*literal.value), regional), column, "un numero");
+    }
+    if (column.type == ColumnType::currency) {
+        const auto amount = decimal_amount(decimal);
+        if (amount && number_of(decimal_text(*amount)) == number_of(decimal)) return *amount;
+        return number_of(decimal);
+    }
     std::int64_t whole = 0;
-    const char* const end = literal.text.data() + literal.text.size();
-    const auto read = std::from_chars(literal.text.data(), end, whole);
+    const char* const end = decimal.data() + decimal.size();
+    const auto read = std::from_chars(decimal.data(), end, whole);
     if (read.ec == std::errc{} && read.ptr == end) return whole;
-    return number_for(literal, column, regional);
+    return number_of(decimal);
 }
 
 std::string value_text(const ValueView& value, const RegionalSettings& regional) {
     if (const auto* text = std::get_if<std::string_view>(&value)) return std::string(*text);
     if (const auto* whole = std::get_if<std::int64_t>(&value)) return std::to_string(*whole);
     if (const auto* date = std::get_if<Date>(&value)) return short_date_text(*date, regional);
-    if (const auto* number = std::get_if<double>(&value)) {
-        std::string text = plain_number(*number);
+    const auto* number = std::get_if<double>(&value);
+    const auto* amount = std::get_if<Amount>(&value);
+    if (number != nullptr || amount != nullptr) {
+        std::string text = number != nullptr ? plain_number(*number) : decimal_text(*amount);
         if (const auto point = text.find('.'); point != std::string::npos)
             text.replace(point, 1, regional.decimal_separator);
         return text;
     }
+    if (const auto* yes = std::get_if<bool>(&value)) return *yes ? "-1" : "0";
     return {};
 }
 

@@ -165,6 +165,14 @@ std::string currency_text(double amount, const RegionalSettings& regional) {
     return layout(cents_of(number), number.negative, regional);
 }
 
+std::string currency_text(Amount amount, const RegionalSettings& regional) {
+    const bool negative = amount.ten_thousandths < 0;
+    const auto bits = static_cast<std::uint64_t>(amount.ten_thousandths);
+    std::string cents = std::to_string(((negative ? -bits : bits) + 50) / 100);
+    if (cents.size() < 3) cents.insert(0, 3 - cents.size(), '0');
+    return layout(cents, negative, regional);
+}
+
 std::string currency_text(std::string_view typed, const RegionalSettings& regional) {
     const Decimal number = parse(typed, regional);
     return layout(cents_of(number), number.negative, regional);

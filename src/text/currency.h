@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/amount.h"
 #include "text/regional_settings.h"
 
 #include <string>
@@ -14,6 +15,9 @@ namespace tarvello {
 /// digits: 2.005 gives "€ 2,01" although its double lies just below.
 /// @throws Failure (overflow) if the number is not finite
 std::string currency_text(double amount, const RegionalSettings& regional);
+
+/// Currency text of an exact amount, rounded to cents half away from zero.
+std::string currency_text(Amount amount, const RegionalSettings& regional);
 
 /// Currency text of a typed text such as "1.234,5", "12,345" or "€ 7": the symbol and blanks are skipped, the
 /// thousands separator is dropped wherever it stands, the decimal separator ends the integer part. One sign,

@@ -33,6 +33,12 @@ std::size_t length(std::string_view text) {
     return count;
 }
 
+std::size_t utf16_length(std::string_view text) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size();) count += next(text, at) < 0x10000 ? 1 : 2;
+    return count;
+}
+
 std::size_t byte_of(std::string_view text, std::size_t position) {
     std::size_t at = 0;
     for (; position > 0 && at < text.size(); --position) next(text, at);

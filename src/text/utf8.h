@@ -11,6 +11,9 @@ namespace tarvello::utf8 {
 /// Number of characters.
 std::size_t length(std::string_view text);
 
+/// Number of UTF-16 units that the text takes.
+std::size_t utf16_length(std::string_view text);
+
 /// The byte at which character `position` starts; the size of the text if there are fewer characters.
 std::size_t byte_of(std::string_view text, std::size_t position);
 

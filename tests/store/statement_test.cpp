@@ -95,6 +95,29 @@ TEST(Statement, ReadsEveryWriteOfTheForms) {
     EXPECT_EQ(parse_statement("DELETE * FROM Fatture WHERE ID=40000"), expected);
 }
 
+TEST(Statement, TakesValuesThatStandBesideIt) {
+    Statement read =
+        parse_statement("UPDATE Rate SET Testo=?,Importo=? WHERE ID<>? AND Anno IN (?,2006) AND Nome LIKE ?");
+    const Amount amount = Amount::of_cents(150);
+    const std::vector<Value> values{"d'oro", amount, std::int64_t{7}, {}, "%x"};
+    bind_parameters(read, values);
+    Statement expected = statement(StatementKind::update, "Rate");
+    expected.assignments = {{"Testo", {"d'oro", true}}, {"Importo", {"", false, amount}}};
+    expected.conditions = {{"ID", Comparison::not_equal, {"", false, std::int64_t{7}}},
+                           {"Anno", Comparison::in, {}, {{"", false, Value()}, {"2006", false}}},
+                           {"Nome", Comparison::like, {"%x", true}}};
+    EXPECT_EQ(read, expected);
+
+    const auto bind = [](const char* sql, const std::vector<Value>& given) {
+        Statement one = parse_statement(sql);
+        bind_parameters(one, given);
+    };
+    EXPECT_THROW(bind("DELETE * FROM Rate WHERE ID=?", {}), Failure);
+    EXPECT_THROW(bind("DELETE * FROM Rate WHERE ID=?", {true, true}), Failure);
+    EXPECT_THROW(bind("DELETE * FROM Rate", {true}), Failure);
+    EXPECT_THROW(bind("DELETE * FROM Rate WHERE Nome LIKE ?", {std::int64_t{1}}), Failure);
+}
+
 TEST(Statement, SaysWhatIsWrongAndWhere) {
     const auto at = [](int character, const char* what) {
         return AllOf(HasSubstr("al carattere " + std::to_string(character) + ":"), HasSubstr(what));
@@ -110,7 +133,10 @@ TEST(Statement, SaysWhatIsWrongAndWhere) {
         << "characters are counted, not bytes";
     EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno=2,5"), at(35, "di troppo"));
     EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno=20x6"), at(34, "manca un valore"));
-    EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno<>2006"), at(34, "manca un valore"));
+    EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno=>2006"), at(34, "manca un valore"));
+    EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno IN 2006"), at(37, "apre l'elenco"));
+    EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno IN ()"), at(38, "manca un valore"));
+    EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno IN (1 2)"), at(40, "chiude l'elenco"));
     EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno LIKE 2006"), at(39, "dopo LIKE"));
     EXPECT_THAT(failure_of("SELECT * FROM Fatture WHERE Anno"), at(33, "manca il confronto"));
     EXPECT_THAT(failure_of("SELECT * FROM Fatture;"), at(22, "di troppo"));

@@ -80,7 +80,22 @@ public:
         return nullptr;
     }
 
+    // Not for Access files yet.
+    std::optional<std::int64_t> last_autonumber() const override { return std::nullopt; }
+    void begin() override { fail_for_access(); }
+    void commit() override { fail_for_access(); }
+    void roll_back() noexcept override {}
+    std::vector<StoredTable> tables() override { fail_for_access(); }
+    void create_table(const TableDeclaration&) override { fail_for_access(); }
+    std::unique_ptr<RowSink> fill(const std::string&, const std::vector<std::string>&) override {
+        fail_for_access();
+    }
+
 private:
+    [[noreturn]] static void fail_for_access() {
+        throw not_writable("Questa operazione non è ancora possibile su un file Access.");
+    }
+
     void write(std::shared_ptr<const OpenTable> table, const Statement& statement) {
         PageStore& store = file_->store();
         if (!table->why_not_writable.empty()) throw not_writable(table->why_not_writable);
@@ -121,6 +136,10 @@ private:
 
 } // namespace
 } // namespace access
+
+std::unique_ptr<Engine> make_access_engine(const std::string&, const RegionalSettings&) {
+    throw access::not_writable("Un nuovo archivio nel formato Access non si può ancora creare.");
+}
 
 std::unique_ptr<Engine> open_access_engine(const std::string& path, const RegionalSettings& regional,
                                            access::FileWatch* watch) {

@@ -15,4 +15,10 @@ namespace tarvello::store {
 std::unique_ptr<Engine> open_access_engine(const std::string& path, const RegionalSettings& regional,
                                            access::FileWatch* watch = nullptr);
 
+/// Makes a new Access file without tables, for create_table and fill. Nobody else knows of it yet and it is
+/// given up as a whole if anything fails, so that it needs no journal; what commit() has ended is synced.
+/// @param path  of a file that does not exist
+/// @throws Failure
+std::unique_ptr<Engine> make_access_engine(const std::string& path, const RegionalSettings& regional);
+
 } // namespace tarvello::store

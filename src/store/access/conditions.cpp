@@ -4,6 +4,8 @@
 #include "store/access/stored_text.h"
 #include "text/letter_case.h"
 
+#include <algorithm>
+
 namespace tarvello::store::access {
 namespace {
 
@@ -11,6 +13,8 @@ bool fits(Comparison comparison, std::partial_ordering order) {
     switch (comparison) {
     case Comparison::equal:
         return order == 0;
+    case Comparison::not_equal:
+        return order != 0;
     case Comparison::less:
         return order < 0;
     case Comparison::greater:
@@ -20,6 +24,7 @@ bool fits(Comparison comparison, std::partial_ordering order) {
     case Comparison::greater_or_equal:
         return order >= 0;
     case Comparison::like:
+    case Comparison::in: // each value of the list by itself
         break;
     }
     return false;
@@ -67,11 +72,14 @@ Conditions::Conditions(const Statement& statement, const Places& places, const T
         one.comparison = condition.comparison;
         if (condition.comparison == Comparison::like) {
             one.pattern.emplace(condition.literal.text);
+        } else if (condition.comparison == Comparison::in) {
+            for (const Literal& literal : condition.list)
+                one.list.push_back(convert_comparand(literal, table.columns[one.column], regional));
         } else {
             one.value = convert_comparand(condition.literal, table.columns[one.column], regional);
             // Texts are compared folded; equality looks at them as they are, which is quicker.
             if (auto* text = std::get_if<std::string>(&one.value);
-                text && one.comparison != Comparison::equal) {
+                text && one.comparison != Comparison::equal && one.comparison != Comparison::not_equal) {
                 *text = fold_case(*text);
             }
         }
@@ -80,14 +88,21 @@ Conditions::Conditions(const Statement& statement, const Places& places, const T
 }
 
 bool Conditions::holds(const One& condition, const ValueView& value) const {
+    if (condition.comparison == Comparison::in) {
+        return std::any_of(condition.list.begin(), condition.list.end(), [&](const Value& wanted) {
+            return holds(One{condition.column, Comparison::equal, wanted, {}, {}}, value);
+        });
+    }
     if (condition.pattern) {
         if (const auto* text = std::get_if<std::string_view>(&value))
             return condition.pattern->matches(*text);
         return condition.pattern->matches(value_text(value, regional_));
     }
+    if (std::holds_alternative<std::monostate>(condition.value)) return false; // nothing compares with null
     if (const auto* text = std::get_if<std::string_view>(&value)) {
         const std::string& wanted = std::get<std::string>(condition.value);
         if (condition.comparison == Comparison::equal) return equal_ignoring_case(*text, wanted);
+        if (condition.comparison == Comparison::not_equal) return !equal_ignoring_case(*text, wanted);
         return fits(condition.comparison, fold_case(*text) <=> wanted);
     }
     if (const auto* whole = std::get_if<std::int64_t>(&value)) {

@@ -27,6 +27,7 @@ public:
         Comparison comparison = Comparison::equal;
         Value value;
         std::optional<LikePattern> pattern;
+        std::vector<Value> list; // of IN
     };
     const std::vector<One>& all() const { return all_; }
 

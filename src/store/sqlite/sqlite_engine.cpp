@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "store/sqlite/sqlite_file.h"
 #include "store/sqlite/sqlite_functions.h"
+#include "text/letter_case.h"
 
 #include <sqlite3.h>
 
@@ -46,6 +47,7 @@ void append_shape(std::string& shape, const Statement& statement) {
         shape += '?';
         shape += condition.column;
         shape += static_cast<char>('0' + static_cast<int>(condition.comparison));
+        if (!condition.list.empty()) shape += std::to_string(condition.list.size());
     }
     shape += statement.descending ? '>' : '<';
     shape += statement.order_by;
@@ -53,6 +55,8 @@ void append_shape(std::string& shape, const Statement& statement) {
 
 const char* operator_text(Comparison comparison) {
     switch (comparison) {
+    case Comparison::not_equal:
+        return "<>";
     case Comparison::less:
         return "<";
     case Comparison::greater:
@@ -68,9 +72,18 @@ const char* operator_text(Comparison comparison) {
 
 std::string parameter(int& count) { return "?" + std::to_string(++count); }
 
-std::string condition_sql(const Table& table, std::size_t place, Comparison comparison, int& parameters) {
+std::string condition_sql(const Table& table, std::size_t place, const Condition& condition,
+                          int& parameters) {
     const Column& column = table.columns[place];
     const std::string name = quoted_name(column.name);
+    const Comparison comparison = condition.comparison;
+    if (comparison == Comparison::in) {
+        std::string list;
+        for (std::size_t i = 0; i < condition.list.size(); ++i)
+            list += (i == 0 ? "" : ",") + parameter(parameters);
+        return name + (column.type == ColumnType::text ? " COLLATE ignoring_case" : "") + " IN (" + list +
+               ")";
+    }
     const std::string value = parameter(parameters);
     if (comparison == Comparison::like) return "matches(" + name + "," + value + ")";
     if (column.type != ColumnType::text) return name + operator_text(comparison) + value;
@@ -88,8 +101,7 @@ std::string where_sql(const Statement& statement, const Plan& plan, int& paramet
     std::string sql;
     for (std::size_t i = 0; i < statement.conditions.size(); ++i) {
         sql += i == 0 ? " WHERE " : " AND ";
-        sql += condition_sql(*plan.table, plan.places.conditions[i], statement.conditions[i].comparison,
-                             parameters);
+        sql += condition_sql(*plan.table, plan.places.conditions[i], statement.conditions[i], parameters);
     }
     return sql;
 }
@@ -203,6 +215,10 @@ public:
             code = sqlite3_bind_int64(statement_, index, *whole);
         } else if (const auto* number = std::get_if<double>(&value)) {
             code = sqlite3_bind_double(statement_, index, *number);
+        } else if (const auto* amount = std::get_if<Amount>(&value)) {
+            code = sqlite3_bind_int64(statement_, index, amount->ten_thousandths);
+        } else if (const auto* yes = std::get_if<bool>(&value)) {
+            code = sqlite3_bind_int(statement_, index, *yes ? 1 : 0);
         } else if (const auto* date = std::get_if<Date>(&value)) {
             const std::string iso = iso_text(*date);
             code =
@@ -222,15 +238,28 @@ public:
         }
         for (std::size_t i = 0; i < statement.conditions.size(); ++i) {
             const Condition& condition = statement.conditions[i];
-            ++index;
+            const Column& column = columns[plan_->places.conditions[i]];
             if (condition.comparison == Comparison::like) {
-                bind_pattern(statement_, index, LikePattern(condition.literal.text));
+                bind_pattern(statement_, ++index, LikePattern(condition.literal.text));
+            } else if (condition.comparison == Comparison::in) {
+                for (const Literal& literal : condition.list)
+                    bind_comparand(++index, literal, column, regional);
             } else {
-                bind(index,
-                     convert_comparand(condition.literal, columns[plan_->places.conditions[i]], regional));
+                bind_comparand(++index, condition.literal, column, regional);
             }
         }
         if (statement.top) bind(++index, *statement.top);
+    }
+
+    void bind_comparand(int index, const Literal& literal, const Column& column,
+                        const RegionalSettings& regional) const {
+        Value value = convert_comparand(literal, column, regional);
+        // Folded, so that the index on ASCII letters finds what other letters fold into, such as k for K.
+        if (auto* text = std::get_if<std::string>(&value)) *text = fold_case(*text);
+        // What is no whole number of ten-thousandths is compared with them all the same.
+        if (auto* number = std::get_if<double>(&value); number && column.type == ColumnType::currency)
+            *number *= 10000;
+        bind(index, value);
     }
 
     /// @return true at a row, false when the statement is done
@@ -309,6 +338,17 @@ public:
         if (reads) return std::make_unique<SqliteRows>(std::move(run));
         run.step();
         return nullptr;
+    }
+
+    // Not done yet.
+    std::optional<std::int64_t> last_autonumber() const override { return std::nullopt; }
+    void begin() override { file_->fail(SQLITE_ERROR); }
+    void commit() override { file_->fail(SQLITE_ERROR); }
+    void roll_back() noexcept override {}
+    std::vector<StoredTable> tables() override { file_->fail(SQLITE_ERROR); }
+    void create_table(const TableDeclaration&) override { file_->fail(SQLITE_ERROR); }
+    std::unique_ptr<RowSink> fill(const std::string&, const std::vector<std::string>&) override {
+        file_->fail(SQLITE_ERROR);
     }
 
 private:
