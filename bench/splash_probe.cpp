@@ -5,7 +5,7 @@
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "shell/session.h"
 
 #include <QStandardPaths>

@@ -7,10 +7,10 @@
 #include "invoices/invoice_rows.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qt_platform.h"
+#include "program/program.h"
+#include "program/version.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
 #include "shell/session.h"
-#include "shell/version.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -53,7 +53,7 @@ struct Session {
         settings.write(application_name, "txtDataUltimoAggiornamento", "text",
                        short_date_text(program.platform().clock.today(), program.regional()));
         load_session(program);
-        program.main_window().show();
+        program.form<MDIForm1>().show();
         QCoreApplication::processEvents();
     }
     ~Session() { platform.windows().clear(); }

@@ -3,7 +3,7 @@
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/session_end.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "shell/session.h"
 
 #include <QStandardPaths>

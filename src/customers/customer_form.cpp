@@ -3,9 +3,9 @@
 #include "customers/customer_record.h"
 #include "failure.h"
 #include "fiscal_code/calculator_form.h"
-#include "shell/main_window.h"
-#include "shell/net_functions.h"
-#include "shell/program.h"
+#include "program/net_functions.h"
+#include "program/program.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 #include <initializer_list>
@@ -244,7 +244,7 @@ void frmClienti::press(std::size_t pressed) {
 }
 
 void frmClienti::page(std::size_t pressed, std::int16_t number) {
-    if (!program_.main_window().mnuChiudiDatabase.enabled()) {
+    if (!program_.session().mnuChiudiDatabase.enabled()) {
         tell("Nessun database connesso.", BoxIcon::information);
         unload();
         return;

@@ -3,7 +3,7 @@
 #include "customers/customer_list.h"
 #include "failure.h"
 #include "invoices/invoice_form.h"
-#include "shell/program.h"
+#include "program/program.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "customers/customer_form.h"
 #include "failure.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
 

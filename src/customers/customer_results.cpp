@@ -3,7 +3,7 @@
 #include "customers/customer_list.h"
 #include "customers/customer_record.h"
 #include "failure.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/numbers.h"
 
 namespace tarvello {

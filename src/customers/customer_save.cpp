@@ -1,7 +1,7 @@
 #include "customers/customer_form.h"
 #include "customers/customer_record.h"
 #include "failure.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
 

@@ -1,8 +1,8 @@
 #include "db_tools/database_form.h"
 
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/settings.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
 
 namespace tarvello {
 
@@ -19,7 +19,7 @@ void frmGestioneDatabase::prepare_backup() {
 
     CheckBoxBackup.on_click = [this] {
         cmdSaveBackupSettings.set_enabled(true);
-        program_.main_window().CheckBoxBackup.set_checked(CheckBoxBackup.checked());
+        program_.session().CheckBoxBackup.set_checked(CheckBoxBackup.checked());
         enable_backup(CheckBoxBackup.checked());
     };
     OptionDestinazioneDefault.on_click = [this] {
@@ -35,7 +35,7 @@ void frmGestioneDatabase::prepare_backup() {
     // Saving locks the field: another click opens it again.
     OptionDestinazioneBackup.on_click_again = OptionDestinazioneBackup.on_click;
     TxtDestinazioneBackup.on_change = [this] {
-        program_.main_window().TxtDestinazioneBackup.set_text(TxtDestinazioneBackup.text());
+        program_.session().TxtDestinazioneBackup.set_text(TxtDestinazioneBackup.text());
         if (TxtDestinazioneBackup.text() == "False") TxtDestinazioneBackup.clear();
         cmdSaveBackupSettings.set_enabled(true);
     };
@@ -77,9 +77,9 @@ bool frmGestioneDatabase::SalvaImpostazioniBackup() {
         TxtDestinazioneBackup.set_focus();
         return false;
     }
-    MDIForm1& main = program_.main_window();
-    SaveValueSetting(program_, main.CheckBoxBackup);
-    SaveTextSetting(program_, main.TxtDestinazioneBackup);
+    SessionFields& session = program_.session();
+    SaveValueSetting(program_, session.CheckBoxBackup);
+    SaveTextSetting(program_, session.TxtDestinazioneBackup);
     ReadTextSetting(program_, TxtDestinazioneBackup);
     program_.message("Impostazioni di backup salvate.", BoxIcon::information);
     cmdSaveBackupSettings.set_enabled(false);

@@ -1,8 +1,8 @@
 #include "db_tools/database_form.h"
 
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/session.h"
+#include "program/open_database.h"
+#include "program/program.h"
+#include "program/session_fields.h"
 
 namespace tarvello {
 namespace {
@@ -43,7 +43,7 @@ void frmGestioneDatabase::prepare_choice() {
 }
 
 void frmGestioneDatabase::show_current_database() {
-    const std::string& route = program_.main_window().txtDatabaseRoute.text();
+    const std::string& route = program_.session().txtDatabaseRoute.text();
     txtPercorsoDatabase.set_text(route);
     Option1[route == default_database() ? 0 : 1].set_selected(true);
 }
@@ -61,13 +61,13 @@ void frmGestioneDatabase::ApriDatabaseScelto() {
 }
 
 void frmGestioneDatabase::open_route(const std::string& route) {
-    MDIForm1& main = program_.main_window();
-    main.take_route(route);
+    SessionFields& session = program_.session();
+    session.take_route(route);
     txtPercorsoDatabase.set_text(route);
     ChiudiDatabase(program_);
     if (!ApriDatabase(program_)) return; // the title shows the route, the commands that they cannot be used
     program_.message("Nuovo database caricato.", BoxIcon::information);
-    main.mnuChiudiDatabase.set_enabled(true);
+    session.mnuChiudiDatabase.set_enabled(true);
 }
 
 } // namespace tarvello

@@ -1,7 +1,7 @@
 #include "db_tools/database_form.h"
 
+#include "program/program.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
 
 namespace tarvello {
 

@@ -1,8 +1,8 @@
 #include "db_tools/copy_file.h"
 #include "db_tools/database_form.h"
 
-#include "shell/program.h"
-#include "shell/session.h"
+#include "program/open_database.h"
+#include "program/program.h"
 
 namespace tarvello {
 namespace {

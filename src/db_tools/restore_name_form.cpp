@@ -1,7 +1,7 @@
 #include "db_tools/restore_name_form.h"
 
 #include "db_tools/database_form.h"
-#include "shell/program.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -3,9 +3,9 @@
 #include "db_tools/file_info.h"
 #include "db_tools/restore_name_form.h"
 #include "failure.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/session.h"
+#include "program/open_database.h"
+#include "program/program.h"
+#include "program/session_fields.h"
 
 #include <array>
 
@@ -141,7 +141,7 @@ void frmGestioneDatabase::RipristinaBackup() {
     ChiudiDatabase(program_);
     if (!CopiaFile(program_.platform(), source, destination, true, true)) return;
     report_copy("Ripristino file di backup completato.", source, destination);
-    program_.main_window().take_route(destination);
+    program_.session().take_route(destination);
     ApriDatabase(program_);
     txtPercorsoDatabase.set_text(destination);
 }

@@ -1,7 +1,7 @@
 #include "documents/invoice_row.h"
 
 #include "invoices/invoice_form.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/numbers.h"
 
 namespace tarvello {

@@ -1,6 +1,6 @@
 #include "documents/letterhead.h"
 
-#include "shell/program.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -4,12 +4,12 @@
 #include "documents/template_info_form.h"
 #include "failure.h"
 #include "fiscal_code/calculator_form.h"
+#include "program/open_database.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
 #include "shell/help_form.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/register_form.h"
-#include "shell/session.h"
-#include "shell/settings.h"
+#include "shell/issuer_name_form.h"
 
 namespace tarvello {
 
@@ -117,7 +117,7 @@ void frmIntestazioneFatture::on_load() {
     Option1.set_selected(true);
     ListModelliReport.set_items({"Arial (modello-1)", "Thaoma (modello-2)"});
 
-    const std::string logo = program_.main_window().txtPercorsoLogo.text();
+    const std::string logo = program_.session().txtPercorsoLogo.text();
     if (!logo.empty()) {
         Command8.set_enabled(true);
         CheckAdattaLogo.set_enabled(true);
@@ -247,7 +247,7 @@ void frmIntestazioneFatture::choose_logo() {
     const auto path = program_.platform().dialogs.open_file(
         {"Seleziona Logo", {{"Formato jpg (*.jpg)", "*.JPG"}, {"Formato GIF (*.gif)", "*.gif"}}});
     if (!path) return;
-    program_.main_window().txtPercorsoLogo.set_text(*path);
+    program_.session().txtPercorsoLogo.set_text(*path);
     load_logo(*path);
     PicDest.set_picture(*path);
     CheckAdattaLogo.set_enabled(true);
@@ -256,7 +256,7 @@ void frmIntestazioneFatture::choose_logo() {
 }
 
 void frmIntestazioneFatture::remove_logo() {
-    program_.main_window().txtPercorsoLogo.clear();
+    program_.session().txtPercorsoLogo.clear();
     Command8.set_enabled(false);
     PicOrigine.clear();
     PicDest.clear();
@@ -265,11 +265,11 @@ void frmIntestazioneFatture::remove_logo() {
 
 void frmIntestazioneFatture::choose_layout() {
     Command6.set_enabled(true);
-    program_.main_window().txtModelloReport.set_text(ListModelliReport.list_index() == 0 ? "1" : "2");
+    program_.session().txtModelloReport.set_text(ListModelliReport.list_index() == 0 ? "1" : "2");
 }
 
 void frmIntestazioneFatture::save_layout() {
-    skip_failures([&] { SaveTextSetting(program_, program_.main_window().txtModelloReport); },
+    skip_failures([&] { SaveTextSetting(program_, program_.session().txtModelloReport); },
                   [&] { Command6.set_enabled(false); });
 }
 

@@ -3,7 +3,7 @@
 
 #include "db_tools/copy_file.h"
 #include "failure.h"
-#include "shell/program.h"
+#include "program/program.h"
 
 #include <sstream>
 

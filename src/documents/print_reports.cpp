@@ -4,9 +4,9 @@
 #include "documents/letterhead.h"
 #include "failure.h"
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/version.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/version.h"
 #include "text/currency.h"
 #include "text/numbers.h"
 
@@ -74,7 +74,7 @@ bool logo_is_fitted(Program& program) {
 }
 
 void set_logo(Program& program, ReportImage& image) {
-    const std::string path = program.main_window().txtPercorsoLogo.text();
+    const std::string path = program.session().txtPercorsoLogo.text();
     if (!path.empty())
         program.platform().pictures.size(path); // a file that is no picture ends the printing here
     image.path = path;
@@ -114,13 +114,13 @@ void print_invoice(Program& program) {
         const LetterheadRow letterhead = read_letterhead(program);
         const InvoiceRow invoice = read_invoice(program);
         header = header_values(date, letterhead, invoice);
-        body = body_values(invoice, program.main_window().txtProfessione.text());
+        body = body_values(invoice, program.session().txtProfessione.text());
     } catch (const Failure& failure) {
         program.message(failure.description() + "\n", BoxIcon::critical);
         return close_all_results(program);
     }
     try {
-        const double layout = read_amount(program.main_window().txtModelloReport.text(), program.regional());
+        const double layout = read_amount(program.session().txtModelloReport.text(), program.regional());
         if (layout == 1) show_report(program, DataReport1(), header, body);
         if (layout == 2) show_report(program, DataReport2(), header, body);
     } catch (const Failure&) { // whatever it was, the user reads the same

@@ -1,5 +1,5 @@
 #include "documents/print_reports.h"
-#include "shell/maker_site.h"
+#include "program/maker_site.h"
 
 #include <algorithm>
 #include <string_view>

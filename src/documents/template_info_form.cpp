@@ -1,6 +1,6 @@
 #include "documents/template_info_form.h"
 
-#include "shell/program.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -6,8 +6,8 @@
 #include "documents/wait_form.h"
 #include "failure.h"
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
+#include "program/program.h"
+#include "program/session_fields.h"
 
 #include <sstream>
 #include <vector>
@@ -167,10 +167,9 @@ void create_word_document(Program& program) {
         const std::string date = bare_date(program.form<frmTarvello>().DTPicker1.date());
         const LetterheadRow letterhead = read_letterhead(program);
         const InvoiceRow invoice = read_invoice(program);
-        fill_template(program,
-                      variables(date, letterhead, invoice, program.main_window().txtProfessione.text()));
+        fill_template(program, variables(date, letterhead, invoice, program.session().txtProfessione.text()));
     } catch (const Failure&) { // whatever it was, the user reads the same
-        if (program.loaded("frmAttesa")) program.form<frmAttesa>().unload();
+        if (auto* wait = program.loaded<frmAttesa>()) wait->unload();
         program.message("Impossibile creare il file Word.", BoxIcon::critical);
         program.database().close_results();
     }

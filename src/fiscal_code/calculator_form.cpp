@@ -3,7 +3,7 @@
 #include "customers/customer_form.h"
 #include "fiscal_code/fiscal_code.h"
 #include "invoices/invoice_form.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
 

@@ -1,9 +1,9 @@
 #include "failure.h"
 #include "invoices/invoice_amounts.h"
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
-#include "shell/settings.h"
-#include "shell/tax_preferences.h"
+#include "preferences/tax_preferences.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
 #include "text/currency.h"
 
 /// The calculation on the form: which texts go into the steps of invoice_amounts and where their results go.
@@ -51,7 +51,7 @@ void frmTarvello::calculate_rivalsa() {
             invoice_amounts::rivalsa(line_amounts(), ComboPercentualeRivalsa.text(), program_.regional()));
     } catch (const Failure&) {
         // The user is told where to look, and the later steps go on with what the field held.
-        const std::string& wording = program_.main_window().txtProfessione.text();
+        const std::string& wording = program_.session().txtProfessione.text();
         program_.message("Errore nell'inserimento dell'aliquota " + wording + ". Controllare l'aliquota " +
                              wording,
                          BoxIcon::exclamation);
@@ -62,7 +62,7 @@ void frmTarvello::calculate_imponibile() {
     std::optional<std::string_view> rivalsa;
     if (CheckRivalsa.checked()) rivalsa = txtImportoRivalsa.text();
     const std::string base = invoice_amounts::imponibile(
-        line_amounts(), rivalsa, program_.main_window().CheckEscludiRivalsaImponibile.checked(),
+        line_amounts(), rivalsa, program_.session().CheckEscludiRivalsaImponibile.checked(),
         program_.regional());
     txtImponibile.set_text(base);
     LabelImponibile.set_caption(base);
@@ -95,7 +95,7 @@ void frmTarvello::calculate_ritenuta() {
     CheckBox& on_rivalsa = program_.form<frmImpostazioni>().Check1;
     ReadValueSetting(program_, on_rivalsa);
     std::optional<std::string_view> rivalsa;
-    if (on_rivalsa.checked() && !program_.main_window().CheckEscludiRivalsaImponibile.checked() &&
+    if (on_rivalsa.checked() && !program_.session().CheckEscludiRivalsaImponibile.checked() &&
         CheckRivalsa.checked() && ComboPercentualeRivalsa.text() == "4") {
         rivalsa = txtImportoRivalsa.text();
     }

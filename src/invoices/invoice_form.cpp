@@ -1,13 +1,13 @@
 #include "invoices/invoice_form.h"
 
 #include "documents/print_reports.h"
-#include "documents/register.h"
 #include "documents/word_filling.h"
 #include "failure.h"
 #include "invoices/exemption_form.h"
+#include "invoices/list_by_year_form.h"
 #include "platform/platform.h"
-#include "shell/main_window.h"
-#include "shell/net_functions.h"
+#include "program/net_functions.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 namespace tarvello {
@@ -234,7 +234,7 @@ void frmTarvello::on_load() {
     txtNumeroFattura.set_locked(true);
     BloccaAnagrafica();
     cmdNuovoAnnoFatturazione.set_enabled(false);
-    const std::string& wording = program_.main_window().txtProfessione.text();
+    const std::string& wording = program_.session().txtProfessione.text();
     const bool none = wording.empty() || wording == "False" || wording == "Falso";
     CheckRivalsa.set_caption(none ? default_wording : wording);
 
@@ -263,7 +263,7 @@ void frmTarvello::rivalsa_changed() {
     ComboPercentualeRivalsa.set_back_color(charged ? colors::white : colors::grey);
     txtImportoRivalsa.set_enabled(charged);
     if (charged) {
-        ComboPercentualeRivalsa.set_text(program_.main_window().txt_RIVALSA_default.text());
+        ComboPercentualeRivalsa.set_text(program_.session().txt_RIVALSA_default.text());
     } else {
         txtImportoRivalsa.clear();
     }
@@ -276,8 +276,8 @@ void frmTarvello::ritenuta_changed() {
         combo->set_back_color(charged ? colors::white : colors::grey);
     }
     if (charged) {
-        ComboRitenuta.set_text(program_.main_window().txt_Ritenuta_default.text());
-        ComboRitenutaSu.set_text(program_.main_window().txt_RitenutaSu_default.text());
+        ComboRitenuta.set_text(program_.session().txt_Ritenuta_default.text());
+        ComboRitenutaSu.set_text(program_.session().txt_RitenutaSu_default.text());
     } else {
         txtRitenutaAcconto.clear();
         LabelRitenuta.set_caption({});

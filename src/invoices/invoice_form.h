@@ -4,7 +4,7 @@
 #include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
-#include "shell/program.h"
+#include "program/program.h"
 
 #include <cstddef>
 #include <string>

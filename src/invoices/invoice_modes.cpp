@@ -1,6 +1,6 @@
 #include "failure.h"
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 /// The modes of the invoice form: what is locked, enabled and shown in each, and the ways between them.
@@ -123,8 +123,8 @@ void frmTarvello::start_new_invoice() {
     cmdNuovaFattura.set_caption("Salva Fattura");
     Toolbar1.button(1).set_caption("Salva Fattura");
     cmdNuovoAnnoFatturazione.set_enabled(true);
-    ComboIVAApplicata.set_text(program_.main_window().txt_IVA_default.text());
-    CheckRivalsa.set_caption(program_.main_window().txtProfessione.text());
+    ComboIVAApplicata.set_text(program_.session().txt_IVA_default.text());
+    CheckRivalsa.set_caption(program_.session().txtProfessione.text());
     cmdCercaCliente.set_focus();
     propose_number();
 }

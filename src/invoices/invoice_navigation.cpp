@@ -1,5 +1,5 @@
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace tarvello {
 void frmTarvello::navigate(std::size_t index) {
     const std::int16_t current_id = leading_int16(txtCurrent_ID.text());
     const int year = year_of(DTPicker1.date());
-    if (!program_.main_window().mnuChiudiDatabase.enabled()) {
+    if (!program_.session().mnuChiudiDatabase.enabled()) {
         program_.message("Nessun database connesso.", BoxIcon::information);
         unload();
         return;

@@ -3,8 +3,8 @@
 #include "failure.h"
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_rows.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
+#include "program/program.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 #include <string>
@@ -41,7 +41,7 @@ frmRisultatiRicercaFatture::frmRisultatiRicercaFatture(Program& program)
 }
 
 void frmRisultatiRicercaFatture::on_load() {
-    const std::string& surcharge = program_.main_window().txtProfessione.text();
+    const std::string& surcharge = program_.session().txtProfessione.text();
     ListView1.set_header(invoice_list_column::rivalsa_percentage, "% " + surcharge);
     ListView1.set_header(invoice_list_column::rivalsa, surcharge);
 }

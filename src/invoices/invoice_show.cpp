@@ -1,7 +1,7 @@
 #include "failure.h"
 #include "invoices/invoice_amounts.h"
 #include "invoices/invoice_form.h"
-#include "shell/main_window.h"
+#include "program/session_fields.h"
 #include "text/numbers.h"
 
 /// Showing a stored invoice. Its texts go into the fields as they stand; nothing is calculated again but the
@@ -63,8 +63,7 @@ void frmTarvello::show_rivalsa() {
         },
         [&] {
             const std::string wording = row.text("Dicitura_Rivalsa");
-            CheckRivalsa.set_caption(wording.empty() ? program_.main_window().txtProfessione.text()
-                                                     : wording);
+            CheckRivalsa.set_caption(wording.empty() ? program_.session().txtProfessione.text() : wording);
         });
 }
 

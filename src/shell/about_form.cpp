@@ -1,8 +1,8 @@
 #include "shell/about_form.h"
 
+#include "program/program.h"
+#include "program/version.h"
 #include "shell/help_form.h"
-#include "shell/program.h"
-#include "shell/version.h"
 #include "store/sqlite/sqlite_version.h"
 
 #include <array>

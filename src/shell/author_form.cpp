@@ -1,8 +1,8 @@
 #include "shell/author_form.h"
 
 #include "failure.h"
-#include "shell/maker_site.h"
-#include "shell/program.h"
+#include "program/maker_site.h"
+#include "program/program.h"
 
 #include <string>
 

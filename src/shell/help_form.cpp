@@ -1,6 +1,6 @@
 #include "shell/help_form.h"
 
-#include "shell/program.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -4,11 +4,12 @@
 #include "db_tools/database_form.h"
 #include "documents/letterhead_form.h"
 #include "invoices/invoice_form.h"
+#include "preferences/tax_preferences.h"
+#include "program/open_database.h"
+#include "program/program.h"
 #include "shell/about_form.h"
 #include "shell/author_form.h"
-#include "shell/program.h"
 #include "shell/session.h"
-#include "shell/tax_preferences.h"
 #include "update/web_service.h"
 
 namespace tarvello {

@@ -1,6 +1,6 @@
 #include "shell/main_window.h"
 
-#include "shell/program.h"
+#include "program/program.h"
 #include "shell/session.h"
 
 #include <array>
@@ -30,18 +30,12 @@ constexpr int least_height = 9000;
 
 } // namespace
 
-MDIForm1::MDIForm1(Program& program) : Form(program, "MDIForm1"), program_(program) {
+MDIForm1::MDIForm1(Program& program)
+    : Form(program, "MDIForm1"), SessionFields(program, *this), program_(program) {
     set_texts();
     connect_menus();
     connect_panel();
-    FrameImpostazioni.set_visible(false);
-    mnuChiudiDatabase.set_enabled(false);
     txtDatabaseRoute.on_change = [this] { show_route(); };
-}
-
-void MDIForm1::take_route(const std::string& route) {
-    txtDatabaseRoute.set_text(route);
-    show_route(); // the same route is no change, but the title may still say that no database is loaded
 }
 
 void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + txtDatabaseRoute.text() + "]"); }

@@ -3,24 +3,23 @@
 #include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
+#include "program/session_fields.h"
 
 namespace tarvello {
 
 class Program;
 
-/// The main window: menus, side panel, status bars, and the holder fields, in which all settings live while
-/// the program runs. It opens the other windows and opens and closes the database.
+/// The main window: menus, side panel, status bars, and the holder fields on a hidden panel. It opens the
+/// other windows and opens and closes the database.
 ///
 /// Whether a database is connected shows on the commands that need one only when the pointer next moves over
 /// the window: directly after a change they keep their old state.
-class MDIForm1 : public Form {
+class MDIForm1 : public Form, public SessionFields {
 public:
     explicit MDIForm1(Program& program);
 
     MenuItem mnuFile{*this, "mnuFile"};
     MenuItem mnuApri{*this, "mnuApri"};
-    /// Enabled means that a database is connected: the one such flag of the program.
-    MenuItem mnuChiudiDatabase{*this, "mnuChiudiDatabase"};
     MenuItem CercaFile{*this, "CercaFile"};
     MenuItem mnuFileExit{*this, "mnuFileExit"};
     MenuItem Visualizza{*this, "Visualizza"};
@@ -53,29 +52,6 @@ public:
     StatusBar StatusBar2{*this, "StatusBar2"};
     /// What the command under the pointer does.
     StatusBar sbStatusBar{*this, "sbStatusBar"};
-
-    /// The hidden panel of the holder fields. A field's setting is found under the field's own name.
-    Frame FrameImpostazioni{*this, "FrameImpostazioni"};
-    TextBox txtDatabaseRoute{FrameImpostazioni, "txtDatabaseRoute"};
-    TextBox txtProfessione{FrameImpostazioni, "txtProfessione"};
-    TextBox txt_IVA_default{FrameImpostazioni, "txt_IVA_default"};
-    TextBox txt_Ritenuta_default{FrameImpostazioni, "txt_Ritenuta_default"};
-    TextBox txt_RitenutaSu_default{FrameImpostazioni, "txt_RitenutaSu_default"};
-    TextBox txt_RIVALSA_default{FrameImpostazioni, "txt_RIVALSA_default"};
-    TextBox txtPercorsoLogo{FrameImpostazioni, "txtPercorsoLogo"};
-    TextBox txtContatoreAccessi{FrameImpostazioni, "txtContatoreAccessi"};
-    TextBox txtModelloReport{FrameImpostazioni, "txtModelloReport"};
-    TextBox TxtDestinazioneBackup{FrameImpostazioni, "TxtDestinazioneBackup"};
-    CheckBox CheckBoxBackup{FrameImpostazioni, "CheckBoxBackup"};
-    CheckBox CheckEscludiRivalsaImponibile{FrameImpostazioni, "CheckEscludiRivalsaImponibile"};
-    TextBox txtDataUltimoAggiornamento{FrameImpostazioni, "txtDataUltimoAggiornamento"};
-    TextBox txtGiorniTraCuiAvvisare{FrameImpostazioni, "txtGiorniTraCuiAvvisare"};
-
-    /// The holder fields have been filled: from now on a closing may write them.
-    bool session_loaded = false;
-
-    /// Makes this the route of the database and shows it in the title, also if it is the same as before.
-    void take_route(const std::string& route);
 
 protected:
     bool on_query_unload(UnloadReason reason) override;

@@ -1,13 +1,28 @@
 #include "shell/session.h"
 
+#include "customers/customer_form.h"
+#include "customers/customer_results.h"
 #include "db_tools/backup_restore.h"
+#include "db_tools/database_form.h"
+#include "db_tools/restore_name_form.h"
+#include "documents/letterhead_form.h"
+#include "documents/template_info_form.h"
 #include "failure.h"
+#include "fiscal_code/calculator_form.h"
+#include "invoices/exemption_form.h"
+#include "invoices/invoice_form.h"
+#include "invoices/invoice_results.h"
+#include "preferences/tax_preferences.h"
+#include "program/open_database.h"
+#include "program/program.h"
+#include "program/settings.h"
+#include "program/version.h"
+#include "shell/about_form.h"
+#include "shell/author_form.h"
+#include "shell/help_form.h"
+#include "shell/issuer_name_form.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/register_form.h"
-#include "shell/settings.h"
 #include "shell/splash.h"
-#include "shell/version.h"
 #include "text/numbers.h"
 #include "update/update_reminder.h"
 
@@ -68,15 +83,25 @@ void back_up(Program& program, MDIForm1& main) {
     SaveTextSetting(program, main.txtDatabaseRoute);
 }
 
+template <typename FormType>
+void unload_if_loaded(Program& program, UnloadReason reason) {
+    if (FormType* form = program.loaded<FormType>()) form->unload(reason);
+}
+
+template <typename... FormTypes>
+void unload_in_order(Program& program, UnloadReason reason) {
+    (unload_if_loaded<FormTypes>(program, reason), ...);
+}
+
 } // namespace
 
 void start_program(Program& program) { program.form<frmSplash>().show(); }
 
 void load_session(Program& program) {
-    MDIForm1& main = program.main_window();
+    MDIForm1& main = program.form<MDIForm1>();
     main.StatusBar2.set_panel(1, "Tarvello " + version_text());
     main.set_size(14000, 10080);
-    if (Form* splash = program.loaded("frmSplash")) splash->unload();
+    if (auto* splash = program.loaded<frmSplash>()) splash->unload();
     LeggiNomeIntestatario(program);
     ControllaAggiornamenti(program);
     skip_failures([&] { read_settings(program, main); }, [&] { ask_name_at_first_run(program, main); },
@@ -85,7 +110,7 @@ void load_session(Program& program) {
 }
 
 void close_session(Program& program, UnloadReason reason) {
-    MDIForm1& main = program.main_window();
+    MDIForm1& main = program.form<MDIForm1>();
     const bool desktop_ends = reason == UnloadReason::shut_down;
     skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::code); });
     for (TextBox* field :
@@ -103,24 +128,6 @@ void close_session(Program& program, UnloadReason reason) {
         [&] { back_up(program, main); });
 }
 
-bool ApriDatabase(Program& program) {
-    MDIForm1& main = program.main_window();
-    bool opened = false;
-    skip_failures([&] {
-        program.database().dbConnection.open(main.txtDatabaseRoute.text());
-        opened = true;
-    });
-    main.mnuChiudiDatabase.set_enabled(opened);
-    return opened;
-}
-
-void ChiudiDatabase(Program& program) {
-    Database& database = program.database();
-    skip_failures([&] { database.rsFatture.close(); }, [&] { database.rsClienti.close(); },
-                  [&] { database.rsIntestazione.close(); }, [&] { database.rsRiserva.close(); },
-                  [&] { database.dbConnection.close(); });
-}
-
 void LeggiNomeIntestatario(Program& program) {
     frmRegister& form = program.form<frmRegister>();
     ReadTextSetting(program, form.Text1);
@@ -128,17 +135,16 @@ void LeggiNomeIntestatario(Program& program) {
 }
 
 void UnloadAllForms(Program& program, UnloadReason reason) {
-    for (const char* name : {"frmClienti", "frmTarvello", "frmIntestazioneFatture", "frmAutore", "frmAbout",
-                             "frmArticoloEsenzione", "frmCalcolaCF", "frmInfoModelli", "frmGestioneDatabase",
-                             "frmRisultatiRicercaClienti", "frmRisultatiRicercaFatture",
-                             "frmRipristinaBackup", "frmRegister", "frmImpostazioni", "frmHelp"}) {
-        if (Form* form = program.loaded(name)) form->unload(reason);
-    }
+    unload_in_order<frmClienti, frmTarvello, frmIntestazioneFatture, frmAutore, frmAbout,
+                    frmArticoloEsenzione, frmCalcolaCF, frmInfoModelli, frmGestioneDatabase,
+                    frmRisultatiRicercaClienti, frmRisultatiRicercaFatture, frmRipristinaBackup, frmRegister,
+                    frmImpostazioni, frmHelp>(program, reason);
 }
 
 void end_with_desktop(Program& program) {
-    if (program.loaded("MDIForm1") && program.main_window().session_loaded) {
-        program.main_window().unload(UnloadReason::shut_down);
+    MDIForm1* const main = program.loaded<MDIForm1>();
+    if (main && main->session_loaded) {
+        main->unload(UnloadReason::shut_down);
     } else {
         program.platform().windows.quit();
     }

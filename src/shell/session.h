@@ -26,14 +26,6 @@ void close_session(Program& program, UnloadReason reason);
 /// settings have not been read yet has nothing to save and ends as it is.
 void end_with_desktop(Program& program);
 
-/// Opens the database on the route of the main window and sets the connected flag accordingly.
-/// @return false if it could not be opened, or another one is open; nothing is shown
-bool ApriDatabase(Program& program);
-
-/// Closes the shared recordsets and the connection, whatever is open of them. The connected flag stays: who
-/// means a lasting close clears it.
-void ChiudiDatabase(Program& program);
-
 /// Reads the name of the invoicing person or company.
 void LeggiNomeIntestatario(Program& program);
 

@@ -1,8 +1,8 @@
 #include "shell/main_window.h"
 
-#include "shell/maker_site.h"
-#include "shell/net_functions.h"
-#include "shell/program.h"
+#include "program/maker_site.h"
+#include "program/net_functions.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -1,9 +1,9 @@
 #include "shell/splash.h"
 
+#include "program/program.h"
+#include "program/version.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
 #include "shell/session.h"
-#include "shell/version.h"
 
 namespace tarvello {
 
@@ -31,7 +31,7 @@ void frmSplash::tick() {
     Timer1.set_enabled(false);
     program_.platform().windows.repaint();
     load_session(program_);
-    program_.main_window().show();
+    program_.form<MDIForm1>().show();
 }
 
 } // namespace tarvello

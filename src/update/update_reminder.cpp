@@ -1,9 +1,9 @@
 #include "update/update_reminder.h"
 
 #include "failure.h"
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/settings.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
 #include "text/numbers.h"
 #include "update/web_service.h"
 
@@ -20,9 +20,9 @@ bool reminder_is_due(const Date& last, int extra, const Date& today) {
 } // namespace
 
 void ControllaAggiornamenti(Program& program) {
-    MDIForm1& main = program.main_window();
-    TextBox& last = main.txtDataUltimoAggiornamento;
-    TextBox& extra = main.txtGiorniTraCuiAvvisare;
+    SessionFields& session = program.session();
+    TextBox& last = session.txtDataUltimoAggiornamento;
+    TextBox& extra = session.txtGiorniTraCuiAvvisare;
     ReadTextSetting(program, last);
     ReadTextSetting(program, extra);
     if (last.text() == "False") last.set_text("01/01/2005");
@@ -54,7 +54,7 @@ DialogAggiornamento::DialogAggiornamento(Program& program)
     Command1.set_picture("chiudi");
     Command1.set_tool_tip("Chiudi");
 
-    Combo1.on_click = [this] { program_.main_window().txtGiorniTraCuiAvvisare.set_text(Combo1.text()); };
+    Combo1.on_click = [this] { program_.session().txtGiorniTraCuiAvvisare.set_text(Combo1.text()); };
     OKButton.on_click = [this] {
         unload();
         program_.form<frmWebService>().show();

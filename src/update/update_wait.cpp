@@ -1,7 +1,7 @@
 #include "update/update_wait.h"
 
-#include "shell/maker_site.h"
-#include "shell/program.h"
+#include "program/maker_site.h"
+#include "program/program.h"
 
 namespace tarvello {
 

@@ -1,10 +1,10 @@
 #include "update/web_service.h"
 
-#include "shell/main_window.h"
-#include "shell/maker_site.h"
-#include "shell/program.h"
-#include "shell/settings.h"
-#include "shell/version.h"
+#include "program/maker_site.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
+#include "program/version.h"
 #include "text/utf8.h"
 #include "update/update_wait.h"
 
@@ -38,13 +38,13 @@ void frmWebService::on_load() {
     TimerBannerVersion.set_enabled(true);
     WebBrowser1.navigate(maker_address("\\it\\software\\tarvello\\aggiornamenti\\index.asp"));
     WebBrowser1.set_silent(true);
-    MDIForm1& main = program_.main_window();
-    main.txtGiorniTraCuiAvvisare.set_text("0");
-    main.txtDataUltimoAggiornamento.set_text(
+    SessionFields& session = program_.session();
+    session.txtGiorniTraCuiAvvisare.set_text("0");
+    session.txtDataUltimoAggiornamento.set_text(
         short_date_text(program_.platform().clock.today(), program_.regional()));
     // At once: the fields of the main window do not outlive the session, and the next start counts from here.
-    SaveTextSetting(program_, main.txtGiorniTraCuiAvvisare);
-    SaveTextSetting(program_, main.txtDataUltimoAggiornamento);
+    SaveTextSetting(program_, session.txtGiorniTraCuiAvvisare);
+    SaveTextSetting(program_, session.txtDataUltimoAggiornamento);
 }
 
 void frmWebService::press(const std::string& key) {

@@ -242,12 +242,12 @@ TEST_F(CustomerForm, DeletingTheLastCustomerLeavesEmptyBoxes) {
 
 TEST_F(CustomerForm, PagingWithoutADatabaseClosesTheForm) {
     for (const std::size_t to : {command::first, command::previous, command::next, command::last}) {
-        program->main_window().mnuChiudiDatabase.set_enabled(true);
+        program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(true);
         form().show();
-        program->main_window().mnuChiudiDatabase.set_enabled(false);
+        program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(false);
         boxes().expect(box("Nessun database connesso.", BoxIcon::information));
         form().cmd[to].click();
-        EXPECT_EQ(program->loaded("frmClienti"), nullptr);
+        EXPECT_EQ(program->loaded<frmClienti>(), nullptr);
         EXPECT_TRUE(windows().shown.empty());
     }
 }
@@ -255,11 +255,11 @@ TEST_F(CustomerForm, PagingWithoutADatabaseClosesTheForm) {
 TEST_F(CustomerForm, CloseAsksNothingInAnyMode) {
     form().show();
     form().Toolbar1.press("Chiudi");
-    EXPECT_EQ(program->loaded("frmClienti"), nullptr);
+    EXPECT_EQ(program->loaded<frmClienti>(), nullptr);
     form().Toolbar1.press("Nuovo Cliente");
     fill(cognome, "Rossi");
     form().close_by_user();
-    EXPECT_EQ(program->loaded("frmClienti"), nullptr);
+    EXPECT_EQ(program->loaded<frmClienti>(), nullptr);
     EXPECT_TRUE(sql("SELECT * FROM Clienti").empty());
 }
 

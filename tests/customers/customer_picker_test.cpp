@@ -17,7 +17,7 @@ struct CustomerPicker : ProgramTest {
         invoice().txtNome.set_text("old");
     }
     std::string block(std::size_t i) { return invoice().txtAnagrafica[i].text(); }
-    bool closed() { return program->loaded("frmCercaCliente") == nullptr; }
+    bool closed() { return program->loaded<frmCercaCliente>() == nullptr; }
 };
 
 TEST_F(CustomerPicker, ListsAllCustomersWithTheNotesUnderTheMailHeader) {

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 struct DatabaseTools : testing::ProgramTest {
     frmGestioneDatabase& form() { return program->form<frmGestioneDatabase>(); }
-    MDIForm1& main() { return program->main_window(); }
+    MDIForm1& main() { return program->form<MDIForm1>(); }
     std::string in_folder(const std::string& name) { return fake.program_directory + "/" + name; }
     bool connected() { return program->database().dbConnection.is_open(); }
 
@@ -121,7 +121,7 @@ TEST_F(DatabaseTools, ClosingAsksForUnsavedBackupSettings) {
     form().OptionDestinazioneDefault.click();
     boxes().expect(question, Answer::no);
     form().cmdClose.click();
-    EXPECT_FALSE(program->loaded("frmGestioneDatabase"));
+    EXPECT_FALSE(program->loaded<frmGestioneDatabase>());
     EXPECT_EQ(fake.settings.get("CheckBoxBackup", "value"), std::nullopt);
 
     form().CheckBoxBackup.click();
@@ -129,7 +129,7 @@ TEST_F(DatabaseTools, ClosingAsksForUnsavedBackupSettings) {
     boxes().expect(question, Answer::yes);
     boxes().expect("Impostazioni di backup salvate.");
     form().cmdClose.click();
-    EXPECT_FALSE(program->loaded("frmGestioneDatabase"));
+    EXPECT_FALSE(program->loaded<frmGestioneDatabase>());
     EXPECT_EQ(fake.settings.get("CheckBoxBackup", "value"), "1");
 }
 

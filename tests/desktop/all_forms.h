@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/program.h"
+#include "program/program.h"
 
 #include <functional>
 #include <memory>

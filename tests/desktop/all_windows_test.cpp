@@ -42,8 +42,8 @@ protected:
     QWidget& show_in(qt::QtWindows& windows) {
         binder.reset();
         if (form->name() != "MDIForm1") {
-            program->main_window().set_size(14000, 10080);
-            windows.show(program->main_window());
+            program->form<MDIForm1>().set_size(14000, 10080);
+            windows.show(program->form<MDIForm1>());
         }
         windows.show(*form);
         QApplication::processEvents();

@@ -3,8 +3,8 @@
 #include "desktop/look_check.h"
 #include "places.h"
 #include "platform/qt/qt_text.h"
+#include "program/version.h"
 #include "shell/session.h"
-#include "shell/version.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -353,7 +353,7 @@ void DesktopTest::start() {
     }
     program_->run([&] {
         load_session(*program_);
-        program_->main_window().show();
+        program_->form<MDIForm1>().show();
     });
     DesktopUser::settle();
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/qt/qt_platform.h"
+#include "program/program.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
 
 #include <gtest/gtest.h>
 

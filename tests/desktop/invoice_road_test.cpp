@@ -1,7 +1,7 @@
 #include "desktop/desktop_test.h"
 #include "invoices/invoice_form.h"
 #include "places.h"
-#include "shell/version.h"
+#include "program/version.h"
 #include "store/database.h"
 #include "support/invoice_columns.h"
 

@@ -1,4 +1,6 @@
+#include "customers/customer_form.h"
 #include "desktop/desktop_test.h"
+#include "invoices/invoice_form.h"
 #include "platform/qt/qt_text.h"
 
 #include <QLineEdit>
@@ -17,7 +19,7 @@ TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
     user.expect_none_left();
     EXPECT_FALSE(user.is_shown("frmSplash"));
     EXPECT_EQ(program().NomeIntestatario, "Studio Rossi");
-    EXPECT_TRUE(program().main_window().mnuChiudiDatabase.enabled()) << "the shipped database is open";
+    EXPECT_TRUE(program().form<MDIForm1>().mnuChiudiDatabase.enabled()) << "the shipped database is open";
     EXPECT_EQ(qt::from_qt(user.window("MDIForm1")->windowTitle()),
               "Tarvello 4 - [" + program_folder() + "/tarvello.mdb]");
     user.take_picture("MDIForm1", "finestra-principale");
@@ -26,7 +28,7 @@ TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
     user.expect_modal("DialogAggiornamento"); // put off, it comes again
     start_with_splash();
     user.expect_none_left();
-    EXPECT_EQ(program().main_window().txtContatoreAccessi.text(), "2");
+    EXPECT_EQ(program().form<MDIForm1>().txtContatoreAccessi.text(), "2");
     finish();
 }
 
@@ -42,7 +44,7 @@ TEST_F(SessionWindows, WindowsThatAreShownLiveInTheMainWindowAndGoWithIt) {
     EXPECT_EQ(area->activeSubWindow()->widget()->objectName(), "frmTarvello");
     user.close_window("frmTarvello");
     EXPECT_FALSE(user.is_shown("frmTarvello"));
-    EXPECT_FALSE(program().loaded("frmTarvello"));
+    EXPECT_FALSE(program().loaded<frmTarvello>());
     user.choose_menu("MDIForm1", "mnuFatture");
     EXPECT_TRUE(user.is_shown("frmTarvello"));
     user.take_picture("MDIForm1", "fatture");
@@ -53,7 +55,7 @@ TEST_F(SessionWindows, AModalWindowReturnsWhenItIsClosedByItsBoxOrItsButton) {
     start();
     user.expect_modal("frmClienti", [&] { user.take_picture("frmClienti", "clienti"); });
     user.choose_menu("MDIForm1", "mnuAnagrafica_Clienti");
-    EXPECT_FALSE(program().loaded("frmClienti"));
+    EXPECT_FALSE(program().loaded<frmClienti>());
     user.expect_modal("frmClienti", [&] {
         user.press(Qt::Key_Escape);
         EXPECT_TRUE(user.is_shown("frmClienti")) << "Escape closes nothing that could be lost";

@@ -5,7 +5,7 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/regional.h"
 #include "platform/qt/settings_file.h"
-#include "shell/version.h"
+#include "program/version.h"
 #include "text/currency.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "desktop/desktop_test.h"
 #include "platform/qt/qt_text.h"
-#include "shell/version.h"
+#include "program/version.h"
 #include "update/web_service.h"
 
 #include <QDir>
@@ -131,7 +131,7 @@ TEST_F(UpdateWindows, ThePageOpensAfterTheWaitAndTheButtonsTurnItsPages) {
     user.click("frmWebService", "Toolbar1_3");
     EXPECT_TRUE(page_becomes("due di nuovo")) << "refreshed";
     user.click("frmWebService", "Toolbar1_5");
-    EXPECT_FALSE(program().loaded("frmWebService"));
+    EXPECT_FALSE(program().loaded<frmWebService>());
     user.choose_menu("MDIForm1", "mnuFatture");
     EXPECT_EQ(children(), std::vector<std::string>{"frmTarvello"});
     finish();

@@ -15,7 +15,7 @@ struct Letterhead : testing::ProgramTest {
 
     Letterhead() { program->NomeIntestatario = "Studio Bianchi"; }
     frmIntestazioneFatture& form() { return program->form<frmIntestazioneFatture>(); }
-    MDIForm1& main() { return program->main_window(); }
+    MDIForm1& main() { return program->form<MDIForm1>(); }
 
     void fill() {
         form().Text1[1].type("Via Roma 1");
@@ -102,14 +102,14 @@ TEST_F(Letterhead, AsksBeforeChangesAreLost) {
     boxes().expect(question, Answer::yes);
     boxes().expect("Dati Intestazione Salvati correttamente.");
     form().Command1[1].click();
-    EXPECT_TRUE(program->loaded("frmIntestazioneFatture")) << "stays open after the save";
+    EXPECT_TRUE(program->loaded<frmIntestazioneFatture>()) << "stays open after the save";
     form().txtDescrizione.type("x");
     boxes().expect(question, Answer::no);
     form().Command1[1].click();
-    EXPECT_FALSE(program->loaded("frmIntestazioneFatture"));
+    EXPECT_FALSE(program->loaded<frmIntestazioneFatture>());
     EXPECT_EQ(rows().at(0).at("Descrizione_Attività"), "Consulenza");
     form().Command1[1].click();
-    EXPECT_FALSE(program->loaded("frmIntestazioneFatture")) << "nothing changed, nothing asked";
+    EXPECT_FALSE(program->loaded<frmIntestazioneFatture>()) << "nothing changed, nothing asked";
 }
 
 TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {

@@ -1,6 +1,7 @@
 #include "documents/word_filling.h"
 
 #include "documents/printing_test.h"
+#include "documents/wait_form.h"
 
 #include <filesystem>
 
@@ -92,7 +93,7 @@ TEST_F(WordFilling, ReplacesAllPlaceholdersInTheirOrder) {
         "quit"};
     EXPECT_EQ(fake.word_processor.log, expected);
     EXPECT_EQ(fake.word_processor.running, 0);
-    EXPECT_FALSE(program->loaded("frmAttesa"));
+    EXPECT_FALSE(program->loaded<frmAttesa>());
 }
 
 TEST_F(WordFilling, WhatIsEmptyVanishesWithItsPrefix) {
@@ -162,7 +163,7 @@ TEST_F(WordFilling, WithoutATemplateTheLetterheadFormComes) {
          "finesta 'Intestazione' e ripetere la stampa.",
          "Tarvello 4", BoxIcon::exclamation});
     windows().expect_modal("frmIntestazioneFatture",
-                           [&](Form&) { EXPECT_FALSE(program->loaded("frmAttesa")); });
+                           [&](Form&) { EXPECT_FALSE(program->loaded<frmAttesa>()); });
     form().StampaWord.click();
     EXPECT_TRUE(fake.word_processor.log.empty());
 }
@@ -175,7 +176,7 @@ TEST_F(WordFilling, EveryOtherFailureEndsInOneMessage) {
         fake.dialogs.answer_next(target);
         boxes().expect(failed);
         form().StampaWord.click();
-        EXPECT_FALSE(program->loaded("frmAttesa"));
+        EXPECT_FALSE(program->loaded<frmAttesa>());
         EXPECT_FALSE(program->database().rsFatture.is_open());
         EXPECT_FALSE(fake.files.exists(target));
         EXPECT_EQ(fake.word_processor.running, 0);

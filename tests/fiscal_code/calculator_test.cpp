@@ -130,7 +130,7 @@ TEST_F(Calculator, AButtonThatFollowsTheFields) {
     EXPECT_TRUE(form().cmdElabora.enabled());
 
     form().cmdExit.click();
-    EXPECT_EQ(program->loaded("frmCalcolaCF"), nullptr);
+    EXPECT_EQ(program->loaded<frmCalcolaCF>(), nullptr);
     EXPECT_EQ(form().txtCodiceFiscale.text(), "") << "the next use starts afresh";
     EXPECT_EQ(form().cboSesso.list_index(), 0);
 }

@@ -273,7 +273,7 @@ TEST_F(InvoiceModes, ClosingLeavesNoResultOpen) {
     form();
     program->database().rsFatture.open("SELECT * FROM Fatture", program->database().dbConnection);
     press("Chiudi");
-    EXPECT_EQ(program->loaded("frmTarvello"), nullptr);
+    EXPECT_EQ(program->loaded<frmTarvello>(), nullptr);
     EXPECT_FALSE(program->database().rsFatture.is_open());
 }
 

@@ -68,10 +68,10 @@ TEST_F(Navigation, AnEmptyFormIgnoresEveryButton) {
 TEST_F(Navigation, WithoutADatabaseTheFormCloses) {
     given_invoice();
     form();
-    program->main_window().mnuChiudiDatabase.set_enabled(false);
+    program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(false);
     boxes().expect({"Nessun database connesso.", "Tarvello 4", BoxIcon::information});
     form().cmdNavigazione[next].click();
-    EXPECT_EQ(program->loaded("frmTarvello"), nullptr);
+    EXPECT_EQ(program->loaded<frmTarvello>(), nullptr);
 }
 
 TEST_F(Navigation, AnOpenResultIsClosedByTheNeighbourButtonsOnly) {

@@ -9,7 +9,7 @@ namespace tarvello::testing {
 namespace {
 
 struct Information : ProgramTest {
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
 };
 
 TEST_F(Information, EachWindowIsModalAndClosesByItsButton) {
@@ -20,14 +20,14 @@ TEST_F(Information, EachWindowIsModalAndClosesByItsButton) {
         static_cast<frmAutore&>(form).Command1.click();
     });
     main.Autore.click();
-    EXPECT_FALSE(program->loaded("frmAutore"));
+    EXPECT_FALSE(program->loaded<frmAutore>());
     windows().expect_modal("frmHelp", [](Form& form) {
         EXPECT_EQ(form.caption(), " Titolo");
         EXPECT_EQ(static_cast<frmHelp&>(form).Text1.text(), "una\ndue");
         static_cast<frmHelp&>(form).Command1.click();
     });
     show_help(*program, " Titolo", "una\ndue");
-    EXPECT_FALSE(program->loaded("frmHelp"));
+    EXPECT_FALSE(program->loaded<frmHelp>());
 }
 
 TEST_F(Information, TheVersionsCanBeCopiedAndTheGuideOpens) {

@@ -1,7 +1,9 @@
 #include "shell/main_window.h"
 
 #include "invoices/invoice_form.h"
-#include "shell/maker_site.h"
+#include "preferences/tax_preferences.h"
+#include "program/maker_site.h"
+#include "program/open_database.h"
 #include "shell/session.h"
 #include "support/program_test.h"
 
@@ -11,7 +13,7 @@ namespace tarvello::testing {
 namespace {
 
 struct MainWindow : ProgramTest {
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
 
     std::string another_database() {
         const std::string path = fake.program_directory + "/altro.mdb";
@@ -107,7 +109,7 @@ TEST_F(MainWindow, HoverMarksOneCommand) {
     main.Autore.click();
     main.Label2[5].click();
     EXPECT_FALSE(main.Label2[3].underline()) << "a click resets all";
-    EXPECT_TRUE(program->loaded("frmImpostazioni"));
+    EXPECT_TRUE(program->loaded<frmImpostazioni>());
     main.mnuChiudiDatabase.set_enabled(false);
     main.Label2[0].move_mouse();
     EXPECT_FALSE(main.Label2[0].underline()) << "a command that has just been disabled";

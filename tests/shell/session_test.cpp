@@ -3,9 +3,10 @@
 #include "customers/customer_form.h"
 #include "documents/letterhead_form.h"
 #include "failure.h"
-#include "shell/register_form.h"
+#include "preferences/tax_preferences.h"
+#include "program/open_database.h"
+#include "shell/issuer_name_form.h"
 #include "shell/splash.h"
-#include "shell/tax_preferences.h"
 #include "support/program_test.h"
 
 #include <filesystem>
@@ -25,7 +26,7 @@ struct Session : ::testing::Test {
     }
 
     void restart() { program = std::make_unique<Program>(fake.platform()); }
-    MDIForm1& main() { return program->main_window(); }
+    MDIForm1& main() { return program->form<MDIForm1>(); }
     std::string in_directory(const std::string& name) { return fake.program_directory + "/" + name; }
     void set(const std::string& section, const std::string& text) {
         fake.settings.set(section, "text", text);
@@ -173,7 +174,7 @@ TEST_F(Session, ClosingWritesInItsOrder) {
     main().CheckBoxBackup.set_checked(true);
     std::vector<std::string> done;
     fake.settings.on_write = [&](const std::string& section) {
-        EXPECT_EQ(program->loaded("frmClienti"), nullptr);
+        EXPECT_EQ(program->loaded<frmClienti>(), nullptr);
         EXPECT_EQ(program->database().dbConnection.is_open(), done.size() < 8) << section;
         done.push_back(section);
     };
@@ -214,7 +215,7 @@ TEST_F(Session, TheEndOfTheDesktopIsAClosing) {
     program->form<frmImpostazioni>().show();
     end_with_desktop(*program);
     EXPECT_TRUE(fake.windows.has_quit);
-    EXPECT_EQ(program->loaded("frmImpostazioni"), nullptr);
+    EXPECT_EQ(program->loaded<frmImpostazioni>(), nullptr);
     EXPECT_EQ(fake.settings.get("txt_IVA_default"), "22");
     EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "3");
 }
@@ -222,7 +223,7 @@ TEST_F(Session, TheEndOfTheDesktopIsAClosing) {
 TEST_F(Session, TheSplashCannotBeClosedByHand) {
     start_program(*program);
     program->form<frmSplash>().close_by_user();
-    EXPECT_NE(program->loaded("frmSplash"), nullptr);
+    EXPECT_NE(program->loaded<frmSplash>(), nullptr);
 }
 
 TEST_F(Session, TheDatabaseOpensOnceAndClosesWhateverIsOpen) {
@@ -283,13 +284,13 @@ TEST_F(NameDialog, ConfirmingReachesTheLetterhead) {
                                      "delle fatture da stampare.\nContinuare?";
         boxes().expect(question, Answer::no);
         form().Command1.click();
-        ASSERT_TRUE(program->loaded("frmRegister"));
+        ASSERT_TRUE(program->loaded<frmRegister>());
         boxes().expect(question, Answer::yes);
         form().Command1.click();
-        EXPECT_FALSE(program->loaded("frmRegister"));
+        EXPECT_FALSE(program->loaded<frmRegister>());
     });
     form().show_modal();
-    ASSERT_TRUE(program->loaded("frmIntestazioneFatture"));
+    ASSERT_TRUE(program->loaded<frmIntestazioneFatture>());
     EXPECT_EQ(program->form<frmIntestazioneFatture>().Text1[0].text(), "Studio Bruni");
     EXPECT_TRUE(windows().shown.empty()) << "the letterhead is loaded, not shown";
 }
@@ -302,7 +303,7 @@ TEST_F(NameDialog, CancellingKeepsWhatWasTyped) {
     EXPECT_EQ(form().focus(), &form().Text1);
     boxes().expect("Annullare inserimento dati?", Answer::yes);
     form().Command2.click();
-    EXPECT_FALSE(program->loaded("frmRegister"));
+    EXPECT_FALSE(program->loaded<frmRegister>());
     EXPECT_EQ(program->NomeIntestatario, "A");
 }
 

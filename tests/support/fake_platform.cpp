@@ -1,7 +1,7 @@
 #include "support/fake_platform.h"
 
 #include "failure.h"
-#include "shell/version.h"
+#include "program/version.h"
 
 #include <gtest/gtest.h>
 
@@ -189,7 +189,8 @@ FakePlatform::~FakePlatform() {
 
 Platform FakePlatform::platform() {
     return {boxes,       dialogs,  settings,       clock,   desktop,  windows,           files,
-            copy_dialog, pictures, word_processor, reports, regional, program_directory, program_directory, '/'};
+            copy_dialog, pictures, word_processor, reports, regional, program_directory, program_directory,
+            '/'};
 }
 
 } // namespace tarvello::testing

@@ -27,7 +27,7 @@ ProgramTest::ProgramTest() {
     database_path = fake.program_directory + "/tarvello.mdb";
     make_database(database_path);
     program = std::make_unique<Program>(fake.platform());
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
     main.txtDatabaseRoute.set_text(database_path);
     program->database().dbConnection.open(database_path);
     main.mnuChiudiDatabase.set_enabled(true);

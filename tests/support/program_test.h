@@ -1,7 +1,7 @@
 #pragma once
 
+#include "program/program.h"
 #include "shell/main_window.h"
-#include "shell/program.h"
 #include "support/fake_platform.h"
 
 #include <gtest/gtest.h>

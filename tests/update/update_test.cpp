@@ -1,4 +1,4 @@
-#include "shell/maker_site.h"
+#include "program/maker_site.h"
 #include "support/program_test.h"
 #include "update/update_reminder.h"
 #include "update/update_wait.h"
@@ -8,7 +8,7 @@ namespace tarvello::testing {
 namespace {
 
 struct Update : ProgramTest {
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
 
     /// Expects the reminder to come on a day, or not to come.
     void expect_reminder(bool comes, const Date& today) {
@@ -93,9 +93,9 @@ TEST_F(Update, FromTheMenuAfterTheQuestionAndTheWait) {
         EXPECT_EQ(wait.Label1.caption(), "Collegamento a " + maker_host());
         for (int i = 0; i < 50; ++i) wait.Timer1.tick();
         EXPECT_EQ(wait.ProgressBar1.value(), 100);
-        EXPECT_TRUE(program->loaded("frmAttesaControlloAggiornamenti"));
+        EXPECT_TRUE(program->loaded<frmAttesaControlloAggiornamenti>());
         wait.Timer1.tick();
-        EXPECT_FALSE(program->loaded("frmAttesaControlloAggiornamenti"));
+        EXPECT_FALSE(program->loaded<frmAttesaControlloAggiornamenti>());
     });
     main.Label2[side_command::updates].click();
     EXPECT_EQ(windows().shown, std::vector<std::string>{"frmWebService"});
@@ -137,7 +137,7 @@ TEST_F(Update, TheToolBarDrivesTheBrowser) {
               (std::vector<std::string>{"https://" + maker_host() + "/it/Tarvello/webServ/ws_home.htm",
                                         "back", "refresh", "forward"}));
     page.Toolbar1.press("Chiudi");
-    EXPECT_FALSE(program->loaded("frmWebService"));
+    EXPECT_FALSE(program->loaded<frmWebService>());
 }
 
 } // namespace

@@ -1,9 +1,9 @@
-#include "shell/settings.h"
+#include "program/settings.h"
 
 #include "failure.h"
 #include "platform/controls.h"
-#include "shell/program.h"
-#include "shell/version.h"
+#include "program/program.h"
+#include "program/version.h"
 
 namespace tarvello {
 

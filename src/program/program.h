@@ -13,7 +13,7 @@
 
 namespace tarvello {
 
-class MDIForm1;
+class SessionFields;
 
 /// What lives all session: the platform, the database, the forms. Every form knows the program and reaches
 /// the others through it.
@@ -49,11 +49,17 @@ public:
         return static_cast<FormType&>(*slot);
     }
 
-    /// The form of that name if it is loaded, else null.
-    Form* loaded(const std::string& name) const;
+    /// The instance of a form if it is loaded, else null.
+    template <typename FormType>
+    FormType* loaded() const {
+        const auto slot = forms_.find(typeid(FormType));
+        return slot == forms_.end() ? nullptr : static_cast<FormType*>(slot->second.get());
+    }
 
-    /// The main window, which holds the settings of the session.
-    MDIForm1& main_window();
+    /// The settings of the session and its connected flag. @throws Failure while there is no main window
+    SessionFields& session() const;
+    /// The main window has come, or (null) gone.
+    void set_session(SessionFields* session) { session_ = session; }
 
     /// A path in the program's directory.
     std::string in_program_directory(const std::string& name) const;
@@ -72,6 +78,7 @@ public:
 private:
     Platform platform_;
     Database database_;
+    SessionFields* session_ = nullptr;
     std::map<std::type_index, std::shared_ptr<Form>> forms_;
 };
 

@@ -1,8 +1,8 @@
-#include "shell/tax_preferences.h"
+#include "preferences/tax_preferences.h"
 
-#include "shell/main_window.h"
-#include "shell/program.h"
-#include "shell/settings.h"
+#include "program/program.h"
+#include "program/session_fields.h"
+#include "program/settings.h"
 
 namespace tarvello {
 
@@ -72,8 +72,7 @@ void frmImpostazioni::connect() {
     CheckEscludiRivalsaImponibile.on_click = [this] {
         Command1.set_enabled(true);
         // At once, not at the save: the invoice form computes by the main window's box.
-        program_.main_window().CheckEscludiRivalsaImponibile.set_checked(
-            CheckEscludiRivalsaImponibile.checked());
+        program_.session().CheckEscludiRivalsaImponibile.set_checked(CheckEscludiRivalsaImponibile.checked());
     };
     Command1.on_click = [this] { save_surcharge(); };
 
@@ -98,14 +97,14 @@ void frmImpostazioni::on_load() {
 }
 
 void frmImpostazioni::show_values_in_use() {
-    const MDIForm1& main = program_.main_window();
-    Label13.set_caption(main.txtProfessione.text());
-    if (!main.txt_IVA_default.empty()) Label14.set_caption(main.txt_IVA_default.text() + " %");
-    if (!main.txt_Ritenuta_default.empty()) {
-        Label17.set_caption(main.txt_Ritenuta_default.text() + "% su " + main.txt_RitenutaSu_default.text() +
-                            "% Imponibile");
+    const SessionFields& session = program_.session();
+    Label13.set_caption(session.txtProfessione.text());
+    if (!session.txt_IVA_default.empty()) Label14.set_caption(session.txt_IVA_default.text() + " %");
+    if (!session.txt_Ritenuta_default.empty()) {
+        Label17.set_caption(session.txt_Ritenuta_default.text() + "% su " +
+                            session.txt_RitenutaSu_default.text() + "% Imponibile");
     }
-    const std::string& rate = main.txt_RIVALSA_default.text();
+    const std::string& rate = session.txt_RIVALSA_default.text();
     if (rate.empty()) return;
     if (!Check1.checked()) {
         Label18.set_caption(rate + " %");
@@ -122,23 +121,23 @@ void frmImpostazioni::rate_changed() {
 void frmImpostazioni::save_surcharge() {
     SaveValueSetting(program_, Check1);
     SaveValueSetting(program_, CheckEscludiRivalsaImponibile);
-    MDIForm1& main = program_.main_window();
-    main.txtProfessione.set_text(Text1.enabled() ? Text1.text() : "Rivalsa");
-    main.txt_RIVALSA_default.set_text(ComboRivalsa.text());
+    SessionFields& session = program_.session();
+    session.txtProfessione.set_text(Text1.enabled() ? Text1.text() : "Rivalsa");
+    session.txt_RIVALSA_default.set_text(ComboRivalsa.text());
     program_.message("Impostazioni rivalsa salvate correttamente.", BoxIcon::information);
     Command1.set_enabled(false);
 }
 
 void frmImpostazioni::save_vat() {
-    program_.main_window().txt_IVA_default.set_text(ComboIVAApplicata.text());
+    program_.session().txt_IVA_default.set_text(ComboIVAApplicata.text());
     program_.message("Impostazioni IVA salvate correttamente.", BoxIcon::information);
     Command3.set_enabled(false);
 }
 
 void frmImpostazioni::save_withholding() {
-    MDIForm1& main = program_.main_window();
-    main.txt_Ritenuta_default.set_text(ComboRitenuta.text());
-    main.txt_RitenutaSu_default.set_text(ComboRitenutaSu.text());
+    SessionFields& session = program_.session();
+    session.txt_Ritenuta_default.set_text(ComboRitenuta.text());
+    session.txt_RitenutaSu_default.set_text(ComboRitenutaSu.text());
     program_.message("Impostazioni Ritenuta d'Acconto salvate correttamente.", BoxIcon::information);
     Command4.set_enabled(false);
 }

@@ -1,4 +1,4 @@
-#include "shell/maker_site.h"
+#include "program/maker_site.h"
 
 #include <algorithm>
 

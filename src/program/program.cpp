@@ -1,7 +1,7 @@
-#include "shell/program.h"
+#include "program/program.h"
 
 #include "failure.h"
-#include "shell/main_window.h"
+#include "program/session_fields.h"
 
 namespace tarvello {
 
@@ -9,14 +9,10 @@ Program::Program(Platform platform) : platform_(std::move(platform)), database_(
 
 Program::~Program() = default;
 
-Form* Program::loaded(const std::string& name) const {
-    for (const auto& [type, form] : forms_) {
-        if (form && form->name() == name) return form.get();
-    }
-    return nullptr;
+SessionFields& Program::session() const {
+    if (!session_) throw Failure(failure_number::object_not_set, "Sessione", "La sessione è terminata.");
+    return *session_;
 }
-
-MDIForm1& Program::main_window() { return form<MDIForm1>(); }
 
 std::string Program::in_program_directory(const std::string& name) const {
     return platform_.program_directory + platform_.separator + name;

@@ -1,10 +1,10 @@
-#include "documents/register.h"
+#include "invoices/list_by_year_form.h"
 
 #include "failure.h"
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_results.h"
 #include "invoices/invoice_rows.h"
-#include "shell/program.h"
+#include "program/program.h"
 #include "text/numbers.h"
 
 #include <limits>

@@ -1,8 +1,9 @@
-#include "shell/register_form.h"
+#include "shell/issuer_name_form.h"
 
 #include "documents/letterhead_form.h"
-#include "shell/program.h"
-#include "shell/settings.h"
+#include "program/program.h"
+#include "program/settings.h"
+#include "shell/splash.h"
 
 namespace tarvello {
 
@@ -25,7 +26,7 @@ frmRegister::frmRegister(Program& program) : Form(program, "frmRegister"), progr
 void frmRegister::on_load() { Text1.set_text(program_.NomeIntestatario); }
 
 void frmRegister::on_unload(UnloadReason) {
-    if (Form* splash = program_.loaded("frmSplash")) splash->unload();
+    if (auto* splash = program_.loaded<frmSplash>()) splash->unload();
 }
 
 void frmRegister::name_changed() {

@@ -1,6 +1,6 @@
-#include "shell/net_functions.h"
+#include "program/net_functions.h"
 
-#include "shell/program.h"
+#include "program/program.h"
 
 namespace tarvello {
 

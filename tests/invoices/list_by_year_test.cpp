@@ -1,4 +1,4 @@
-#include "documents/register.h"
+#include "invoices/list_by_year_form.h"
 
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_results.h"

@@ -1,14 +1,14 @@
-#include "shell/settings.h"
+#include "program/settings.h"
 
 #include "failure.h"
-#include "shell/net_functions.h"
+#include "program/net_functions.h"
 #include "support/program_test.h"
 
 namespace tarvello::testing {
 namespace {
 
 struct Settings : ProgramTest {
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
 };
 
 TEST_F(Settings, TextsLiveUnderTheNameOfTheControl) {

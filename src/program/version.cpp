@@ -1,4 +1,4 @@
-#include "shell/version.h"
+#include "program/version.h"
 
 namespace tarvello {
 

@@ -1,4 +1,4 @@
-#include "shell/tax_preferences.h"
+#include "preferences/tax_preferences.h"
 
 #include "support/program_test.h"
 
@@ -6,7 +6,7 @@ namespace tarvello::testing {
 namespace {
 
 struct TaxPreferences : ProgramTest {
-    MDIForm1& main = program->main_window();
+    MDIForm1& main = program->form<MDIForm1>();
 
     frmImpostazioni& form() { return program->form<frmImpostazioni>(); }
     void reopen() {
@@ -109,7 +109,7 @@ TEST_F(TaxPreferences, VatAndWithholding) {
     EXPECT_EQ(form().Label14.caption(), "Esente %");
     EXPECT_EQ(form().Label17.caption(), "20% su 80% Imponibile");
     form().Command2.click();
-    EXPECT_FALSE(program->loaded("frmImpostazioni"));
+    EXPECT_FALSE(program->loaded<frmImpostazioni>());
 }
 
 } // namespace
