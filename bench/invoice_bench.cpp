@@ -4,6 +4,7 @@
 #include "row.h"
 
 #include "invoices/invoice_form.h"
+#include "shell/main_window.h"
 #include "support/fake_platform.h"
 
 namespace tarvello::bench {
@@ -15,6 +16,7 @@ void calculation(benchmark::State& state) {
     desktop.settings.set("Check1", "value", "1");
     Program program(desktop.platform());
     program.database().dbConnection.open(archive_path());
+    program.form<MDIForm1>(); // holds the settings
     auto& form = program.form<frmTarvello>();
     const char* const amounts[] = {"€ 1.000,00", "€ 234,56", "€ 75,19", "€ 12.345,67", "€ 0,99"};
     for (std::size_t i = 0; i < frmTarvello::lines; ++i) form.txtImportoPrestazioni[i].set_text(amounts[i]);

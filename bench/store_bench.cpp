@@ -6,6 +6,7 @@
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_rows.h"
 #include "store/database.h"
+#include "shell/main_window.h"
 #include "support/fake_platform.h"
 #include "support/invoice_columns.h"
 
@@ -239,6 +240,7 @@ void save(benchmark::State& state) {
     testing::FakePlatform desktop;
     Program program(desktop.platform());
     program.database().dbConnection.open(archive_copy("saved.mdb"));
+    program.form<MDIForm1>(); // holds the settings
     auto& form = program.form<frmTarvello>();
     for (auto _ : state) {
         state.PauseTiming();
