@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/control.h"
+#include "platform/twips.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -69,7 +70,7 @@ struct ListColumn {
     std::string header;
     std::string key;
     bool right_aligned = false;
-    int width = 1440; ///< twips
+    int width = twips_per_inch; ///< twips
 };
 
 /// A list in report view: rows of texts under headers, one of which can be selected.

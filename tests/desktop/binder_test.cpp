@@ -106,11 +106,11 @@ struct Binder : ::testing::Test {
         binder = std::make_unique<qt::WindowBinder>(form, window, regional);
         ASSERT_TRUE(binder->missing().empty()) << binder->missing().front();
         focus_link = QObject::connect(qApp, &QApplication::focusChanged, [this](QWidget*, QWidget* now) {
-            if (now) binder->focus_arrived(now);
+            if (now) binder->focus().arrived(now);
         });
         window.show();
         window.activateWindow();
-        binder->show_first_focus();
+        binder->focus().show_first();
         DesktopUser::settle();
     }
 

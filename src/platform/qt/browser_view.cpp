@@ -1,7 +1,7 @@
-#include "platform/qt/binder.h"
 #include "platform/qt/browser/browser.h"
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -94,10 +94,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<WidgetView> make_browser_view(WindowBinder& binder, Control& control, QObject& object) {
-    auto* browser = dynamic_cast<WebBrowser*>(&control);
-    auto* frame = qobject_cast<QFrame*>(&object);
-    return browser && frame ? std::make_unique<WebBrowserView>(binder, *browser, *frame) : nullptr;
+std::unique_ptr<WidgetView> make_browser_view(WindowBinder& binder, Control& control, QObject& widget) {
+    return make_if_fits<WebBrowserView, WebBrowser, QFrame>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

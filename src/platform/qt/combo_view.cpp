@@ -1,5 +1,6 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/text_views.h"
+#include "platform/qt/views.h"
 
 #include <QComboBox>
 #include <QKeyEvent>
@@ -33,6 +34,7 @@ public:
         show(Aspect::items);
         EntryView::show_all();
     }
+    bool rolls() const override { return true; }
 
 protected:
     void show(Aspect aspect) override {
@@ -60,13 +62,13 @@ private:
     }
 
     void chosen(int index) {
-        if (binder().following() || binder().parted()) return;
         // The toolkit also reports a typed text that happens to stand in the list, when the box is left.
         const bool from_list = std::exchange(from_list_, false);
-        if (from_list || combo_.text() != from_qt(box_.itemText(index))) combo_.choose(index);
-        if (binder().parted()) return;
-        const WindowBinder::Following following(binder());
-        show_text(to_qt(combo_.text()));
+        by_user(
+            [&] {
+                if (from_list || combo_.text() != from_qt(box_.itemText(index))) combo_.choose(index);
+            },
+            Aspect::value);
     }
 
     QString shown_text() const override {
@@ -106,9 +108,7 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_combo_view(WindowBinder& binder, Control& control, QObject& widget) {
-    auto* combo = dynamic_cast<ComboBox*>(&control);
-    auto* box = qobject_cast<QComboBox*>(&widget);
-    return combo && box ? std::make_unique<ComboView>(binder, *combo, *box) : nullptr;
+    return make_if_fits<ComboView, ComboBox, QComboBox>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

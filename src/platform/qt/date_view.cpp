@@ -1,6 +1,7 @@
 #include "platform/date_picker.h"
-#include "platform/qt/binder.h"
+#include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 
 #include <QDateEdit>
 #include <QKeyEvent>
@@ -27,6 +28,8 @@ public:
         WidgetView::show_all();
         show(Aspect::value);
     }
+
+    bool rolls() const override { return true; }
 
     void commit() override {
         edit_.interpretText();
@@ -86,19 +89,14 @@ private:
     }
 
     void changed() {
-        if (!leaving_ && !binder().following()) hand_over();
+        if (!leaving_) hand_over();
     }
 
     void hand_over() {
-        if (binder().parted()) return;
         const QDate date = edit_.date();
         const Date picked =
             make_date(date.year(), static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
-        if (picked == picker_.date()) return;
-        picker_.pick(picked);
-        if (binder().parted()) return;
-        const WindowBinder::Following following(binder());
-        show(Aspect::value);
+        if (picked != picker_.date()) by_user([&] { picker_.pick(picked); }, Aspect::value);
     }
 
     DatePicker& picker_;
@@ -110,9 +108,7 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_date_view(WindowBinder& binder, Control& control, QObject& widget) {
-    auto* picker = dynamic_cast<DatePicker*>(&control);
-    auto* edit = qobject_cast<QDateEdit*>(&widget);
-    return picker && edit ? std::make_unique<DateView>(binder, *picker, *edit) : nullptr;
+    return make_if_fits<DateView, DatePicker, QDateEdit>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "platform/qt/qt_text.h"
+#include "platform/twips.h"
 
 #include <QClipboard>
 #include <QDate>
@@ -36,7 +37,6 @@ PictureSize QtPictureFiles::size(const std::string& path) {
     if (size.isEmpty()) {
         throw Failure(481, "Immagini", "Il file " + path + " non è un'immagine valida.");
     }
-    constexpr float twips_per_dot = 15;
     return {static_cast<float>(size.width()) * twips_per_dot,
             static_cast<float>(size.height()) * twips_per_dot};
 }

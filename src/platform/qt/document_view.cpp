@@ -1,8 +1,8 @@
 #include "platform/pages.h"
-#include "platform/qt/binder.h"
 #include "platform/qt/document_browser.h"
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -102,10 +102,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<WidgetView> make_document_view(WindowBinder& binder, Control& control, QObject& object) {
-    auto* document = dynamic_cast<Document*>(&control);
-    auto* browser = dynamic_cast<DocumentBrowser*>(&object);
-    return document && browser ? std::make_unique<DocumentView>(binder, *document, *browser) : nullptr;
+std::unique_ptr<WidgetView> make_document_view(WindowBinder& binder, Control& control, QObject& widget) {
+    return make_if_fits<DocumentView, Document, DocumentBrowser>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -1,6 +1,7 @@
 #include "platform/lists.h"
-#include "platform/qt/binder.h"
+#include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 
 #include <QKeyEvent>
 #include <QListWidget>
@@ -28,7 +29,7 @@ public:
     }
 
     bool key_pressed(QKeyEvent& event) override {
-        if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+        if (is_enter(event)) {
             if (view_.currentRow() >= 0) opened(view_.currentRow());
             return true;
         }
@@ -58,21 +59,11 @@ protected:
 
 private:
     void clicked(int row) {
-        if (binder().following() || binder().parted()) return;
-        list_.choose(row);
-        show_choice();
+        by_user([&] { list_.choose(row); }, Aspect::value);
     }
 
     void opened(int row) {
-        if (binder().following() || binder().parted()) return;
-        list_.double_click(row);
-        show_choice();
-    }
-
-    void show_choice() {
-        if (binder().parted()) return;
-        const WindowBinder::Following following(binder());
-        show(Aspect::value);
+        by_user([&] { list_.double_click(row); }, Aspect::value);
     }
 
     ListBox& list_;
@@ -82,9 +73,7 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_list_box_view(WindowBinder& binder, Control& control, QObject& widget) {
-    auto* list = dynamic_cast<ListBox*>(&control);
-    auto* view = qobject_cast<QListWidget*>(&widget);
-    return list && view ? std::make_unique<ItemsView>(binder, *list, *view) : nullptr;
+    return make_if_fits<ItemsView, ListBox, QListWidget>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -1,11 +1,12 @@
 #include "platform/lists.h"
-#include "platform/qt/binder.h"
+#include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/scale.h"
+#include "platform/qt/views.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QTableView>
 #include <QTreeView>
 
 #include <algorithm>
@@ -62,27 +63,21 @@ private:
 
 class RowsView final : public WidgetView {
 public:
-    RowsView(WindowBinder& binder, ListView& list, QAbstractItemView& view, QHeaderView& header)
-        : WidgetView(binder, list, view), list_(list), view_(view), header_(header), model_(list) {
+    RowsView(WindowBinder& binder, ListView& list, QTreeView& view)
+        : WidgetView(binder, list, view), list_(list), view_(view), header_(*view.header()), model_(list) {
         view_.setSelectionBehavior(QAbstractItemView::SelectRows);
         view_.setSelectionMode(QAbstractItemView::SingleSelection);
         view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
         view_.setAlternatingRowColors(true);
         view_.setTabKeyNavigation(false);
-        if (auto* tree = qobject_cast<QTreeView*>(&view_)) {
-            tree->setRootIsDecorated(false);
-            tree->setUniformRowHeights(true); // what makes a hundred thousand rows as quick as ten
-        }
-        if (auto* table = qobject_cast<QTableView*>(&view_)) {
-            table->verticalHeader()->hide();
-            table->setWordWrap(false);
-        }
+        view_.setRootIsDecorated(false);
+        view_.setUniformRowHeights(true); // what makes a hundred thousand rows as quick as ten
         header_.setSectionResizeMode(QHeaderView::Interactive);
         header_.setTextElideMode(Qt::ElideRight);
         header_.setStretchLastSection(true);
         view_.setModel(&model_);
         QObject::connect(&view_, &QAbstractItemView::clicked, &binder,
-                         [this](const QModelIndex& index) { row_clicked(index); });
+                         [this](const QModelIndex& index) { select(index.row()); });
         QObject::connect(&view_, &QAbstractItemView::doubleClicked, &binder,
                          [this](const QModelIndex& index) { double_clicked(index.row()); });
     }
@@ -94,17 +89,14 @@ public:
     }
 
     bool key_pressed(QKeyEvent& event) override {
-        if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+        if (is_enter(event)) {
             if (view_.currentIndex().isValid()) double_clicked(view_.currentIndex().row());
             return true;
         }
         const int before = view_.currentIndex().row();
         static_cast<QObject&>(view_).event(&event);
         const int now = view_.currentIndex().row();
-        if (now >= 0 && now != before && !binder().parted()) {
-            list_.select_row(static_cast<std::size_t>(now));
-            show_selection();
-        }
+        if (now >= 0 && now != before) select(now);
         return true; // the list has had it
     }
 
@@ -168,20 +160,16 @@ private:
         }
     }
 
-    void row_clicked(const QModelIndex& index) {
-        if (binder().following() || binder().parted()) return;
-        list_.select_row(static_cast<std::size_t>(index.row()));
-        show_selection();
+    void select(int row) {
+        by_user([&] { list_.select_row(static_cast<std::size_t>(row)); }, Aspect::value);
     }
 
     void double_clicked(int row) {
-        if (binder().following() || binder().parted()) return;
-        list_.double_click(static_cast<std::size_t>(row));
-        show_selection();
+        by_user([&] { list_.double_click(static_cast<std::size_t>(row)); }, Aspect::value);
     }
 
     ListView& list_;
-    QAbstractItemView& view_;
+    QTreeView& view_;
     QHeaderView& header_;
     RowsModel model_;
     bool stale_ = false;
@@ -190,15 +178,7 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_list_view(WindowBinder& binder, Control& control, QObject& widget) {
-    auto* list = dynamic_cast<ListView*>(&control);
-    if (!list) return nullptr;
-    if (auto* tree = qobject_cast<QTreeView*>(&widget)) {
-        return std::make_unique<RowsView>(binder, *list, *tree, *tree->header());
-    }
-    if (auto* table = qobject_cast<QTableView*>(&widget)) {
-        return std::make_unique<RowsView>(binder, *list, *table, *table->horizontalHeader());
-    }
-    return nullptr;
+    return make_if_fits<RowsView, ListView, QTreeView>(binder, control, widget);
 }
 
 } // namespace tarvello::qt

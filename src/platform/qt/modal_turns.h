@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPointer>
+#include <QWidget>
+
 namespace tarvello::qt {
 
 /// A time in which the user is busy with a box, a dialog or a modal window, or in which the program waits:
@@ -24,6 +27,19 @@ public:
 private:
     inline static int count_ = 0;
     inline static int depth_ = 0;
+};
+
+/// Gives the keyboard back, at its end, to the window that has it now: not every desktop does so by itself
+/// when the window above goes.
+class ActiveAgain {
+public:
+    ActiveAgain();
+    ~ActiveAgain();
+    ActiveAgain(const ActiveAgain&) = delete;
+    ActiveAgain& operator=(const ActiveAgain&) = delete;
+
+private:
+    QPointer<QWidget> window_;
 };
 
 } // namespace tarvello::qt

@@ -1,6 +1,7 @@
 #include "platform/qt/report_painter.h"
 
 #include "platform/qt/qt_text.h"
+#include "platform/twips.h"
 
 #include <QBuffer>
 #include <QFontDatabase>
@@ -16,9 +17,6 @@
 namespace tarvello::qt {
 namespace {
 
-constexpr int twips_to_inch = 1440;
-constexpr int twips_to_point = 20;
-constexpr qreal twips_to_dot = 15;
 constexpr qreal line_width = 10;
 
 QColor to_color(const Color& color) { return {color.red, color.green, color.blue}; }
@@ -42,7 +40,7 @@ QString family_for(const std::string& name) {
 
 QFont to_font(const ReportFont& font) {
     QFont made(family_for(font.family));
-    made.setPixelSize(qRound(font.points * twips_to_point)); // the painter's unit is a twip
+    made.setPixelSize(qRound(font.points * twips_per_point)); // the painter's unit is a twip
     made.setBold(font.bold);
     made.setItalic(font.italic);
     // Every device gets the widths of the font itself, not those of its own dots.
@@ -150,7 +148,7 @@ void paint(const ReportImage& image, const QRectF& box, QPainter& painter) {
     painter.save();
     painter.setClipRect(box);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QSizeF own_size = QSizeF(picture.size()) * twips_to_dot;
+    const QSizeF own_size = QSizeF(picture.size()) * twips_per_dot;
     const bool stretch = image.size_mode == ReportSizeMode::stretch;
     painter.drawImage(stretch ? box : QRectF(box.topLeft(), own_size), picture);
     painter.restore();
@@ -191,7 +189,7 @@ QByteArray report_pdf(const Report& report) {
     writer.setCreator(QStringLiteral("Tarvello"));
     writer.setTitle(to_qt(report.document));
     writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()));
-    writer.setResolution(twips_to_inch);
+    writer.setResolution(twips_per_inch);
     QPainter painter(&writer);
     paint_report(report, painter);
     painter.end();

@@ -1,12 +1,13 @@
 #include "platform/qt/report_window.h"
 
 #include "failure.h"
-#include "platform/qt/binder.h"
 #include "platform/qt/modal_turns.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/report_painter.h"
+#include "platform/qt/scale.h"
 #include "platform/qt/windows.h"
+#include "platform/twips.h"
 
 #include <QAction>
 #include <QLabel>
@@ -129,13 +130,13 @@ void ReportWindow::place() {
 void ReportWindow::set_zoom(double zoom) {
     whole_page_ = false;
     zoom_ = std::clamp(zoom, smallest_zoom, largest_zoom);
-    page_->set_scale(zoom_ * logicalDpiX() / 1440.0);
+    page_->set_scale(zoom_ * logicalDpiX() / double(twips_per_inch));
     zoom_text_->setText(QString::number(qRound(zoom_ * 100)) + QStringLiteral(" %"));
 }
 
 void ReportWindow::fit_page() {
     const QSizeF room = area_->maximumViewportSize() - QSize(2, 2) * space_around_page;
-    const QSizeF paper = report_page() * logicalDpiX() / 1440.0;
+    const QSizeF paper = report_page() * logicalDpiX() / double(twips_per_inch);
     set_zoom(std::min(room.width() / paper.width(), room.height() / paper.height()));
     whole_page_ = true;
 }
@@ -170,7 +171,8 @@ void ReportWindow::print() {
         boxes_.show({"Impossibile eseguire la stampa.", "Tarvello 4", BoxIcon::critical});
         return;
     }
-    painter.scale(printer.resolution() / 1440.0, printer.resolution() / 1440.0);
+    const double dots_to_twip = printer.resolution() / double(twips_per_inch);
+    painter.scale(dots_to_twip, dots_to_twip);
     paint_report(report_, painter);
 }
 

@@ -1,6 +1,8 @@
 #include "platform/qt/text_views.h"
 
+#include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 #include "text/utf8.h"
 
 #include <QInputMethodEvent>
@@ -53,17 +55,18 @@ void EntryView::focus_settled() {
     // itself.
     if (selected_by_code_) show_selection_of_control();
     selected_by_code_ = false;
+    tell_caret();
+}
+
+void EntryView::tell_caret() {
     const QString text = shown_text();
     const std::size_t start = characters_of(text, shown_start());
     entry_.place_caret(start, characters_of(text, shown_start() + shown_length()) - start);
 }
 
 void EntryView::caret_moved() {
-    if (binder().following() || binder().parted()) return;
-    const QString text = shown_text();
-    if (text != to_qt(entry_.text())) return; // in the midst of an editing, whose end brings the caret along
-    const std::size_t start = characters_of(text, shown_start());
-    entry_.place_caret(start, characters_of(text, shown_start() + shown_length()) - start);
+    // In the midst of an editing the text is another one, and its end brings the caret along.
+    if (hears_user() && shown_text() == to_qt(entry_.text())) tell_caret();
 }
 
 bool EntryView::passes(int key) {
@@ -118,17 +121,13 @@ QString EntryView::cut_to_fit(const QString& text, int& caret) const {
 }
 
 void EntryView::edited() {
-    if (binder().following() || binder().parted()) return;
-    int place = caret();
-    const QString text = cut_to_fit(shown_text(), place);
-    entry_.edit(from_qt(text), characters_of(text, place));
-    if (binder().parted()) return;
-    // Refused, cut, or changed again by the form: the control has the last word.
-    const WindowBinder::Following following(binder());
-    if (shown_text() != to_qt(entry_.text())) {
-        show_text(to_qt(entry_.text()));
-        show_selection_of_control();
-    }
+    by_user(
+        [this] {
+            int place = caret();
+            const QString text = cut_to_fit(shown_text(), place);
+            entry_.edit(from_qt(text), characters_of(text, place)); // may refuse it, or the form change it
+        },
+        Aspect::text);
 }
 
 namespace {
@@ -205,13 +204,11 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_text_view(WindowBinder& binder, Control& control, QObject& widget) {
-    auto* box = dynamic_cast<TextBox*>(&control);
-    if (!box) return nullptr;
-    if (auto* line = qobject_cast<QLineEdit*>(&widget))
-        return std::make_unique<LineView>(binder, *box, *line);
-    if (auto* area = qobject_cast<QPlainTextEdit*>(&widget))
-        return std::make_unique<AreaView>(binder, *box, *area);
-    return nullptr;
+    static constexpr MakeView makers[] = {
+        make_if_fits<LineView, TextBox, QLineEdit>,
+        make_if_fits<AreaView, TextBox, QPlainTextEdit>,
+    };
+    return first_that_fits(makers, binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/entries.h"
-#include "platform/qt/binder.h"
+#include "platform/qt/widget_view.h"
+
+#include <QString>
 
 namespace tarvello::qt {
 
@@ -38,6 +40,8 @@ protected:
 
 private:
     void show_selection_of_control();
+    /// Tells the control where the caret of the widget stands.
+    void tell_caret();
     /// Offers one key. @return true if the widget goes on with it
     bool passes(int key);
     /// The user's text cut to what fits: what was put in loses its end, what was there stays.

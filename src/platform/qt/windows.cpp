@@ -3,19 +3,15 @@
 #include "failure.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/modal_turns.h"
-#include "platform/qt/qt_text.h"
+#include "platform/qt/scale.h"
+#include "platform/qt/window_frames.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDialog>
 #include <QEventLoop>
-#include <QLayout>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QScreen>
-#include <QScrollArea>
-#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -23,35 +19,12 @@
 
 namespace tarvello::qt {
 
-namespace {
-
-/// The one window without a frame.
-constexpr const char* splash = "frmSplash";
-constexpr const char* main_window = "MDIForm1";
-
-/// The largest size on its screen, under a title bar.
-QSize most_of(const QWidget& window) {
-    const QScreen* screen = window.screen();
-    if (!screen) return {QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
-    return screen->availableSize() - QSize(0, window.style()->pixelMetric(QStyle::PM_TitleBarHeight));
-}
-
-} // namespace
-
-ActiveAgain::ActiveAgain() : window_(QApplication::activeWindow()) {}
-
-ActiveAgain::~ActiveAgain() {
-    if (!window_ || !window_->isVisible()) return;
-    const QWidget* modal = QApplication::activeModalWidget(); // another one may still lie above
-    if (!modal || modal == window_) window_->activateWindow();
-}
-
 QtWindows::QtWindows(const RegionalSettings& regional) : regional_(regional) {
     QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (!now) return;
         // A window in the multi-document area lies inside the main window, which was opened before it.
         for (auto open = open_.rbegin(); open != open_.rend(); ++open) {
-            if (open->root == now || open->root->isAncestorOf(now)) return open->binder->focus_arrived(now);
+            if (open->root == now || open->root->isAncestorOf(now)) return open->binder->focus().arrived(now);
         }
     });
 }
@@ -90,11 +63,6 @@ QWidget* QtWindows::window(const Form& form) const {
     return open ? open->root : nullptr;
 }
 
-WindowBinder* QtWindows::binder(const Form& form) const {
-    const Open* open = find(form);
-    return open ? open->binder.get() : nullptr;
-}
-
 QWidget* QtWindows::parent_of_dialogs() const {
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
     if (main_ && main_->isVisible()) return main_;
@@ -113,133 +81,44 @@ QtWindows::Open& QtWindows::open(Form& form, bool modal) {
     for (const std::string& name : open.binder->missing()) {
         qWarning("%s has no widget for %s", form.name().c_str(), name.c_str());
     }
-    put_in_frame(open, std::move(root), modal);
-    // What has never been shown tells nobody that the words it was given take more room.
-    for (QWidget* widget : open.root->findChildren<QWidget*>()) widget->updateGeometry();
-    for (QLayout* layout : open.root->findChildren<QLayout*>()) layout->invalidate();
+    if (auto* main = qobject_cast<QMainWindow*>(open.root)) main_ = main;
+    open.frame = put_in_frame(std::move(root), form, modal, area(), parent_of_dialogs());
     open.frame->installEventFilter(this);
-    open.binder->on_size = [this, &open] { size_frame(open); };
-    size_frame(open);
+    open.binder->on_size = [&open] { open.fit(); };
+    open.fit();
     return open;
 }
 
-void QtWindows::put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal) {
-    if (auto* main = qobject_cast<QMainWindow*>(root.get())) {
-        main_ = main;
-        open.frame = root.release();
-        if (auto* ground = main->findChild<QMdiArea*>(QStringLiteral("ui_mdi"))) {
-            ground->setBackground(main->palette().color(QPalette::Window).darker(108));
-        }
-        return;
-    }
-    auto* area = main_ && !modal ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
-    if (area && !qobject_cast<QDialog*>(root.get())) {
-        auto* sub = new QMdiSubWindow;
-        sub->setWidget(root.release());
-        sub->setAttribute(Qt::WA_DeleteOnClose, false);
-        area->addSubWindow(sub, Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-        open.frame = sub;
-        return;
-    }
-    if (open.form->name() == splash) {
-        root->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
-        if (const QScreen* screen = root->screen()) {
-            root->adjustSize();
-            root->move(screen->availableGeometry().center() - root->rect().center());
-        }
-    } else {
-        root->setParent(parent_of_dialogs(), Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                                 Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-        if (modal) root->setWindowModality(Qt::ApplicationModal);
-    }
-    open.frame = root.release();
+void QtWindows::Open::fit() {
+    sized = false;
+    size_frame(*frame, *root, *form);
+    sized = true;
 }
 
-void QtWindows::size_frame(Open& open) {
-    QWidget& frame = *open.frame;
-    auto* sub = qobject_cast<QMdiSubWindow*>(&frame);
-    QSize size(pixels(frame, open.form->width()), pixels(frame, open.form->height()));
-    // Before a window is shown its layouts do not hear of texts that have come since they were last asked.
-    for (QLayout* layout : frame.findChildren<QLayout*>()) layout->invalidate();
-    for (QWidget* widget : frame.findChildren<QWidget*>()) widget->updateGeometry();
-    const bool free = size.isEmpty();
-    if (free) size = frame.sizeHint();
-    for (const QScrollArea* area : open.root->findChildren<QScrollArea*>()) {
-        if (!area->widget() || !area->widgetResizable()) continue;
-        const QSize edges = 2 * QSize(area->frameWidth(), area->frameWidth());
-        // What can be scrolled asks for less room than it would like.
-        if (free) size += (area->widget()->sizeHint() + edges - area->sizeHint()).expandedTo({0, 0});
-        // A bar across, if it must come, brings none along.
-        const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-        const QMargins around = open.root->layout()->contentsMargins();
-        const int least = area->widget()->minimumSizeHint().width() + edges.width() + around.left() +
-                          around.right() + frame.sizeHint().width() - open.root->sizeHint().width();
-        size.rwidth() = free ? size.width() + bar : std::max(size.width(), least + bar);
-    }
-    if (sub) make_room(*sub, size);
-    if (!sub) size = size.boundedTo(most_of(frame));
-    open.sized = false;
-    frame.resize(size);
-    open.sized = true;
-}
-
-void QtWindows::place_frame(Open& open) {
-    const auto* area = main_ ? main_->findChild<QMdiArea*>(QStringLiteral("ui_mdi")) : nullptr;
-    const bool inside = area && qobject_cast<QMdiSubWindow*>(open.frame);
-    if (open.form->at_top_left()) {
-        open.frame->move(inside || !area ? QPoint(0, 0) : area->mapToGlobal(QPoint(0, 0)));
-    } else if (inside) {
-        const QRect room = area->viewport()->rect();
-        const QSize spare = (room.size() - open.frame->size()).expandedTo({0, 0});
-        const QPoint wanted = open.root->property("ui_centred").toBool()
-                                  ? room.center() - open.frame->rect().center()
-                                  : open.frame->pos();
-        // As far as it has room, the window lies inside the area, which need not scroll then.
-        open.frame->move(std::clamp(wanted.x(), 0, spare.width()), std::clamp(wanted.y(), 0, spare.height()));
-    }
-}
-
-void QtWindows::make_room(QMdiSubWindow& sub, QSize& size) {
-    const QMdiArea* area = sub.mdiArea();
-    if (!area || !main_ || !main_->isVisible() || !main_->screen()) return;
-    size = size.expandedTo(sub.minimumSizeHint());
-    const QSize missing = (size - area->viewport()->size()).expandedTo({0, 0});
-    const QSize around = main_->frameGeometry().size() - main_->size();
-    const QSize most = main_->screen()->availableSize() - around;
-    if (!missing.isNull() && !main_->isMaximized() && !main_->isFullScreen()) {
-        main_->resize((main_->size() + missing).boundedTo(most.expandedTo(main_->size())));
-        main_->layout()->activate(); // the area has its new size now
-    }
-    // Below its least size it would cut off what it shows: then the area scrolls. A window that has not been
-    // shown yet leaves its content out of that size.
-    const QWidget& content = *sub.widget();
-    const QSize frame = sub.sizeHint() - content.sizeHint();
-    const QSize least = sub.minimumSizeHint().expandedTo(content.minimumSizeHint() + frame);
-    size = size.boundedTo(area->viewport()->size()).expandedTo(least);
-}
+QMdiArea* QtWindows::area() const { return main_ ? area_of(*main_) : nullptr; }
 
 void QtWindows::bring_up(Open& open) {
     QWidget& frame = *open.frame;
     const auto alive = open.form;
     const bool first_time = !frame.isVisible();
-    if (first_time) place_frame(open);
+    if (first_time) place_frame(frame, *open.root, *open.form, area());
     frame.show();
     if (frame.isMinimized()) frame.showNormal();
     if (auto* sub = qobject_cast<QMdiSubWindow*>(&frame)) {
-        if (first_time) place_frame(open); // the area has put it where it likes
-        if (QMdiArea* area = sub->mdiArea()) area->setActiveSubWindow(sub);
+        if (first_time)
+            place_frame(frame, *open.root, *open.form, area()); // the area has put it where it likes
+        if (QMdiArea* around = sub->mdiArea()) around->setActiveSubWindow(sub);
     } else {
         frame.raise();
         frame.activateWindow();
     }
     open.root->show();
-    if (WindowBinder* shown = binder(*alive)) shown->show_first_focus();
+    if (Open* still = find(*alive)) still->binder->focus().show_first();
 }
 
 void QtWindows::show(Form& form) {
     Open* known = find(form);
-    if (!known && !main_ && form.name() != splash && form.name() != main_window) {
+    if (!known && !main_ && form.name() != splash_form && form.name() != main_form) {
         if (!awaits_main(form)) waiting_.push_back(form.shared_from_this());
         return;
     }

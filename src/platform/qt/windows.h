@@ -16,22 +16,9 @@
 
 class QEventLoop;
 class QMainWindow;
-class QMdiSubWindow;
+class QMdiArea;
 
 namespace tarvello::qt {
-
-/// Gives the keyboard back, at its end, to the window that has it now: not every desktop does so by itself
-/// when the window above goes.
-class ActiveAgain {
-public:
-    ActiveAgain();
-    ~ActiveAgain();
-    ActiveAgain(const ActiveAgain&) = delete;
-    ActiveAgain& operator=(const ActiveAgain&) = delete;
-
-private:
-    QPointer<QWidget> window_;
-};
 
 /// The windows on the screen. The main window holds a multi-document area, in which the other windows live
 /// that are shown and not waited for; those that are waited for are dialogs of their own. What is shown
@@ -56,7 +43,6 @@ public:
     /// The window of a form that is on the screen, without what the desktop or the multi-document area puts
     /// around it; null if there is none.
     QWidget* window(const Form& form) const;
-    WindowBinder* binder(const Form& form) const;
     /// What a box or a dialog that comes up now belongs to.
     QWidget* parent_of_dialogs() const;
     /// Takes all windows off the screen, without a word to their forms.
@@ -80,6 +66,9 @@ private:
         Open(const Open&) = delete;
         Open& operator=(const Open&) = delete;
         ~Open();
+
+        /// Gives the frame the size that the form wants.
+        void fit();
     };
 
     Open& open(Form& form, bool modal);
@@ -87,14 +76,8 @@ private:
     const Open* find(const Form& form) const;
     bool awaits_main(const Form& form) const;
     void show_waiting();
-    void put_in_frame(Open& open, std::unique_ptr<QWidget> root, bool modal);
-    void size_frame(Open& open);
-    /// Where the form asks for a place of its own.
-    void place_frame(Open& open);
-    /// Lets the main window grow so that a window of that size fits into its area, as far as the screen
-    /// allows.
-    /// @param size  becomes what fits
-    void make_room(QMdiSubWindow& sub, QSize& size);
+    /// Of the main window; null while there is none.
+    QMdiArea* area() const;
     void bring_up(Open& open);
     void frame_resized(Open& open);
     void destroy_closed();

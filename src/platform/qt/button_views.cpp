@@ -1,7 +1,8 @@
 #include "platform/bars.h"
-#include "platform/qt/binder.h"
+#include "platform/qt/keyboard.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/views.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
@@ -11,6 +12,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <vector>
 
 namespace tarvello::qt {
 
@@ -19,14 +21,15 @@ namespace {
 /// What all that can be pressed share: caption, picture, and a press that becomes a click of the control.
 class ButtonView : public WidgetView {
 public:
-    ButtonView(WindowBinder& binder, Control& control, QAbstractButton& button)
-        : WidgetView(binder, control, button), button_(button), least_width_(button.minimumWidth()) {
+    ButtonView(WindowBinder& binder, Captioned& control, QAbstractButton& button)
+        : WidgetView(binder, control, button), captioned_(control), button_(button),
+          least_width_(button.minimumWidth()) {
         QObject::connect(&button_, &QAbstractButton::clicked, &binder, [this] { pressed(); });
     }
 
     void show_all() override {
         WidgetView::show_all();
-        if (!caption().empty()) show_caption(); // else the words of the look stay
+        if (!captioned_.caption().empty()) show_caption(); // else the words of the look stay
         show_value();
     }
 
@@ -46,8 +49,6 @@ public:
 
 protected:
     virtual void click() = 0;
-    virtual std::string caption() const = 0;
-    virtual std::string picture() const { return {}; }
     virtual void show_value() {}
     virtual bool presses_on_enter() const { return true; }
     virtual int offer(int key) {
@@ -63,13 +64,6 @@ protected:
         case Aspect::value:
             show_value();
             break;
-        case Aspect::look:
-            WidgetView::show(aspect);
-            if (picture() == pictured_) break;
-            pictured_ = picture();
-            button_.setIcon(picture_icon(pictured_));
-            make_room();
-            break;
         default:
             WidgetView::show(aspect);
         }
@@ -77,55 +71,48 @@ protected:
 
     QAbstractButton& button() const { return button_; }
 
-private:
-    void pressed() {
-        if (binder().parted()) return;
-        click();
-        if (binder().parted()) return;
-        // The toolkit has set the mark by itself; the form may see it otherwise.
-        const WindowBinder::Following following(binder());
-        show_value();
-    }
-
-    void show_caption() {
-        button_.setText(to_qt(caption()));
-        make_room();
-    }
-
     /// A least width that the look states is no reason to cut off longer words.
     void make_room() {
         if (least_width_ > 0) button_.setMinimumWidth(std::max(least_width_, button_.sizeHint().width()));
     }
 
+private:
+    /// The toolkit sets the mark by itself; the form may see it otherwise.
+    void pressed() {
+        by_user([this] { click(); }, Aspect::value);
+    }
+
+    void show_caption() {
+        button_.setText(to_qt(captioned_.caption()));
+        make_room();
+    }
+
+    Captioned& captioned_;
     QAbstractButton& button_;
     int least_width_;
+};
+
+/// A button of the form, or of a tool bar.
+template <typename Button>
+class PressView final : public ButtonView {
+public:
+    PressView(WindowBinder& binder, Button& control, QAbstractButton& button)
+        : ButtonView(binder, control, button), control_(control) {}
+
+protected:
+    void show(Aspect aspect) override {
+        ButtonView::show(aspect);
+        if (aspect != Aspect::look || control_.picture() == pictured_) return;
+        pictured_ = control_.picture();
+        button().setIcon(picture_icon(pictured_));
+        make_room();
+    }
+
+private:
+    void click() override { control_.click(); }
+
+    Button& control_;
     std::string pictured_;
-};
-
-class CommandView final : public ButtonView {
-public:
-    CommandView(WindowBinder& binder, CommandButton& command, QAbstractButton& button)
-        : ButtonView(binder, command, button), command_(command) {}
-
-private:
-    void click() override { command_.click(); }
-    std::string caption() const override { return command_.caption(); }
-    std::string picture() const override { return command_.picture(); }
-
-    CommandButton& command_;
-};
-
-class ToolView final : public ButtonView {
-public:
-    ToolView(WindowBinder& binder, ToolButton& tool, QAbstractButton& button)
-        : ButtonView(binder, tool, button), tool_(tool) {}
-
-private:
-    void click() override { tool_.click(); }
-    std::string caption() const override { return tool_.caption(); }
-    std::string picture() const override { return tool_.picture(); }
-
-    ToolButton& tool_;
 };
 
 class CheckView final : public ButtonView {
@@ -135,7 +122,6 @@ public:
 
 private:
     void click() override { check_.click(); }
-    std::string caption() const override { return check_.caption(); }
     void show_value() override { button().setChecked(check_.checked()); }
     bool presses_on_enter() const override { return false; }
     int offer(int key) override { return check_.offer_key(key); }
@@ -167,7 +153,6 @@ public:
 
 private:
     void click() override { option_.click(); }
-    std::string caption() const override { return option_.caption(); }
     void show_value() override { button().setChecked(option_.selected()); }
     bool presses_on_enter() const override { return false; }
 
@@ -188,23 +173,13 @@ private:
 } // namespace
 
 std::unique_ptr<WidgetView> make_button_view(WindowBinder& binder, Control& control, QObject& widget) {
-    if (auto* command = dynamic_cast<CommandButton*>(&control)) {
-        auto* button = qobject_cast<QPushButton*>(&widget);
-        return button ? std::make_unique<CommandView>(binder, *command, *button) : nullptr;
-    }
-    if (auto* tool = dynamic_cast<ToolButton*>(&control)) {
-        auto* button = qobject_cast<QToolButton*>(&widget);
-        return button ? std::make_unique<ToolView>(binder, *tool, *button) : nullptr;
-    }
-    if (auto* check = dynamic_cast<CheckBox*>(&control)) {
-        auto* button = qobject_cast<QCheckBox*>(&widget);
-        return button ? std::make_unique<CheckView>(binder, *check, *button) : nullptr;
-    }
-    if (auto* option = dynamic_cast<OptionButton*>(&control)) {
-        auto* button = qobject_cast<QRadioButton*>(&widget);
-        return button ? std::make_unique<OptionView>(binder, *option, *button) : nullptr;
-    }
-    return nullptr;
+    static constexpr MakeView makers[] = {
+        make_if_fits<PressView<CommandButton>, CommandButton, QPushButton>,
+        make_if_fits<PressView<ToolButton>, ToolButton, QToolButton>,
+        make_if_fits<CheckView, CheckBox, QCheckBox>,
+        make_if_fits<OptionView, OptionButton, QRadioButton>,
+    };
+    return first_that_fits(makers, binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -1,0 +1,45 @@
+#include "platform/qt/scale.h"
+
+#include "platform/twips.h"
+
+#include <QFontMetrics>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace tarvello::qt {
+
+namespace {
+
+/// How much larger than the usual the font of the desktop is.
+double font_scale(const QWidget& widget) {
+    constexpr double usual_height = 17;
+    return std::max(1.0, QFontMetrics(widget.font()).height() / usual_height);
+}
+
+} // namespace
+
+int pixels(const QWidget& widget, int twips) {
+    return static_cast<int>(twips * font_scale(widget) / twips_per_dot + 0.5);
+}
+
+int twips(const QWidget& widget, int pixels) {
+    return static_cast<int>(pixels * twips_per_dot / font_scale(widget) + 0.5);
+}
+
+void grow_with_font(QWidget& window) {
+    const double scale = font_scale(window);
+    const auto grown = [scale](const QSize& size) {
+        const auto length = [scale](int pixels) {
+            return pixels >= QWIDGETSIZE_MAX ? pixels : static_cast<int>(pixels * scale + 0.5);
+        };
+        return QSize(length(size.width()), length(size.height()));
+    };
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (widget->objectName().isEmpty() || widget->objectName().startsWith(QLatin1String("qt_"))) continue;
+        widget->setMaximumSize(grown(widget->maximumSize()));
+        widget->setMinimumSize(grown(widget->minimumSize()));
+    }
+}
+
+} // namespace tarvello::qt
