@@ -1,6 +1,7 @@
 #include "store/database.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -8,10 +9,8 @@
 namespace tarvello {
 namespace {
 
-const char* const source = "Archivio";
-
 Failure lost_transaction() {
-    return Failure(failure_number::database, source,
+    return Failure(failure_number::database, store::source,
                    "Una delle operazioni da eseguire insieme non è riuscita: l'archivio resta com'era.");
 }
 
@@ -32,7 +31,7 @@ auto Connection::within_transaction(Act act) {
 }
 
 void Connection::open(const std::string& path) {
-    if (engine_) throw Failure(failure_number::object_open, source, "Un database è già aperto.");
+    if (engine_) throw Failure(failure_number::object_open, store::source, "Un database è già aperto.");
     engine_ = store::open_engine(path, regional_);
 }
 
@@ -45,7 +44,7 @@ void Connection::close() {
 }
 
 store::Engine& Connection::engine() const {
-    if (!engine_) throw Failure(failure_number::object_closed, source, "Nessun database è aperto.");
+    if (!engine_) throw Failure(failure_number::object_closed, store::source, "Nessun database è aperto.");
     return *engine_;
 }
 
@@ -60,7 +59,7 @@ std::unique_ptr<store::RowSource> Connection::execute(std::string_view sql, cons
 
 std::int64_t Connection::inserted_key() const {
     if (const auto key = engine().last_autonumber()) return *key;
-    throw Failure(failure_number::no_such_element, source,
+    throw Failure(failure_number::no_such_element, store::source,
                   "L'ultima istruzione INSERT non ha dato alcun numero automatico.");
 }
 
@@ -78,7 +77,7 @@ void Connection::need_table(const store::TableDeclaration& table) {
 
 Transaction::Transaction(Connection& connection) : connection_(&connection) {
     if (connection.transaction_) {
-        throw Failure(failure_number::object_open, source,
+        throw Failure(failure_number::object_open, store::source,
                       "Una transazione è già in corso: l'operazione va ripetuta quando è finita.");
     }
     connection.engine().begin();
@@ -103,7 +102,7 @@ void Transaction::commit() {
 
 void Recordset::open(std::string_view sql, Connection& connection, Parameters parameters) {
     if (rows_)
-        throw Failure(failure_number::object_open, source, "L'operazione richiede un risultato chiuso.");
+        throw Failure(failure_number::object_open, store::source, "L'operazione richiede un risultato chiuso.");
     auto rows = connection.execute(sql, parameters);
     const bool row = rows && rows->next(); // fails before anything here has changed
     rows_ = std::move(rows);
@@ -160,14 +159,14 @@ std::size_t Recordset::column(std::string_view name) const {
         find([&](const store::Column& column) { return equal_ignoring_case(column.name, name); })) {
         return next_column_ - 1;
     }
-    throw Failure(failure_number::no_such_element, source,
+    throw Failure(failure_number::no_such_element, store::source,
                   "La colonna \"" + std::string(name) + "\" non esiste.");
 }
 
 std::string Recordset::text(std::string_view name) const {
     const store::ValueView found = value(column(name));
     if (std::holds_alternative<std::monostate>(found)) {
-        throw Failure(failure_number::invalid_use_of_null, source,
+        throw Failure(failure_number::invalid_use_of_null, store::source,
                       "La colonna \"" + std::string(name) + "\" non ha un valore.");
     }
     return store::value_text(found, regional());
@@ -189,7 +188,7 @@ Date Recordset::date(std::string_view name) const {
     if (!std::holds_alternative<std::monostate>(found)) {
         if (const auto read = read_date(store::value_text(found, regional()), regional())) return *read;
     }
-    throw Failure(failure_number::type_mismatch, source,
+    throw Failure(failure_number::type_mismatch, store::source,
                   "La colonna \"" + std::string(name) + "\" non contiene una data.");
 }
 
@@ -197,7 +196,7 @@ template <typename Wanted>
 Wanted Recordset::get(std::string_view name, const char* what) const {
     const store::ValueView found = value(column(name));
     if (const auto* wanted = std::get_if<Wanted>(&found)) return *wanted;
-    throw Failure(failure_number::type_mismatch, source,
+    throw Failure(failure_number::type_mismatch, store::source,
                   "La colonna \"" + std::string(name) + "\" non contiene " + what + ".");
 }
 
@@ -221,12 +220,12 @@ const RegionalSettings& Recordset::regional() const {
 
 void Recordset::need_open() const {
     if (!rows_)
-        throw Failure(failure_number::object_closed, source, "L'operazione richiede un risultato aperto.");
+        throw Failure(failure_number::object_closed, store::source, "L'operazione richiede un risultato aperto.");
 }
 
 void Recordset::need_row() const {
     need_open();
-    if (!row_) throw Failure(failure_number::no_current_record, source, "Nessuna riga corrente.");
+    if (!row_) throw Failure(failure_number::no_current_record, store::source, "Nessuna riga corrente.");
 }
 
 // Database

@@ -1,6 +1,7 @@
 #include "store/declaration.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "store/statement.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -13,7 +14,7 @@ namespace {
 constexpr std::size_t most_name_length = 64;
 
 [[noreturn]] void fail(const TableDeclaration& table, const std::string& what) {
-    throw Failure(failure_number::statement, "Archivio",
+    throw Failure(failure_number::statement, source,
                   "La tabella " + table.name + " non si può creare: " + what + ".");
 }
 

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "store/access/access_engine.h"
 #include "store/access/header.h"
+#include "store/failure_source.h"
 #include "store/sqlite/sqlite_engine.h"
 
 #include <array>
@@ -16,7 +17,7 @@ namespace {
 constexpr std::string_view sqlite_mark{"SQLite format 3\0", 16};
 
 [[noreturn]] void fail(int number, const std::string& path, const char* why) {
-    throw Failure(number, "Archivio", "Impossibile aprire il database \"" + path + "\": " + why + ".");
+    throw Failure(number, source, "Impossibile aprire il database \"" + path + "\": " + why + ".");
 }
 
 /// The first bytes of a file, fewer if it has fewer.

@@ -1,6 +1,7 @@
 #include "store/statement.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 
 namespace tarvello::store {
 namespace {
-
-const char* const source = "Archivio";
 
 constexpr std::array<std::string_view, 16> reserved_words{
     "SELECT", "TOP",  "FROM", "WHERE", "ORDER",  "BY",     "ASC",    "DESC",

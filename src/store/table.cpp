@@ -1,6 +1,7 @@
 #include "store/table.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
 #include "text/utf8.h"
@@ -12,8 +13,6 @@
 
 namespace tarvello::store {
 namespace {
-
-const char* const source = "Archivio";
 
 bool only_digits(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });

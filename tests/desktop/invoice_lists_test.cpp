@@ -6,8 +6,8 @@
 namespace tarvello::testing {
 namespace {
 
-const char* const form = "frmTarvello";
-const char* const results = "frmRisultatiRicercaFatture";
+const char* const invoice_form = "frmTarvello";
+const char* const result_window = "frmRisultatiRicercaFatture";
 
 /// What finds an invoice: the moves, the search and the register.
 struct InvoiceLists : DesktopTest {
@@ -39,33 +39,33 @@ struct InvoiceLists : DesktopTest {
                     {1, "10/01/2006", "Carla"},
                     {2, "11/01/2006", "Annalisa"}});
     }
-    std::string on_view() { return user.shown(form, "txtNumeroFattura"); }
+    std::string on_view() { return user.shown(invoice_form, "txtNumeroFattura"); }
 
     std::string go(int move) {
-        user.click(form, "cmdNavigazione_" + std::to_string(move));
+        user.click(invoice_form, "cmdNavigazione_" + std::to_string(move));
         return on_view();
     }
     void search(const std::string& year, int field, const std::string& text) {
-        if (user.shown(form, "cmdCerca") == "Cerca Fattura") user.click(form, "cmdCerca");
-        user.type(form, "Combo3", year);
-        user.choose(form, "Combo1", field);
-        user.type(form, "Text2", text);
-        user.click(form, "cmdCerca");
+        if (user.shown(invoice_form, "cmdCerca") == "Cerca Fattura") user.click(invoice_form, "cmdCerca");
+        user.type(invoice_form, "Combo3", year);
+        user.choose(invoice_form, "Combo1", field);
+        user.type(invoice_form, "Text2", text);
+        user.click(invoice_form, "cmdCerca");
         user.expect_none_left();
     }
     std::string cell(int row, int column) {
-        const auto* view = user.widget<QAbstractItemView>(results, "ListView1");
+        const auto* view = user.widget<QAbstractItemView>(result_window, "ListView1");
         return qt::from_qt(view->model()->index(row, column).data().toString());
     }
-    int rows() { return user.widget<QAbstractItemView>(results, "ListView1")->model()->rowCount(); }
+    int rows() { return user.widget<QAbstractItemView>(result_window, "ListView1")->model()->rowCount(); }
     /// Presses "Show" on the tool bar, types or chooses, and acts in the list that comes.
     void open_register(const std::function<void()>& choose, const std::function<void()>& acts) {
         user.expect_modal("frmSelectYear", [this, choose, acts] {
             choose();
-            user.expect_modal(results, acts);
+            user.expect_modal(result_window, acts);
             user.click("frmSelectYear", "Command1");
         });
-        user.click(form, "Toolbar1_7");
+        user.click(invoice_form, "Toolbar1_7");
         user.expect_none_left();
     }
 };
@@ -98,35 +98,35 @@ TEST_F(InvoiceLists, SixButtonsOverThreeYears) {
 TEST_F(InvoiceLists, SearchesForNoneOneAndMany) {
     enum { number, fiscal_code, vat_number, name, surname };
     start_with_some();
-    user.click(form, "cmdCerca");
-    EXPECT_FALSE(user.widget(form, "cmdNavigazione_0")->isEnabled());
-    EXPECT_FALSE(user.widget(form, "Toolbar1_1")->isVisible());
-    EXPECT_TRUE(user.widget(form, "Text2")->isVisible());
+    user.click(invoice_form, "cmdCerca");
+    EXPECT_FALSE(user.widget(invoice_form, "cmdNavigazione_0")->isEnabled());
+    EXPECT_FALSE(user.widget(invoice_form, "Toolbar1_1")->isVisible());
+    EXPECT_TRUE(user.widget(invoice_form, "Text2")->isVisible());
     user.expect_box("Nessua fattura trovata.");
     search("2006", name, "zeno [%_]");
-    EXPECT_TRUE(user.widget(form, "Text2")->isVisible()) << "what was typed can be corrected";
+    EXPECT_TRUE(user.widget(invoice_form, "Text2")->isVisible()) << "what was typed can be corrected";
 
-    user.expect_modal(results, [this] {
+    user.expect_modal(result_window, [this] {
         EXPECT_EQ(rows(), 1);
         EXPECT_EQ(cell(0, 4), "Carla");
         EXPECT_EQ(cell(0, 24), "20");
-        user.close_window(results);
+        user.close_window(result_window);
     });
     search("2006", name, "carla");
     EXPECT_EQ(on_view(), "1 - 2006") << "the close box shows the selected row";
-    EXPECT_TRUE(user.widget(form, "Toolbar1_1")->isVisible());
+    EXPECT_TRUE(user.widget(invoice_form, "Toolbar1_1")->isVisible());
 
-    user.expect_modal(results, [this] {
+    user.expect_modal(result_window, [this] {
         EXPECT_EQ(rows(), 2);
         EXPECT_EQ(cell(0, 4), "Bruno");
-        user.take_picture(results, "risultati-ricerca");
-        user.click_row(results, "ListView1", 1);
-        user.click(results, "cmdVisualizza");
+        user.take_picture(result_window, "risultati-ricerca");
+        user.click_row(result_window, "ListView1", 1);
+        user.click(result_window, "cmdVisualizza");
     });
     search("2005", surname, "ROSSI");
     EXPECT_EQ(on_view(), "1 - 2005");
 
-    user.expect_modal(results, [this] { user.double_click(results, "ListView1", 0); });
+    user.expect_modal(result_window, [this] { user.double_click(result_window, "ListView1", 0); });
     search("2005", number, "80a01");
     EXPECT_EQ(on_view(), "2 - 2005") << "a number is looked for in the fiscal codes";
 }
@@ -145,7 +145,7 @@ TEST_F(InvoiceLists, TheKeyboardAloneIsEnough) {
     // Without a row chosen there is none to show.
     open_register(all, [this] {
         user.settle();
-        user.close_window(results);
+        user.close_window(result_window);
     });
     EXPECT_EQ(on_view(), "1 - 2005");
 }
@@ -154,24 +154,24 @@ TEST_F(InvoiceLists, TheRegisterInItsThreeForms) {
     start_with_some();
     open_register([this] { user.choose("frmSelectYear", "Combo1", 1); },
                   [this] {
-                      EXPECT_EQ(user.window(results)->windowTitle(), "Tabella Fatture");
-                      EXPECT_EQ(user.shown(results, "Label1"), "Elenco Fatture");
+                      EXPECT_EQ(user.window(result_window)->windowTitle(), "Tabella Fatture");
+                      EXPECT_EQ(user.shown(result_window, "Label1"), "Elenco Fatture");
                       EXPECT_EQ(rows(), 4);
                       EXPECT_EQ(cell(0, 4), "Annalisa");
                       for (int row = 0; row < 4; ++row) EXPECT_EQ(cell(row, 24), "");
                       EXPECT_EQ(cell(0, 25), "€ 200,00");
-                      user.take_picture(results, "registro");
-                      user.click_row(results, "ListView1", 3);
-                      user.close_window(results);
+                      user.take_picture(result_window, "registro");
+                      user.click_row(result_window, "ListView1", 3);
+                      user.close_window(result_window);
                   });
     EXPECT_EQ(on_view(), "1 - 2005");
     open_register([this] { user.choose("frmSelectYear", "Combo1", 2); },
                   [this] {
-                      EXPECT_EQ(user.window(results)->windowTitle(), "Tabella Fatture (anno 2006)");
-                      EXPECT_EQ(user.shown(results, "Label1"),
+                      EXPECT_EQ(user.window(result_window)->windowTitle(), "Tabella Fatture (anno 2006)");
+                      EXPECT_EQ(user.shown(result_window, "Label1"),
                                 "Elenco Fatture dell'anno 2006 - Totale Fatture: 2");
                       EXPECT_EQ(cell(1, 24), "");
-                      user.close_window(results);
+                      user.close_window(result_window);
                   });
     EXPECT_EQ(on_view(), "1 - 2005") << "without a click on a row nothing is shown";
     open_register(
@@ -180,14 +180,15 @@ TEST_F(InvoiceLists, TheRegisterInItsThreeForms) {
             user.take_picture("frmSelectYear", "scelta-anno");
         },
         [this] {
-            EXPECT_EQ(user.shown(results, "Label1"), "Elenco Fatture dell'anno 2005 - Totale Fatture: 2");
-            user.double_click(results, "ListView1", 0);
+            EXPECT_EQ(user.shown(result_window, "Label1"),
+                      "Elenco Fatture dell'anno 2005 - Totale Fatture: 2");
+            user.double_click(result_window, "ListView1", 0);
         });
     EXPECT_EQ(on_view(), "2 - 2005");
     open_register([this] { user.type("frmSelectYear", "Combo1", "duemila"); },
                   [this] { EXPECT_EQ(rows(), 0); });
     user.expect_modal("frmSelectYear", [this] { user.choose("frmSelectYear", "Combo1", 0); });
-    user.click(form, "Toolbar1_7");
+    user.click(invoice_form, "Toolbar1_7");
 }
 
 } // namespace

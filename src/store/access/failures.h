@@ -1,14 +1,13 @@
 #pragma once
 
 #include "failure.h"
+#include "store/failure_source.h"
 
 #include <string>
 #include <string_view>
 
 /// What can go wrong with an Access file. Each cause has its own words.
 namespace tarvello::store::access {
-
-inline constexpr const char* source = "Archivio";
 
 namespace access_failure {
 inline constexpr int damaged = 3343;

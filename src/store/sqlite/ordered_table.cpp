@@ -1,6 +1,7 @@
 #include "store/ordered_table.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "store/sqlite/sqlite_file.h"
 #include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
@@ -11,8 +12,6 @@
 
 namespace tarvello::store {
 namespace {
-
-const char* const source = "Archivio";
 
 struct CloseDatabase {
     void operator()(sqlite3* database) const { sqlite3_close_v2(database); }

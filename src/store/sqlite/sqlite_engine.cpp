@@ -1,6 +1,7 @@
 #include "store/sqlite/sqlite_engine.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "store/sqlite/sqlite_file.h"
 #include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
@@ -315,7 +316,7 @@ public:
 private:
     void need_open() const {
         if (!run_.file().is_open())
-            throw Failure(failure_number::object_closed, "Archivio", "Il database è stato chiuso.");
+            throw Failure(failure_number::object_closed, source, "Il database è stato chiuso.");
     }
 
     Run run_;

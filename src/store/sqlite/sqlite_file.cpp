@@ -1,6 +1,7 @@
 #include "store/sqlite/sqlite_file.h"
 
 #include "failure.h"
+#include "store/failure_source.h"
 #include "store/like_pattern.h"
 #include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
@@ -14,8 +15,6 @@
 
 namespace tarvello::store {
 namespace {
-
-const char* const source = "Archivio";
 
 /// How long a statement waits for another program that is writing.
 constexpr int lock_wait_ms = 1000;
@@ -150,7 +149,7 @@ void SqliteFile::need_writable() const {
     struct stat status {};
     constexpr mode_t any_write = S_IWUSR | S_IWGRP | S_IWOTH;
     if (stat(path_.c_str(), &status) == 0 && (status.st_mode & any_write) == 0) fail(SQLITE_READONLY);
-    if (access(path_.c_str(), W_OK) != 0) fail(SQLITE_READONLY);
+    if (::access(path_.c_str(), W_OK) != 0) fail(SQLITE_READONLY);
 }
 
 bool SqliteFile::forget_what_is_in_doubt() {
