@@ -39,7 +39,7 @@ public:
     TextBox txtGiorniTraCuiAvvisare{FrameImpostazioni, "txtGiorniTraCuiAvvisare"};
 
     /// The fields have been filled: from now on a closing may write them.
-    bool session_loaded = false;
+    bool loaded = false;
 
     /// Makes this the route of the database. Who shows the route shows it anew, also if it is the same as
     /// before.

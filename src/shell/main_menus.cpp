@@ -16,7 +16,7 @@ namespace tarvello {
 
 void MDIForm1::connect_menus() {
     mnuApri.on_click = [this] { open_database(); };
-    mnuChiudiDatabase.on_click = [this] { close_database(); };
+    session.mnuChiudiDatabase.on_click = [this] { close_database(); };
     CercaFile.on_click = [this] { find_files(); };
     mnuFileExit.on_click = [this] { exit(); };
 
@@ -37,23 +37,23 @@ void MDIForm1::open_database() {
     if (!chosen) return;
     // An open database is not closed first. The store refuses a second one: then the title shows the new
     // file, the connection stays on the old one, and the session counts as not connected.
-    take_route(*chosen);
+    session.take_route(*chosen);
     if (ApriDatabase(program_)) {
         program_.message("Database caricato correttamente.", BoxIcon::information);
-        mnuChiudiDatabase.set_enabled(true);
+        session.mnuChiudiDatabase.set_enabled(true);
     } else {
         program_.message("Errore nel caricamento del database.", BoxIcon::critical);
-        mnuChiudiDatabase.set_enabled(false);
+        session.mnuChiudiDatabase.set_enabled(false);
     }
 }
 
 void MDIForm1::close_database() {
-    const MessageBox question{"Chiudere: " + txtDatabaseRoute.text() + "?", "Tarvello 4", BoxIcon::question,
-                              BoxButtons::yes_no, 1};
+    const MessageBox question{"Chiudere: " + session.txtDatabaseRoute.text() + "?", "Tarvello 4",
+                              BoxIcon::question, BoxButtons::yes_no, 1};
     if (program_.platform().boxes.show(question) != Answer::yes) return;
     ChiudiDatabase(program_);
     set_caption("Tarvello - [Nessun Databsase Caricato]");
-    mnuChiudiDatabase.set_enabled(false);
+    session.mnuChiudiDatabase.set_enabled(false);
 }
 
 void MDIForm1::find_files() {

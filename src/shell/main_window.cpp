@@ -30,21 +30,20 @@ constexpr int least_height = 9000;
 
 } // namespace
 
-MDIForm1::MDIForm1(Program& program)
-    : Form(program, "MDIForm1"), SessionFields(program, *this), program_(program) {
+MDIForm1::MDIForm1(Program& program) : Form(program, "MDIForm1"), session(program, *this), program_(program) {
     set_texts();
     connect_menus();
     connect_panel();
-    txtDatabaseRoute.on_change = [this] { show_route(); };
+    session.txtDatabaseRoute.on_change = [this] { show_route(); };
 }
 
-void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + txtDatabaseRoute.text() + "]"); }
+void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + session.txtDatabaseRoute.text() + "]"); }
 
 void MDIForm1::set_texts() {
     set_caption("Tarvello 4");
     mnuFile.set_caption("&File");
     mnuApri.set_caption("&Apri                    ");
-    mnuChiudiDatabase.set_caption("Chiudi");
+    session.mnuChiudiDatabase.set_caption("Chiudi");
     CercaFile.set_caption("&Cerca File");
     mnuFileExit.set_caption("&Esci");
     Visualizza.set_caption("&Menù");

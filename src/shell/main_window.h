@@ -14,7 +14,7 @@ class Program;
 ///
 /// Whether a database is connected shows on the commands that need one only when the pointer next moves over
 /// the window: directly after a change they keep their old state.
-class MDIForm1 : public Form, public SessionFields {
+class MDIForm1 : public Form {
 public:
     explicit MDIForm1(Program& program);
 
@@ -52,6 +52,9 @@ public:
     StatusBar StatusBar2{*this, "StatusBar2"};
     /// What the command under the pointer does.
     StatusBar sbStatusBar{*this, "sbStatusBar"};
+
+    /// The holder fields, and the menu entry that says whether a database is connected.
+    SessionFields session;
 
 protected:
     bool on_query_unload(UnloadReason reason) override;

@@ -44,43 +44,44 @@ void replace(TextBox& field, std::initializer_list<std::string_view> missing, co
     if (std::find(missing.begin(), missing.end(), field.text()) != missing.end()) field.set_text(value);
 }
 
-void read_settings(Program& program, MDIForm1& main) {
-    for (TextBox* field : {&main.txtPercorsoLogo, &main.txt_IVA_default, &main.txt_Ritenuta_default,
-                           &main.txt_RitenutaSu_default, &main.txt_RIVALSA_default}) {
+void read_settings(Program& program, SessionFields& session) {
+    for (TextBox* field : {&session.txtPercorsoLogo, &session.txt_IVA_default, &session.txt_Ritenuta_default,
+                           &session.txt_RitenutaSu_default, &session.txt_RIVALSA_default}) {
         ReadTextSetting(program, *field);
     }
-    for (TextBox* field : {&main.txtPercorsoLogo, &main.txt_IVA_default, &main.txt_RitenutaSu_default,
-                           &main.txt_Ritenuta_default, &main.txt_RIVALSA_default}) {
+    for (TextBox* field :
+         {&session.txtPercorsoLogo, &session.txt_IVA_default, &session.txt_RitenutaSu_default,
+          &session.txt_Ritenuta_default, &session.txt_RIVALSA_default}) {
         replace(*field, {"False"}, "");
     }
-    ReadTextSetting(program, main.txtModelloReport);
-    replace(main.txtModelloReport, {"", "false", "False", "falso", "Falso"}, "1");
-    ReadTextSetting(program, main.txtContatoreAccessi);
-    replace(main.txtContatoreAccessi, {"", "false", "False", "falso", "Falso"}, "1");
-    ReadTextSetting(program, main.txtDatabaseRoute);
-    replace(main.txtDatabaseRoute, {"", "False", "false", "Falso"},
+    ReadTextSetting(program, session.txtModelloReport);
+    replace(session.txtModelloReport, {"", "false", "False", "falso", "Falso"}, "1");
+    ReadTextSetting(program, session.txtContatoreAccessi);
+    replace(session.txtContatoreAccessi, {"", "false", "False", "falso", "Falso"}, "1");
+    ReadTextSetting(program, session.txtDatabaseRoute);
+    replace(session.txtDatabaseRoute, {"", "False", "false", "Falso"},
             program.in_program_directory(default_database));
-    ReadTextSetting(program, main.txtProfessione);
+    ReadTextSetting(program, session.txtProfessione);
 }
 
-void read_backup_settings(Program& program, MDIForm1& main) {
-    ReadValueSetting(program, main.CheckBoxBackup);
-    ReadValueSetting(program, main.CheckEscludiRivalsaImponibile);
-    ReadTextSetting(program, main.TxtDestinazioneBackup);
-    replace(main.TxtDestinazioneBackup, {"", "False"}, program.in_program_directory(default_backup));
+void read_backup_settings(Program& program, SessionFields& session) {
+    ReadValueSetting(program, session.CheckBoxBackup);
+    ReadValueSetting(program, session.CheckEscludiRivalsaImponibile);
+    ReadTextSetting(program, session.TxtDestinazioneBackup);
+    replace(session.TxtDestinazioneBackup, {"", "False"}, program.in_program_directory(default_backup));
 }
 
-void ask_name_at_first_run(Program& program, const MDIForm1& main) {
-    if (leading_number(main.txtContatoreAccessi.text()) != 1) return;
+void ask_name_at_first_run(Program& program, const SessionFields& session) {
+    if (leading_number(session.txtContatoreAccessi.text()) != 1) return;
     program.form<frmRegister>().show_modal();
 }
 
-void back_up(Program& program, MDIForm1& main) {
-    if (!main.CheckBoxBackup.checked() || EseguiBackupAutomatico(program)) return;
+void back_up(Program& program, SessionFields& session) {
+    if (!session.CheckBoxBackup.checked() || EseguiBackupAutomatico(program)) return;
     // It is the route of the database that goes back to its default, not the place of the backup: after a
     // failed copy the next session starts on the default database.
-    main.txtDatabaseRoute.set_text(program.in_program_directory(default_database));
-    SaveTextSetting(program, main.txtDatabaseRoute);
+    session.txtDatabaseRoute.set_text(program.in_program_directory(default_database));
+    SaveTextSetting(program, session.txtDatabaseRoute);
 }
 
 template <typename FormType>
@@ -104,28 +105,29 @@ void load_session(Program& program) {
     if (auto* splash = program.loaded<frmSplash>()) splash->unload();
     LeggiNomeIntestatario(program);
     ControllaAggiornamenti(program);
-    skip_failures([&] { read_settings(program, main); }, [&] { ask_name_at_first_run(program, main); },
-                  [&] { ApriDatabase(program); }, [&] { read_backup_settings(program, main); });
-    main.session_loaded = true;
+    skip_failures([&] { read_settings(program, main.session); },
+                  [&] { ask_name_at_first_run(program, main.session); }, [&] { ApriDatabase(program); },
+                  [&] { read_backup_settings(program, main.session); });
+    main.session.loaded = true;
 }
 
 void close_session(Program& program, UnloadReason reason) {
-    MDIForm1& main = program.form<MDIForm1>();
+    SessionFields& session = program.session();
     const bool desktop_ends = reason == UnloadReason::shut_down;
     skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::code); });
-    for (TextBox* field :
-         {&main.txtDatabaseRoute, &main.txtProfessione, &main.txt_IVA_default, &main.txt_Ritenuta_default,
-          &main.txt_RitenutaSu_default, &main.txt_RIVALSA_default, &main.txtPercorsoLogo}) {
+    for (TextBox* field : {&session.txtDatabaseRoute, &session.txtProfessione, &session.txt_IVA_default,
+                           &session.txt_Ritenuta_default, &session.txt_RitenutaSu_default,
+                           &session.txt_RIVALSA_default, &session.txtPercorsoLogo}) {
         skip_failures([&] { SaveTextSetting(program, *field); });
     }
     skip_failures(
         [&] {
-            const auto sessions = to_int16(leading_number(main.txtContatoreAccessi.text()) + 1);
-            main.txtContatoreAccessi.set_text(std::to_string(sessions));
+            const auto sessions = to_int16(leading_number(session.txtContatoreAccessi.text()) + 1);
+            session.txtContatoreAccessi.set_text(std::to_string(sessions));
         },
-        [&] { SaveTextSetting(program, main.txtContatoreAccessi); }, [&] { ChiudiDatabase(program); },
-        [&] { SaveValueSetting(program, main.CheckEscludiRivalsaImponibile); },
-        [&] { back_up(program, main); });
+        [&] { SaveTextSetting(program, session.txtContatoreAccessi); }, [&] { ChiudiDatabase(program); },
+        [&] { SaveValueSetting(program, session.CheckEscludiRivalsaImponibile); },
+        [&] { back_up(program, session); });
 }
 
 void LeggiNomeIntestatario(Program& program) {
@@ -143,7 +145,7 @@ void UnloadAllForms(Program& program, UnloadReason reason) {
 
 void end_with_desktop(Program& program) {
     MDIForm1* const main = program.loaded<MDIForm1>();
-    if (main && main->session_loaded) {
+    if (main && main->session.loaded) {
         main->unload(UnloadReason::shut_down);
     } else {
         program.platform().windows.quit();

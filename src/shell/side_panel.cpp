@@ -52,7 +52,7 @@ void MDIForm1::pointer_over(const Control* part) {
 }
 
 void MDIForm1::follow_connection() {
-    const bool connected = mnuChiudiDatabase.enabled();
+    const bool connected = session.mnuChiudiDatabase.enabled();
     for (const std::size_t command :
          {side_command::customers, side_command::invoices, side_command::letterhead}) {
         Label2[command].set_enabled(connected);

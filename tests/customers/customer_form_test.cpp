@@ -242,9 +242,9 @@ TEST_F(CustomerForm, DeletingTheLastCustomerLeavesEmptyBoxes) {
 
 TEST_F(CustomerForm, PagingWithoutADatabaseClosesTheForm) {
     for (const std::size_t to : {command::first, command::previous, command::next, command::last}) {
-        program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(true);
+        program->session().mnuChiudiDatabase.set_enabled(true);
         form().show();
-        program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(false);
+        program->session().mnuChiudiDatabase.set_enabled(false);
         boxes().expect(box("Nessun database connesso.", BoxIcon::information));
         form().cmd[to].click();
         EXPECT_EQ(program->loaded<frmClienti>(), nullptr);

@@ -53,7 +53,7 @@ struct DatabaseTools : testing::ProgramTest {
 TEST_F(DatabaseTools, AutomaticBackupReplacesTheOneBefore) {
     given_customer({{"Nome", "Anna"}});
     program->database().dbConnection.close();
-    main().TxtDestinazioneBackup.set_text(in_folder("copia.bak"));
+    main().session.TxtDestinazioneBackup.set_text(in_folder("copia.bak"));
     std::ofstream(in_folder("copia.bak")) << "an older backup";
     EXPECT_TRUE(EseguiBackupAutomatico(*program));
     EXPECT_EQ(bytes_of(in_folder("copia.bak")), bytes_of(database_path));
@@ -67,7 +67,7 @@ TEST_F(DatabaseTools, AutomaticBackupWithoutDestinationOrPlace) {
                     "Tarvello 4", BoxIcon::exclamation});
     EXPECT_TRUE(EseguiBackupAutomatico(*program));
 
-    main().TxtDestinazioneBackup.set_text(in_folder("nessuna/cartella/copia.bak"));
+    main().session.TxtDestinazioneBackup.set_text(in_folder("nessuna/cartella/copia.bak"));
     boxes().expect({"Si è verificato un errore durante il backup. \n"
                     "Se l'errore dovesse ripetersi controllare le impostazioni di backup.",
                     "Tarvello 4", BoxIcon::critical});
@@ -78,7 +78,7 @@ TEST_F(DatabaseTools, BackupSettingsAreSavedOnDemand) {
     EXPECT_FALSE(form().cmdSaveBackupSettings.enabled());
     EXPECT_FALSE(form().OptionDestinazioneDefault.enabled());
     form().CheckBoxBackup.click();
-    EXPECT_TRUE(main().CheckBoxBackup.checked());
+    EXPECT_TRUE(main().session.CheckBoxBackup.checked());
     EXPECT_EQ(form().Label6.caption(), "Attivo");
     EXPECT_TRUE(form().cmdSaveBackupSettings.enabled());
 
@@ -89,7 +89,7 @@ TEST_F(DatabaseTools, BackupSettingsAreSavedOnDemand) {
 
     form().OptionDestinazioneBackup.click();
     form().TxtDestinazioneBackup.type("/mnt/chiave/a.bak");
-    EXPECT_EQ(main().TxtDestinazioneBackup.text(), "/mnt/chiave/a.bak");
+    EXPECT_EQ(main().session.TxtDestinazioneBackup.text(), "/mnt/chiave/a.bak");
     form().OptionDestinazioneDefault.click();
     EXPECT_EQ(form().TxtDestinazioneBackup.text(), in_folder("tarvello.bak"));
     form().TxtDestinazioneBackup.type("x");
@@ -190,7 +190,7 @@ TEST_F(DatabaseTools, RestoreMovesToTheRestoredFile) {
     boxes().expect("Ripristino file di backup completato.\nOrigine Dati:      " + in_folder("copia.bak") +
                    "\nDestinazione:    " + in_folder("ripreso"));
     form().Command5.click();
-    EXPECT_EQ(main().txtDatabaseRoute.text(), in_folder("ripreso")) << "no extension is added";
+    EXPECT_EQ(main().session.txtDatabaseRoute.text(), in_folder("ripreso")) << "no extension is added";
     EXPECT_EQ(first_customer(), "Bruno");
     EXPECT_TRUE(fs::exists(database_path)) << "the old file stays";
 }
@@ -203,7 +203,7 @@ TEST_F(DatabaseTools, AFailedRestoreLeavesTheConnectionClosed) {
     boxes().expect("Si conferma l'operazione di ripristino?", Answer::yes);
     form().Command5.click(); // no file was chosen
     EXPECT_FALSE(connected());
-    EXPECT_EQ(main().txtDatabaseRoute.text(), database_path);
+    EXPECT_EQ(main().session.txtDatabaseRoute.text(), database_path);
     EXPECT_EQ(fake.copy_dialog.failures.size(), 1U) << "the copy itself says why";
 }
 
@@ -212,7 +212,7 @@ TEST_F(DatabaseTools, ACopyThatFailsReopensTheDatabase) {
     form().cmdImpExp.click(); // the prompts are no paths
     EXPECT_EQ(fake.copy_dialog.failures.size(), 1U);
     EXPECT_TRUE(connected());
-    EXPECT_TRUE(main().mnuChiudiDatabase.enabled());
+    EXPECT_TRUE(main().session.mnuChiudiDatabase.enabled());
 }
 
 } // namespace

@@ -80,7 +80,7 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
     std::string title() { return qt::from_qt(user.window("MDIForm1")->windowTitle()); }
-    std::string route() { return program().form<MDIForm1>().txtDatabaseRoute.text(); }
+    std::string route() { return program().session().txtDatabaseRoute.text(); }
     bool connected() { return program().database().dbConnection.is_open(); }
 
     void choose_database(const std::string& path) {
@@ -174,7 +174,7 @@ TEST_F(DatabaseToolsOnScreen, TheBackupAtExitIsSwitchedOnAndOff) {
     finish();
     EXPECT_EQ(bytes_of(in_program("tarvello.bak")), first) << "switched off, the older copy stays";
     start();
-    EXPECT_FALSE(program().form<MDIForm1>().CheckBoxBackup.checked());
+    EXPECT_FALSE(program().session().CheckBoxBackup.checked());
     finish();
 }
 
@@ -363,7 +363,7 @@ TEST_F(DatabaseToolsOnScreen, AnotherDatabaseIsChosen) {
     user.click(tools, "Option1_0");
     user.click(tools, "cmdApriDB"); // not a word, and no database
     EXPECT_FALSE(connected());
-    EXPECT_FALSE(program().form<MDIForm1>().mnuChiudiDatabase.enabled());
+    EXPECT_FALSE(program().session().mnuChiudiDatabase.enabled());
     EXPECT_EQ(title(), "Tarvello 4 - [" + database + "]");
     user.move_mouse_over("MDIForm1", "Image1");
     EXPECT_FALSE(user.widget("MDIForm1", "Label2_0")->isEnabled());

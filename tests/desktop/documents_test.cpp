@@ -120,10 +120,10 @@ TEST_F(Documents, LayoutAndTemplateAreChosen) {
     turn_to(1);
     user.widget(form, "ListModelliReport")->setFocus(Qt::TabFocusReason);
     user.press(Qt::Key_Down);
-    EXPECT_EQ(program().form<MDIForm1>().txtModelloReport.text(), "1");
+    EXPECT_EQ(program().session().txtModelloReport.text(), "1");
     EXPECT_TRUE(user.widget(form, "Command6")->isEnabled()) << "by the keyboard, from the first row on";
     user.click_row(form, "ListModelliReport", 1);
-    EXPECT_EQ(program().form<MDIForm1>().txtModelloReport.text(), "2");
+    EXPECT_EQ(program().session().txtModelloReport.text(), "2");
     user.click(form, "Command6");
     EXPECT_FALSE(user.widget(form, "Command6")->isEnabled());
 
@@ -174,8 +174,8 @@ protected:
             "'Sopralluoghi','€ 300,00','','','','','Sì','2','€ 270,69','€ 13.805,25','20','€ 2.761,05','Sì',"
             "'€ 14,62','art. 15 D.P.R. 633/72','€ 16.580,92','Sì','20','100','€ 2.706,91','€ 13.874,01','Sì',"
             "'Banca di Roma\nABI: 03002\nCAB: 03200\nC/C: 000123456')");
-        program().form<MDIForm1>().txtProfessione.set_text("Contributo integrativo");
-        program().form<MDIForm1>().txtModelloReport.set_text("1");
+        program().session().txtProfessione.set_text("Contributo integrativo");
+        program().session().txtModelloReport.set_text("1");
         user.choose_menu("MDIForm1", "mnuFatture");
     }
 
@@ -260,7 +260,7 @@ TEST_F(Printing, WithoutATemplateTheLetterheadComes) {
 
 TEST_F(Printing, ThePreviewEnlargesAndMakesAPdf) {
     for (const std::string layout : {"1", "2"}) {
-        program().form<MDIForm1>().txtModelloReport.set_text(layout);
+        program().session().txtModelloReport.set_text(layout);
         const std::string report = "DataReport" + layout;
         const std::string path = in_program("fattura" + layout);
         const auto press = [&](const char* action) {

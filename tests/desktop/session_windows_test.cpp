@@ -19,7 +19,7 @@ TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
     user.expect_none_left();
     EXPECT_FALSE(user.is_shown("frmSplash"));
     EXPECT_EQ(program().NomeIntestatario, "Studio Rossi");
-    EXPECT_TRUE(program().form<MDIForm1>().mnuChiudiDatabase.enabled()) << "the shipped database is open";
+    EXPECT_TRUE(program().session().mnuChiudiDatabase.enabled()) << "the shipped database is open";
     EXPECT_EQ(qt::from_qt(user.window("MDIForm1")->windowTitle()),
               "Tarvello 4 - [" + program_folder() + "/tarvello.mdb]");
     user.take_picture("MDIForm1", "finestra-principale");
@@ -28,7 +28,7 @@ TEST_F(SessionWindows, TheFirstStartAsksAndTheSecondDoesNot) {
     user.expect_modal("DialogAggiornamento"); // put off, it comes again
     start_with_splash();
     user.expect_none_left();
-    EXPECT_EQ(program().form<MDIForm1>().txtContatoreAccessi.text(), "2");
+    EXPECT_EQ(program().session().txtContatoreAccessi.text(), "2");
     finish();
 }
 

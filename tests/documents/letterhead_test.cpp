@@ -56,7 +56,7 @@ TEST_F(Letterhead, SavesOneRowAndShowsItAgain) {
                                                       {"CAB", "03200"},
                                                       {"CC", "00012344"}};
     EXPECT_EQ(rows()[0], expected);
-    EXPECT_TRUE(main().mnuChiudiDatabase.enabled()) << "the connection has been renewed";
+    EXPECT_TRUE(main().session.mnuChiudiDatabase.enabled()) << "the connection has been renewed";
 
     form().Command1[1].click();
     program->NomeIntestatario = "Studio Verdi";
@@ -123,7 +123,7 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
     form().Command7.click();
     EXPECT_EQ(fake.dialogs.last().title, "Seleziona Logo");
     EXPECT_EQ(fake.dialogs.last().filters.at(0).pattern, "*.JPG");
-    EXPECT_EQ(main().txtPercorsoLogo.text(), logo);
+    EXPECT_EQ(main().session.txtPercorsoLogo.text(), logo);
     EXPECT_EQ(form().PicDest.picture(), logo);
     EXPECT_FALSE(form().PicDest.painted()) << "at its own size";
 
@@ -136,7 +136,7 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
     EXPECT_EQ(form().PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
 
     form().Command8.click();
-    EXPECT_EQ(main().txtPercorsoLogo.text(), "");
+    EXPECT_EQ(main().session.txtPercorsoLogo.text(), "");
     EXPECT_EQ(form().PicDest.picture(), "");
     EXPECT_FALSE(form().CheckAdattaLogo.enabled());
     EXPECT_FALSE(form().Command8.enabled());
@@ -168,7 +168,7 @@ TEST_F(Letterhead, ALogoThatIsNoPicture) {
     EXPECT_TRUE(form().Command8.enabled());
     fake.dialogs.answer_next(std::nullopt);
     form().Command7.click();
-    EXPECT_EQ(main().txtPercorsoLogo.text(), app + "/testo.jpg");
+    EXPECT_EQ(main().session.txtPercorsoLogo.text(), app + "/testo.jpg");
 }
 
 TEST_F(Letterhead, TheLayoutIsStoredByItsOwnButton) {
@@ -176,7 +176,7 @@ TEST_F(Letterhead, TheLayoutIsStoredByItsOwnButton) {
               (std::vector<std::string>{"Arial (modello-1)", "Thaoma (modello-2)"}));
     EXPECT_EQ(form().ListModelliReport.list_index(), -1);
     form().ListModelliReport.choose(1);
-    EXPECT_EQ(main().txtModelloReport.text(), "2");
+    EXPECT_EQ(main().session.txtModelloReport.text(), "2");
     EXPECT_FALSE(fake.settings.get("txtModelloReport"));
     form().Command6.click();
     EXPECT_EQ(fake.settings.get("txtModelloReport"), "2");

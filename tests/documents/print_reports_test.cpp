@@ -6,7 +6,7 @@ namespace tarvello {
 namespace {
 
 struct PrintReports : testing::PrintingTest {
-    PrintReports() { program->form<MDIForm1>().txtModelloReport.set_text("1"); }
+    PrintReports() { program->session().txtModelloReport.set_text("1"); }
 
     Report printed() {
         form().cmdStampaFattura.click();
@@ -113,7 +113,7 @@ TEST_F(PrintReports, TheTwoDifferInFontsAlone) {
 
 TEST_F(PrintReports, TheLayoutIsTheOneInForce) {
     given(full_letterhead(), full_invoice());
-    TextBox& layout = program->form<MDIForm1>().txtModelloReport;
+    TextBox& layout = program->session().txtModelloReport;
     layout.set_text("2");
     EXPECT_EQ(printed().name, "DataReport2");
     for (const char* other : {"3", "1,5", "99999"}) {
@@ -132,7 +132,7 @@ TEST_F(PrintReports, TheLayoutIsTheOneInForce) {
 TEST_F(PrintReports, TheLogo) {
     given(full_letterhead(), full_invoice());
     EXPECT_EQ(printed().sections[0].image("ImageLogo").path, "");
-    TextBox& path = program->form<MDIForm1>().txtPercorsoLogo;
+    TextBox& path = program->session().txtPercorsoLogo;
     path.set_text("/logo.gif");
     boxes().expect({"Impossibile eseguire la stampa.", "Tarvello 4", BoxIcon::critical});
     printed();

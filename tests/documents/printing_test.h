@@ -69,7 +69,7 @@ struct PrintingTest : ProgramTest {
         return columns;
     }
 
-    PrintingTest() { program->form<MDIForm1>().txtProfessione.set_text("Rivalsa INPS"); }
+    PrintingTest() { program->session().txtProfessione.set_text("Rivalsa INPS"); }
 
     frmTarvello& form() { return program->form<frmTarvello>(); }
     /// Replaces the letterhead and adds an invoice, on which the form comes up.

@@ -14,7 +14,7 @@ struct InvoiceFormTest : ProgramTest {
     using Row = std::map<std::string, std::string>;
 
     frmTarvello& form() { return program->form<frmTarvello>(); }
-    MDIForm1& settings() { return program->form<MDIForm1>(); }
+    SessionFields& settings() { return program->session(); }
 
     void press(const std::string& key) { form().Toolbar1.press(key); }
 

@@ -68,7 +68,7 @@ TEST_F(Navigation, AnEmptyFormIgnoresEveryButton) {
 TEST_F(Navigation, WithoutADatabaseTheFormCloses) {
     given_invoice();
     form();
-    program->form<MDIForm1>().mnuChiudiDatabase.set_enabled(false);
+    program->session().mnuChiudiDatabase.set_enabled(false);
     boxes().expect({"Nessun database connesso.", "Tarvello 4", BoxIcon::information});
     form().cmdNavigazione[next].click();
     EXPECT_EQ(program->loaded<frmTarvello>(), nullptr);

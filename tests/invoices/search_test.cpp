@@ -190,7 +190,7 @@ TEST_F(InvoiceSearch, ARowHasTheColumnsUnderTheirHeaders) {
     values["Data_Fattura"] = "05/03/2006";
     given_invoice(values);
     given_invoice({{"Nome", "Nome"}, {"Percentuale_Rivalsa", "4"}, {"Percentuale_Ritenuta", "20"}});
-    program->form<MDIForm1>().txtProfessione.set_text("Cassa");
+    program->session().txtProfessione.set_text("Cassa");
     expect_results({"1", "12"}, [&](frmRisultatiRicercaFatture& results) {
         const ListRows& rows = results.ListView1.rows();
         const auto& columns = results.ListView1.columns();

@@ -32,8 +32,8 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
                              platform.shipped_directory,
                              platform.separator};
         program = std::make_unique<Program>(with_office);
-        program->form<MDIForm1>().txtDatabaseRoute.set_text(database_path);
-        program->form<MDIForm1>().txtProfessione.set_text("Rivalsa INPS");
+        program->session().txtDatabaseRoute.set_text(database_path);
+        program->session().txtProfessione.set_text("Rivalsa INPS");
         program->database().dbConnection.open(database_path);
     }
 

@@ -25,7 +25,7 @@ struct TaxPreferences : ProgramTest {
 };
 
 TEST_F(TaxPreferences, FirstOpening) {
-    main.txtProfessione.set_text("False");
+    main.session.txtProfessione.set_text("False");
     form().show();
     EXPECT_EQ(form().Label13.caption(), "False");
     for (const Label* label : {&form().Label14, &form().Label17, &form().Label18}) {
@@ -40,16 +40,16 @@ TEST_F(TaxPreferences, TheWording) {
     form().Option2.click();
     EXPECT_EQ(form().Text1.text(), "Indicare la dicitura desiderata");
     save_surcharge();
-    EXPECT_EQ(main.txtProfessione.text(), "Indicare la dicitura desiderata");
+    EXPECT_EQ(main.session.txtProfessione.text(), "Indicare la dicitura desiderata");
     form().Text1.place_caret(0, 100);
     form().Text1.type("Cassa geometri");
     save_surcharge();
-    EXPECT_EQ(main.txtProfessione.text(), "Cassa geometri");
+    EXPECT_EQ(main.session.txtProfessione.text(), "Cassa geometri");
     reopen();
     EXPECT_EQ(form().Label13.caption(), "Cassa geometri");
     form().CheckEscludiRivalsaImponibile.click();
     save_surcharge();
-    EXPECT_EQ(main.txtProfessione.text(), "Rivalsa") << "a load chooses the first option again";
+    EXPECT_EQ(main.session.txtProfessione.text(), "Rivalsa") << "a load chooses the first option again";
 }
 
 TEST_F(TaxPreferences, RateAndBoxGoTogether) {
@@ -64,7 +64,7 @@ TEST_F(TaxPreferences, RateAndBoxGoTogether) {
     form().ComboRivalsa.type("3");
     EXPECT_TRUE(form().Check1.checked()) << "only exactly 2 unticks it";
     save_surcharge();
-    EXPECT_EQ(main.txt_RIVALSA_default.text(), "3");
+    EXPECT_EQ(main.session.txt_RIVALSA_default.text(), "3");
     EXPECT_EQ(fake.settings.get("Check1", "value"), "1");
 
     reopen();
@@ -73,7 +73,7 @@ TEST_F(TaxPreferences, RateAndBoxGoTogether) {
     EXPECT_EQ(form().Label18.caption(), "---") << "the box with another rate leaves the label";
     EXPECT_TRUE(nothing_to_save());
 
-    main.txt_RIVALSA_default.set_text("4");
+    main.session.txt_RIVALSA_default.set_text("4");
     reopen();
     EXPECT_EQ(form().Label18.caption(), "4 % (Inclusa nel calcolo R.A.)");
     form().Check1.click();
@@ -85,11 +85,11 @@ TEST_F(TaxPreferences, RateAndBoxGoTogether) {
 
 TEST_F(TaxPreferences, TheExclusionReachesTheMainWindowBeforeTheSave) {
     form().CheckEscludiRivalsaImponibile.click();
-    EXPECT_TRUE(main.CheckEscludiRivalsaImponibile.checked());
+    EXPECT_TRUE(main.session.CheckEscludiRivalsaImponibile.checked());
     EXPECT_FALSE(fake.settings.get("CheckEscludiRivalsaImponibile", "value"));
     reopen();
     EXPECT_FALSE(form().CheckEscludiRivalsaImponibile.checked()) << "the store knows nothing of it";
-    EXPECT_TRUE(main.CheckEscludiRivalsaImponibile.checked());
+    EXPECT_TRUE(main.session.CheckEscludiRivalsaImponibile.checked());
     form().CheckEscludiRivalsaImponibile.click();
     save_surcharge();
     EXPECT_EQ(fake.settings.get("CheckEscludiRivalsaImponibile", "value"), "1");
@@ -102,8 +102,8 @@ TEST_F(TaxPreferences, VatAndWithholding) {
     form().ComboRitenutaSu.type("80");
     form().ComboRitenuta.choose(0);
     save(form().Command4, "Impostazioni Ritenuta d'Acconto salvate correttamente.");
-    EXPECT_EQ(main.txt_IVA_default.text(), "Esente");
-    EXPECT_EQ(main.txt_RitenutaSu_default.text(), "80");
+    EXPECT_EQ(main.session.txt_IVA_default.text(), "Esente");
+    EXPECT_EQ(main.session.txt_RitenutaSu_default.text(), "80");
     EXPECT_FALSE(fake.settings.get("txt_IVA_default")) << "the rates are stored at closing";
     reopen();
     EXPECT_EQ(form().Label14.caption(), "Esente %");

@@ -12,30 +12,30 @@ struct Settings : ProgramTest {
 };
 
 TEST_F(Settings, TextsLiveUnderTheNameOfTheControl) {
-    main.txt_IVA_default.set_text("");
-    SaveTextSetting(*program, main.txt_IVA_default);
+    main.session.txt_IVA_default.set_text("");
+    SaveTextSetting(*program, main.session.txt_IVA_default);
     EXPECT_EQ(fake.settings.get("txt_IVA_default"), "");
-    main.txt_IVA_default.set_text("20");
-    ReadTextSetting(*program, main.txt_IVA_default);
-    EXPECT_EQ(main.txt_IVA_default.text(), "") << "a stored empty text is no missing one";
-    ReadTextSetting(*program, main.txt_Ritenuta_default);
-    EXPECT_EQ(main.txt_Ritenuta_default.text(), "False");
+    main.session.txt_IVA_default.set_text("20");
+    ReadTextSetting(*program, main.session.txt_IVA_default);
+    EXPECT_EQ(main.session.txt_IVA_default.text(), "") << "a stored empty text is no missing one";
+    ReadTextSetting(*program, main.session.txt_Ritenuta_default);
+    EXPECT_EQ(main.session.txt_Ritenuta_default.text(), "False");
 }
 
 TEST_F(Settings, ReadingATextIsAChangeWhoseFailureIsSilent) {
     fake.settings.set("txtProfessione", "text", "Cassa");
     int changes = 0;
-    main.txtProfessione.on_change = [&] {
+    main.session.txtProfessione.on_change = [&] {
         ++changes;
         throw Failure(5, "test", "ignorata");
     };
-    ReadTextSetting(*program, main.txtProfessione);
+    ReadTextSetting(*program, main.session.txtProfessione);
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(main.txtProfessione.text(), "Cassa");
+    EXPECT_EQ(main.session.txtProfessione.text(), "Cassa");
 }
 
 TEST_F(Settings, AMissingOrStrangeValueLeavesTheBoxAsItIs) {
-    CheckBox& box = main.CheckBoxBackup;
+    CheckBox& box = main.session.CheckBoxBackup;
     box.set_checked(true);
     for (const char* stored : {"", "False", "True", "2", "1 1"}) {
         if (*stored) fake.settings.set("CheckBoxBackup", "value", stored);

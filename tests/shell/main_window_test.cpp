@@ -29,7 +29,7 @@ TEST_F(MainWindow, OpeningOverAnOpenDatabaseFailsAndLeavesTheConnection) {
     main.mnuApri.click();
     EXPECT_EQ(fake.dialogs.last().title, "Apri Database");
     EXPECT_EQ(main.caption(), "Tarvello 4 - [" + other + "]");
-    EXPECT_FALSE(main.mnuChiudiDatabase.enabled());
+    EXPECT_FALSE(main.session.mnuChiudiDatabase.enabled());
     EXPECT_TRUE(program->database().dbConnection.is_open());
 }
 
@@ -37,32 +37,32 @@ TEST_F(MainWindow, CloseThenOpenAnother) {
     const MessageBox question{"Chiudere: " + database_path + "?", "Tarvello 4", BoxIcon::question,
                               BoxButtons::yes_no, 1};
     boxes().expect(question, Answer::no);
-    main.mnuChiudiDatabase.click();
-    EXPECT_TRUE(main.mnuChiudiDatabase.enabled());
+    main.session.mnuChiudiDatabase.click();
+    EXPECT_TRUE(main.session.mnuChiudiDatabase.enabled());
     boxes().expect(question, Answer::yes);
-    main.mnuChiudiDatabase.click();
-    EXPECT_FALSE(main.mnuChiudiDatabase.enabled());
+    main.session.mnuChiudiDatabase.click();
+    EXPECT_FALSE(main.session.mnuChiudiDatabase.enabled());
     EXPECT_EQ(main.caption(), "Tarvello - [Nessun Databsase Caricato]");
-    EXPECT_EQ(main.txtDatabaseRoute.text(), database_path);
+    EXPECT_EQ(main.session.txtDatabaseRoute.text(), database_path);
 
     fake.dialogs.answer_next(database_path);
     boxes().expect("Database caricato correttamente.");
     main.mnuApri.click();
     EXPECT_EQ(main.caption(), "Tarvello 4 - [" + database_path + "]") << "the same file again";
     boxes().expect(question, Answer::yes);
-    main.mnuChiudiDatabase.click();
+    main.session.mnuChiudiDatabase.click();
 
     const std::string broken = fake.program_directory + "/rotto.mdb";
     std::ofstream(broken) << "questo non è un archivio";
     fake.dialogs.answer_next(broken);
     boxes().expect("Errore nel caricamento del database.");
     main.mnuApri.click();
-    EXPECT_FALSE(main.mnuChiudiDatabase.enabled());
+    EXPECT_FALSE(main.session.mnuChiudiDatabase.enabled());
 
     fake.dialogs.answer_next(another_database());
     boxes().expect({"Database caricato correttamente.", "Tarvello 4", BoxIcon::information});
     main.mnuApri.click();
-    EXPECT_TRUE(main.mnuChiudiDatabase.enabled());
+    EXPECT_TRUE(main.session.mnuChiudiDatabase.enabled());
 }
 
 TEST_F(MainWindow, ACancelledDialogChangesNothing) {
@@ -70,7 +70,7 @@ TEST_F(MainWindow, ACancelledDialogChangesNothing) {
     fake.dialogs.answer_next(std::nullopt);
     main.mnuApri.click();
     EXPECT_EQ(main.caption(), caption);
-    EXPECT_TRUE(main.mnuChiudiDatabase.enabled());
+    EXPECT_TRUE(main.session.mnuChiudiDatabase.enabled());
 }
 
 TEST_F(MainWindow, TheCommandsFollowTheConnectionWhenThePointerMoves) {
@@ -84,7 +84,7 @@ TEST_F(MainWindow, TheCommandsFollowTheConnectionWhenThePointerMoves) {
         return first;
     };
     boxes().expect_any(Answer::yes);
-    main.mnuChiudiDatabase.click();
+    main.session.mnuChiudiDatabase.click();
     EXPECT_TRUE(enabled()) << "directly after the close they keep their state";
     main.move_mouse();
     EXPECT_FALSE(enabled());
@@ -110,7 +110,7 @@ TEST_F(MainWindow, HoverMarksOneCommand) {
     main.Label2[5].click();
     EXPECT_FALSE(main.Label2[3].underline()) << "a click resets all";
     EXPECT_TRUE(program->loaded<frmImpostazioni>());
-    main.mnuChiudiDatabase.set_enabled(false);
+    main.session.mnuChiudiDatabase.set_enabled(false);
     main.Label2[0].move_mouse();
     EXPECT_FALSE(main.Label2[0].underline()) << "a command that has just been disabled";
 }

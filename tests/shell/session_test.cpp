@@ -34,7 +34,7 @@ struct Session : ::testing::Test {
 
     /// The default database beside the program.
     void given_database() { make_database(in_directory("tarvello.mdb")); }
-    bool connected() { return main().mnuChiudiDatabase.enabled(); }
+    bool connected() { return main().session.mnuChiudiDatabase.enabled(); }
 };
 
 TEST_F(Session, TheSplashMakesWayForTheMainWindowAtTick51) {
@@ -82,15 +82,15 @@ TEST_F(Session, TheVeryFirstStart) {
     EXPECT_EQ(order, (std::vector<std::string>{"reminder", "register"}));
     EXPECT_FALSE(connected()) << "there is no database, and nobody says so";
     EXPECT_EQ(main().caption(), "Tarvello 4 - [" + in_directory("tarvello.mdb") + "]");
-    EXPECT_EQ(main().txtProfessione.text(), "False");
-    EXPECT_EQ(main().txt_IVA_default.text() + main().txt_Ritenuta_default.text() +
-                  main().txt_RitenutaSu_default.text() + main().txt_RIVALSA_default.text() +
-                  main().txtPercorsoLogo.text(),
+    EXPECT_EQ(main().session.txtProfessione.text(), "False");
+    EXPECT_EQ(main().session.txt_IVA_default.text() + main().session.txt_Ritenuta_default.text() +
+                  main().session.txt_RitenutaSu_default.text() + main().session.txt_RIVALSA_default.text() +
+                  main().session.txtPercorsoLogo.text(),
               "");
-    EXPECT_EQ(main().txtModelloReport.text(), "1");
-    EXPECT_EQ(main().txtContatoreAccessi.text(), "1");
-    EXPECT_EQ(main().TxtDestinazioneBackup.text(), in_directory("tarvello.bak"));
-    EXPECT_FALSE(main().CheckBoxBackup.checked());
+    EXPECT_EQ(main().session.txtModelloReport.text(), "1");
+    EXPECT_EQ(main().session.txtContatoreAccessi.text(), "1");
+    EXPECT_EQ(main().session.TxtDestinazioneBackup.text(), in_directory("tarvello.bak"));
+    EXPECT_FALSE(main().session.CheckBoxBackup.checked());
     EXPECT_EQ(program->NomeIntestatario, "Anna");
 
     main().close_by_user();
@@ -159,7 +159,7 @@ TEST_F(Session, AGarbledSettingsStoreIsNoObstacle) {
     fake.settings.set("CheckBoxBackup", "value", garbage);
     load_session(*program);
     EXPECT_FALSE(connected());
-    EXPECT_FALSE(main().CheckBoxBackup.checked());
+    EXPECT_FALSE(main().session.CheckBoxBackup.checked());
     main().close_by_user();
     EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "1");
 }
@@ -171,14 +171,14 @@ TEST_F(Session, ClosingWritesInItsOrder) {
     given_database();
     load_session(*program);
     program->form<frmClienti>().show();
-    main().CheckBoxBackup.set_checked(true);
+    main().session.CheckBoxBackup.set_checked(true);
     std::vector<std::string> done;
     fake.settings.on_write = [&](const std::string& section) {
         EXPECT_EQ(program->loaded<frmClienti>(), nullptr);
         EXPECT_EQ(program->database().dbConnection.is_open(), done.size() < 8) << section;
         done.push_back(section);
     };
-    main().txtDatabaseRoute.set_text("/altrove.mdb");
+    main().session.txtDatabaseRoute.set_text("/altrove.mdb");
     fake.boxes.expect(failed_backup); // there is no such file to copy
     main().close_by_user();
     EXPECT_EQ(done, (std::vector<std::string>{"txtDatabaseRoute", "txtProfessione", "txt_IVA_default",
@@ -211,7 +211,7 @@ TEST_F(Session, TheEndOfTheDesktopIsAClosing) {
 
     fake.windows.has_quit = false;
     load_session(*program);
-    main().txt_IVA_default.set_text("22");
+    main().session.txt_IVA_default.set_text("22");
     program->form<frmImpostazioni>().show();
     end_with_desktop(*program);
     EXPECT_TRUE(fake.windows.has_quit);
@@ -234,7 +234,7 @@ TEST_F(Session, TheDatabaseOpensOnceAndClosesWhateverIsOpen) {
     Database& database = program->database();
     database.rsClienti.open("SELECT * FROM Clienti", database.dbConnection);
     database.rsReport.open("SELECT * FROM Fatture", database.dbConnection);
-    main().mnuChiudiDatabase.set_enabled(true);
+    main().session.mnuChiudiDatabase.set_enabled(true);
     ChiudiDatabase(*program);
     EXPECT_FALSE(database.rsClienti.is_open());
     EXPECT_TRUE(database.rsReport.is_open()) << "the rows behind a report stay";

@@ -28,9 +28,9 @@ ProgramTest::ProgramTest() {
     make_database(database_path);
     program = std::make_unique<Program>(fake.platform());
     MDIForm1& main = program->form<MDIForm1>();
-    main.txtDatabaseRoute.set_text(database_path);
+    main.session.txtDatabaseRoute.set_text(database_path);
     program->database().dbConnection.open(database_path);
-    main.mnuChiudiDatabase.set_enabled(true);
+    main.session.mnuChiudiDatabase.set_enabled(true);
 }
 
 ProgramTest::~ProgramTest() = default;

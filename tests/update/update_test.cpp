@@ -67,7 +67,7 @@ TEST_F(Update, AChoiceOfDaysIsStoredAndLeavesTheDate) {
 }
 
 TEST_F(Update, LookingAtThePageStartsTheDaysAnew) {
-    main.txtGiorniTraCuiAvvisare.set_text("7");
+    main.session.txtGiorniTraCuiAvvisare.set_text("7");
     windows().expect_modal("DialogAggiornamento",
                            [&](Form& form) { static_cast<DialogAggiornamento&>(form).OKButton.click(); });
     ControllaAggiornamenti(*program);

@@ -17,7 +17,7 @@ struct AccessRoad : ProgramTest, ::testing::WithParamInterface<const char*> {
         path = folder.copy_of(std::string(GetParam()) + ".mdb");
         program->database().dbConnection.close();
         program->database().dbConnection.open(path);
-        program->form<MDIForm1>().txtDatabaseRoute.set_text(path);
+        program->session().txtDatabaseRoute.set_text(path);
         given_invoice({{"Numero_Fattura", "41"},
                        {"Data_Fattura", "01/02/2012"},
                        {"Anno", "2012"},
