@@ -124,4 +124,12 @@ std::optional<Date> read_date(std::string_view text, const RegionalSettings& reg
     return date.ok() ? std::optional(date) : std::nullopt;
 }
 
+std::string iso_date(const Date& date) { return date_text(date, "yyyy-MM-dd"); }
+
+std::optional<Date> read_iso_date(std::string_view text) {
+    const std::string_view ten = text.substr(0, 10);
+    if (ten.size() != 10 || ten[4] != '-' || ten[7] != '-') return {};
+    return read_date(ten, RegionalSettings());
+}
+
 } // namespace tarvello

@@ -43,4 +43,11 @@ std::string long_time_text(const DateTime& time, const RegionalSettings& regiona
 /// @return nothing if the text is no date that exists, or its year lies outside 100 to 9999
 std::optional<Date> read_date(std::string_view text, const RegionalSettings& regional);
 
+/// The date as data files have it: 2006-03-05.
+std::string iso_date(const Date& date);
+
+/// Reads it back; what stands behind the ten characters (a time, a time zone) is passed over.
+/// @return nothing if they are no date that exists
+std::optional<Date> read_iso_date(std::string_view text);
+
 } // namespace tarvello

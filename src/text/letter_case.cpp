@@ -76,6 +76,8 @@ std::string trim(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+bool is_blank(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
+
 std::string double_apostrophes(std::string_view text) {
     std::string result;
     result.reserve(text.size());

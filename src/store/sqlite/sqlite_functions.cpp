@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* pattern_type = "tarvello::store::LikePattern";
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+char ascii_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 bool is_ascii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 
 int compare_ignoring_case(void*, int left_size, const void* left_bytes, int right_size,
@@ -24,7 +24,7 @@ int compare_ignoring_case(void*, int left_size, const void* left_bytes, int righ
     std::size_t at = 0;
     for (; at < common; ++at) {
         if (!is_ascii(left[at]) || !is_ascii(right[at])) break;
-        if (const int difference = lower(left[at]) - lower(right[at])) return difference;
+        if (const int difference = ascii_lower(left[at]) - ascii_lower(right[at])) return difference;
     }
     if (at == common) return left_size - right_size;
     return fold_case(left.substr(at)).compare(fold_case(right.substr(at)));
