@@ -1,0 +1,21 @@
+#pragma once
+
+#include "e_invoice/document.h"
+#include "e_invoice/source.h"
+
+#include <string>
+
+/// The head of the document: to whom it is sent, from whom it comes, whom it is for.
+namespace tarvello::e_invoice {
+
+FatturaElettronicaHeaderType head_of(const StoredInvoice& invoice, const Issuer& issuer,
+                                     const Customer& customer, const std::string& progressive);
+
+/// The issuer's fiscal code, by which the exchange system knows who sends a file.
+std::string sender_code(const Issuer& issuer);
+
+/// The account that the letterhead names: the IBAN typed, one that stands in the box of the account, or the
+/// one made of bank, branch and account. @return empty if there is none
+std::string iban_of(const Issuer& issuer);
+
+} // namespace tarvello::e_invoice
