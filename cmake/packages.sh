@@ -13,8 +13,10 @@ packages=(
     libreofficekit-dev libreoffice-writer-nogui fonts-wine
     # data
     libsqlite3-dev libutf8proc-dev
-    # electronic invoices
-    libpugixml-dev
+    # electronic invoices: XML, hashes of files, archives
+    libpugixml-dev libmd-dev zlib1g-dev
+    # lists as spreadsheets
+    libxlsxwriter-dev
     # tests
     libgtest-dev libgmock-dev python3
     # read what the program makes or changes independently: PDF files, Access files

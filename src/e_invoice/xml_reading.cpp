@@ -1,18 +1,20 @@
 #include "e_invoice/xml_reading.h"
 
+#include "e_invoice/charset.h"
 #include "failure.h"
 #include "text/letter_case.h"
-#include "text/utf8.h"
 
 #include <algorithm>
-#include <array>
+#include <optional>
+#include <utility>
 
 namespace tarvello::e_invoice {
 namespace {
 
-constexpr std::ptrdiff_t most_tags = 100'000;
 constexpr int deepest = 30;
 constexpr std::string_view white = " \t\r\n";
+constexpr std::string_view utf_8_mark = "\xEF\xBB\xBF";
+constexpr const char* no_xml = "non contiene XML valido: è danneggiato o di un altro tipo.";
 
 [[noreturn]] void refuse(const std::string& why) {
     throw Failure(failure_number::type_mismatch, "Fattura elettronica", "Il file " + why);
@@ -31,38 +33,38 @@ std::string declared_encoding(std::string_view bytes) {
     return last == std::string::npos ? std::string() : head.substr(first + 1, last - first - 1);
 }
 
-/// What windows-1252 has where ISO-8859-1 has controls; 0 where it has nothing.
-constexpr std::array<char32_t, 32> windows_1252{
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-std::string from_windows_1252(std::string_view bytes) {
-    std::string text;
-    text.reserve(bytes.size() + bytes.size() / 8);
-    for (const char byte : bytes) {
-        const auto code = static_cast<unsigned char>(byte);
-        const bool differs = code >= 0x80 && code < 0xA0;
-        const char32_t character = differs ? windows_1252[code - 0x80U] : code;
-        if (character != 0) utf8::append(text, character);
+/// What the tree will take at most, in bytes, by the marks that make a node or an attribute.
+std::size_t size_of_tree(std::string_view text) {
+    constexpr std::size_t node = 64;
+    constexpr std::size_t attribute = 40;
+    std::size_t size = 0;
+    bool begins = false; // the tag begins an element: the text behind it is kept in the element's own node
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        const char next = text[i + 1];
+        if (text[i] == '<') {
+            begins = next != '/' && next != '!' && next != '?';
+            if (next != '/') size += node;
+        } else if (text[i] == '>') {
+            begins = begins && text[i - 1] != '/';
+            if (!begins && next != '<' && next != '\r' && next != '\n') size += node;
+        } else if (text[i] == '=') {
+            size += attribute;
+        }
     }
-    return text;
-}
-
-bool is_eight_bit(std::string_view encoding) {
-    return encoding == "iso-8859-1" || encoding == "latin1" || encoding == "windows-1252" ||
-           encoding == "cp1252";
+    return size;
 }
 
 bool has_utf_16_mark(std::string_view bytes) {
     return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
 }
 
-void parse(pugi::xml_document& document, std::string_view bytes, pugi::xml_encoding encoding) {
-    constexpr unsigned options = pugi::parse_default | pugi::parse_doctype;
-    if (!document.load_buffer(bytes.data(), bytes.size(), options, encoding)) {
-        refuse("non contiene XML valido: è danneggiato o di un altro tipo.");
-    }
+/// The text in UTF-8: a mark wins over the declaration, and what is not as declared is taken for
+/// windows-1252.
+std::string in_utf8(std::string bytes) {
+    if (has_utf_16_mark(bytes)) return *to_utf8(std::move(bytes), "utf-16");
+    const std::string encoding = bytes.starts_with(utf_8_mark) ? std::string() : declared_encoding(bytes);
+    if (std::optional<std::string> text = to_utf8(bytes, encoding)) return *std::move(text);
+    return *to_utf8(std::move(bytes), "windows-1252");
 }
 
 /// Goes from element to element without recursion, which a deep file would exhaust.
@@ -78,24 +80,27 @@ struct DepthMeter : pugi::xml_tree_walker {
 
 void read_xml(pugi::xml_document& document, std::string_view bytes) {
     if (bytes.size() > largest_xml) refuse("supera i 5 MB: non è una fattura o una ricevuta.");
-    if (std::count(bytes.begin(), bytes.end(), '<') > most_tags) refuse("contiene troppi elementi.");
-    if (has_utf_16_mark(bytes)) {
-        parse(document, bytes, pugi::encoding_auto);
-    } else if (is_eight_bit(declared_encoding(bytes)) || !utf8::valid(bytes)) {
-        parse(document, from_windows_1252(bytes), pugi::encoding_utf8);
-    } else {
-        parse(document, bytes, pugi::encoding_utf8);
-    }
+    constexpr std::size_t small = 4096;
+    const std::string text = in_utf8(std::string(bytes));
+    if (size_of_tree(text) > 5 * bytes.size() + small) refuse("contiene troppi elementi.");
+    constexpr unsigned options = pugi::parse_default | pugi::parse_doctype | pugi::parse_embed_pcdata;
+    if (!document.load_buffer(text.data(), text.size(), options, pugi::encoding_utf8)) refuse(no_xml);
     for (const pugi::xml_node& node : document.children()) {
         if (node.type() == pugi::node_doctype) {
             refuse(
                 "contiene una dichiarazione DOCTYPE, che in una fattura o in una ricevuta non può esserci.");
         }
     }
-    if (!document.document_element()) refuse("non contiene XML valido: è danneggiato o di un altro tipo.");
+    if (!document.document_element()) refuse(no_xml);
     DepthMeter meter;
     document.traverse(meter);
     if (meter.too_deep) refuse("ha troppi livelli.");
+}
+
+bool looks_like_xml(std::string_view bytes) {
+    if (has_utf_16_mark(bytes)) return true;
+    if (bytes.starts_with(utf_8_mark)) bytes.remove_prefix(utf_8_mark.size());
+    return bytes.substr(std::min(bytes.find_first_not_of(white), bytes.size())).starts_with('<');
 }
 
 std::string_view local_name(const pugi::xml_node& node) {

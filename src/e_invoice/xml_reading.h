@@ -13,11 +13,15 @@ namespace tarvello::e_invoice {
 /// The exchange system takes no file beyond 5 MB, and sends none.
 inline constexpr std::size_t largest_xml = std::size_t{5} << 20;
 
-/// Reads XML into `document`. In UTF-8, in UTF-16 with a mark, or in ISO-8859-1 or windows-1252 if its
-/// declaration says so; the document holds UTF-8 in any case.
+/// Reads XML into `document`. In UTF-8, in UTF-16 with a mark, or in the encoding that its declaration
+/// names, see to_utf8; the document holds UTF-8 in any case.
 /// @throws Failure, in Italian, if the text is no XML, is larger than largest_xml, has a document type (which
-///         could name other files), more than 100,000 tags, or lies more than 30 elements deep
+///         could name other files), so many small elements that they would take more than five times its size
+///         in memory, or lies more than 30 elements deep
 void read_xml(pugi::xml_document& document, std::string_view bytes);
+
+/// True if the bytes start as an XML text does: with a '<', behind a mark and blanks at most.
+bool looks_like_xml(std::string_view bytes);
 
 /// The name of an element without its prefix.
 std::string_view local_name(const pugi::xml_node& node);

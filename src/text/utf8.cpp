@@ -82,6 +82,10 @@ std::string encode(std::u32string_view code_points) {
 bool valid(std::string_view text) {
     utf8proc_int32_t code = 0;
     for (std::size_t at = 0; at < text.size();) {
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            ++at;
+            continue;
+        }
         const auto bytes = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data() + at),
                                             static_cast<utf8proc_ssize_t>(text.size() - at), &code);
         if (bytes <= 0) return false;
