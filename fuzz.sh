@@ -1,13 +1,14 @@
 #!/bin/bash
-# Runs the fuzz targets one after the other: the reader of SQL texts, and the readers of rows, pages and indexes
-# of Access files. What they find lies in build-fuzz/found. On a fresh Debian 12 it installs what is missing first.
+# Runs the fuzz targets one after the other: the reader of SQL texts, the readers of rows, pages and indexes of
+# Access files, those of receipts, signed files and the mails and archives they come in. What they find lies in
+# build-fuzz/found. On a fresh Debian 12 it installs what is missing first.
 #   ./fuzz.sh [seconds for each, 600 if not given] [targets]
 set -euo pipefail
 cd "$(dirname "$0")"
 seconds=${1:-600}
 shift || true
 targets=("$@")
-((${#targets[@]})) || targets=(statement row page index)
+((${#targets[@]})) || targets=(statement row page index receipt signed_file receipt_import)
 
 source cmake/packages.sh
 need_packages clang "${packages[@]}"
@@ -17,7 +18,11 @@ cmake --build build-fuzz --target "${targets[@]/%/_fuzz}"
 mkdir -p build-fuzz/found
 for target in "${targets[@]}"; do
     mkdir -p "build-fuzz/corpus/$target"
+    length=4096 samples=()
+    if [[ $target == receipt* || $target == signed_file ]]; then
+        length=12288 samples=(tests/data/fatturapa/receipts tests/data/fatturapa/p7m)
+    fi
     echo "== $target, $seconds s"
-    "build-fuzz/bin/${target}_fuzz" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=1024 -max_len=4096 -len_control=0 \
-        -artifact_prefix="build-fuzz/found/$target-" -print_final_stats=1 "build-fuzz/corpus/$target" 2>&1 | tail -n 12
+    "build-fuzz/bin/${target}_fuzz" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=1024 -max_len="$length" -len_control=0 \
+        -artifact_prefix="build-fuzz/found/$target-" -print_final_stats=1 "build-fuzz/corpus/$target" "${samples[@]}" 2>&1 | tail -n 12
 done
