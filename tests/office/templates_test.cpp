@@ -32,6 +32,7 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
                              platform.shipped_directory,
                              platform.separator};
         program = std::make_unique<Program>(with_office);
+        program->form<MDIForm1>();
         program->session().txtDatabaseRoute.set_text(database_path);
         program->session().txtProfessione.set_text("Rivalsa INPS");
         program->database().dbConnection.open(database_path);
