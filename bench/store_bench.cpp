@@ -4,9 +4,9 @@
 #include "row.h"
 
 #include "invoices/invoice_form.h"
-#include "invoices/invoice_rows.h"
-#include "store/database.h"
+#include "invoices/invoice_list.h"
 #include "shell/main_window.h"
+#include "store/database.h"
 #include "support/fake_platform.h"
 #include "support/invoice_columns.h"
 
@@ -245,11 +245,11 @@ void save(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         form.cmdNuovaFattura.on_click();
-        form.ComboNumeroCliente.set_text("1");
+        form.customer.ComboNumeroCliente.set_text("1");
         const char* const customer[] = {"RSSMRA80A01H501U", "Via Roma 1", "00100", "RM", "Roma", "Rossi",
                                         "01234567890"};
-        for (std::size_t i = 0; i < form.txtAnagrafica.size(); ++i)
-            form.txtAnagrafica[i].set_text(customer[i]);
+        for (std::size_t i = 0; i < form.customer.txtAnagrafica.size(); ++i)
+            form.customer.txtAnagrafica[i].set_text(customer[i]);
         for (std::size_t i = 0; i < frmTarvello::lines; ++i) {
             form.PrestazioneSingola[i].set_text("Consulenza sull'impianto");
             form.txtImportoPrestazioni[i].set_text("€ 1.234,56");

@@ -1,14 +1,11 @@
 #include "customers/customer_form.h"
 
-#include "customers/customer_record.h"
 #include "failure.h"
-#include "fiscal_code/calculator_form.h"
+#include "program/doors.h"
 #include "program/net_functions.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 #include "text/numbers.h"
-
-#include <initializer_list>
 
 namespace tarvello {
 namespace {
@@ -26,10 +23,11 @@ const char* const close = "chiudi";
 const char* const save = "salva";
 } // namespace tool_picture
 
-/// The places of the tool bar buttons.
+/// The places of those tool bar buttons that a mode treats apart.
 namespace tool {
 constexpr std::size_t new_customer = 1;
 constexpr std::size_t change = 2;
+constexpr std::size_t cancel = 4;
 } // namespace tool
 
 namespace command = customer_command;
@@ -167,17 +165,19 @@ void frmClienti::InvertiBlocchiCampi() {
 }
 
 void frmClienti::InvertiComandi(const std::string& mode) {
-    const auto flip = [this](std::size_t kept, std::initializer_list<std::size_t> tools) {
+    const auto flip_all_but = [this](std::size_t kept, std::size_t kept_tool) {
         cmd.each([&](std::size_t i, CommandButton& button) {
             if (i != kept) button.flip_enabled();
         });
         cmdmail.flip_enabled();
         cmdSendmail.flip_enabled();
-        for (const std::size_t place : tools) Toolbar1.button(place).flip_visible();
+        for (std::size_t place = 1; place <= Toolbar1.size(); ++place) {
+            if (place != kept_tool && place != tool::cancel) Toolbar1.button(place).flip_visible();
+        }
     };
-    if (mode == "Salva") flip(command::new_customer, {2, 3, 5, 6});
-    if (mode == "Modifica Dati") flip(command::change, {1, 3, 5, 6});
-    if (mode == "Cerca Cliente" || mode == "OK") flip(command::search, {1, 2, 3, 5, 6});
+    if (mode == "Salva") flip_all_but(command::new_customer, tool::new_customer);
+    if (mode == "Modifica Dati") flip_all_but(command::change, tool::change);
+    if (mode == "Cerca Cliente" || mode == "OK") flip_all_but(command::search, tool::cancel);
 }
 
 void frmClienti::SvuotaCampi() {
@@ -193,7 +193,7 @@ void frmClienti::ChiudiRecordsetClienti() {
 void frmClienti::show_first_row(const std::string& statement) {
     Recordset& customers = program_.database().rsClienti;
     customers.open(statement, program_.database().dbConnection);
-    CaricaCliente(program_);
+    CaricaCliente();
     customers.close();
 }
 
@@ -266,7 +266,7 @@ void frmClienti::page(std::size_t pressed, std::int16_t number) {
     // The first row is the customer on view, if it still exists. Past the last one nothing can be read, and
     // the record on view stays.
     if (!customers.eof()) customers.move_next();
-    CaricaCliente(program_);
+    CaricaCliente();
     customers.close();
 }
 
@@ -350,11 +350,8 @@ void frmClienti::cancel() {
 void frmClienti::compute_fiscal_code() {
     // A calculator that cannot be opened is not worth a message.
     skip_failures([this] {
-        auto& calculator = program_.form<frmCalcolaCF>();
-        calculator.txtCognome.set_text(txtfields[cognome].text());
-        calculator.txtNome.set_text(txtfields[nome].text());
-        calculator.txtparam.set_text("Clienti");
-        calculator.show_modal();
+        program_.doors().calculate_fiscal_code("Clienti", txtfields[cognome].text(), txtfields[nome].text(),
+                                               share(txtfields[codice_fiscale]));
     });
 }
 

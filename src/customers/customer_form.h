@@ -1,5 +1,7 @@
 #pragma once
 
+#include "customers/customer_results.h"
+#include "customers/customer_table.h"
 #include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
@@ -12,6 +14,23 @@
 namespace tarvello {
 
 class Program;
+
+/// Where the columns of a customer stand among the boxes of frmClienti.
+namespace customer_box {
+inline constexpr std::size_t codice_fiscale = 0;
+inline constexpr std::size_t nome = 1;
+inline constexpr std::size_t indirizzo = 2;
+inline constexpr std::size_t cap = 3;
+inline constexpr std::size_t provincia = 4;
+inline constexpr std::size_t citta = 5;
+inline constexpr std::size_t telefono = 6;
+inline constexpr std::size_t fax = 7;
+inline constexpr std::size_t email = 8;
+inline constexpr std::size_t appunti = 9;
+inline constexpr std::size_t numero = 10;
+inline constexpr std::size_t cognome = 11;
+inline constexpr std::size_t partita_iva = 12;
+} // namespace customer_box
 
 /// The numbers of the commands of frmClienti; 10 and 11 have no function.
 namespace customer_command {
@@ -27,13 +46,13 @@ inline constexpr std::size_t search = 8;
 inline constexpr std::size_t close = 9;
 } // namespace customer_command
 
-/// The register of customers: one customer on view, paged by number; new customers, changes, which can be
-/// carried into the customer's invoices, deletion, which invoices forbid, search and mail.
+/// The customers: one on view, paged by number; new customers, changes, which can be carried into the
+/// customer's invoices, deletion, which invoices forbid, search and mail.
 ///
 /// The form has no cursor of its own. Every command runs a statement on the shared rsClienti, copies a row
 /// into the boxes and closes the result: between commands the boxes are the record. The mode lies in the
 /// captions of cmd[5], cmd[6] and cmd[8] alone.
-class frmClienti : public Form {
+class frmClienti : public Form, public CustomerView {
 public:
     explicit frmClienti(Program& program);
 
@@ -64,6 +83,9 @@ public:
 
     // customer_record.cpp
 
+    /// Copies the current row of rsClienti into the boxes. A column that cannot be read, a null or one behind
+    /// the end of the result, leaves its box with what it held.
+    void CaricaCliente() override;
     /// The record as it is stored: codes and province in upper case, address, city and notes in proper case.
     /// Also enables the boxes of both codes and moves the focus to the surname.
     void AllUpperCase();
@@ -130,9 +152,9 @@ private:
     bool fault(std::size_t box, const std::string& message);
     bool fault_no_code();
     bool name_and_address_complete();
-    bool customer_exists(const std::string& column, const std::string& value);
-    /// The text of a box as a literal of a statement.
-    std::string literal(std::size_t box) const;
+    /// True if a customer has the text of that box, which is not empty, in a column.
+    bool is_taken(const char* column, std::size_t box);
+    CustomerTexts texts() const;
 
     void press(std::size_t pressed);
     void press_tool(const std::string& key);

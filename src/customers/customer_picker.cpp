@@ -2,7 +2,6 @@
 
 #include "customers/customer_list.h"
 #include "failure.h"
-#include "invoices/invoice_form.h"
 #include "program/program.h"
 
 #include <algorithm>
@@ -50,39 +49,21 @@ void frmCercaCliente::select() {
                 NumeroClienteScelto = std::string(ListView1.rows().cell(*row, 0));
             }
         },
-        [&] { program_.form<frmTarvello>().txtNuovoInserimento.clear(); }, [&] { CompilaClienteFattura(); },
-        [&] { unload(); });
+        [&] { CompilaClienteFattura(); }, [&] { unload(); });
 }
 
 void frmCercaCliente::CompilaClienteFattura() {
+    if (!target_) return;
+    target_->expect_known_customer();
     Recordset& customer = program_.database().rsClienti;
-    auto& invoice = program_.form<frmTarvello>();
     customer.open("SELECT * FROM Clienti WHERE Numero_Cliente=" + NumeroClienteScelto,
                   program_.database().dbConnection);
-    invoice.txtNuovoInserimento.clear();
-    invoice.ComboNumeroCliente.set_text(customer.text("Numero_Cliente"));
-    invoice.txtAnagrafica[0].set_text(customer.text("Codice_Fiscale"));
-    invoice.txtAnagrafica[1].set_text(customer.text("Indirizzo"));
-    invoice.txtAnagrafica[2].set_text(customer.text("CAP"));
-    invoice.txtAnagrafica[3].set_text(customer.text("Provincia"));
-    invoice.txtAnagrafica[4].set_text(customer.text("Città"));
-    invoice.txtAnagrafica[5].set_text(customer.text("Cognome_Ragione_Sociale"));
-    invoice.txtNome.set_text(customer.text("Nome"));
-    invoice.txtAnagrafica[6].set_text(customer.text("Partita_IVA"));
+    target_->take_customer(customer);
     customer.close();
 }
 
 void frmCercaCliente::announce_new_customer() {
-    auto& invoice = program_.form<frmTarvello>();
-    invoice.ComboNumeroCliente.set_back_color(colors::button_face);
-    invoice.ComboNumeroCliente.set_enabled(false);
-    invoice.txtNuovoInserimento.set_text("NEW");
-    for (TextBox& box : invoice.txtAnagrafica) {
-        box.clear();
-        box.set_locked(false);
-    }
-    invoice.txtNome.clear();
-    invoice.txtNome.set_locked(false);
+    if (target_) target_->announce_new_customer();
     unload();
 }
 

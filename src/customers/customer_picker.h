@@ -1,17 +1,18 @@
 #pragma once
 
+#include "customers/customer_target.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/lists.h"
 
+#include <memory>
 #include <string>
 
 namespace tarvello {
 
 class Program;
 
-/// The list from which the invoice form gets its customer, or the word that it will be a new one. Writes
-/// straight into the controls of frmTarvello.
+/// The list from which a form gets its customer, or the word that it will be a new one.
 class frmCercaCliente : public Form {
 public:
     explicit frmCercaCliente(Program& program);
@@ -24,9 +25,12 @@ public:
     /// Number of the chosen customer.
     std::string NumeroClienteScelto;
 
+    /// Where the customer goes; before it is shown.
+    void pick_for(std::shared_ptr<CustomerTarget> target) { target_ = std::move(target); }
+
     void CaricaElencoClienti();
-    /// Copies the chosen customer into frmTarvello. A null stops the copy: what comes after it keeps its
-    /// text.
+    /// Copies the chosen customer into the form that asked. A null stops the copy: what comes after it keeps
+    /// its text, and rsClienti stays open.
     /// @throws Failure if the customer cannot be read
     void CompilaClienteFattura();
 
@@ -38,6 +42,7 @@ private:
     void announce_new_customer();
 
     Program& program_;
+    std::shared_ptr<CustomerTarget> target_;
 };
 
 } // namespace tarvello

@@ -1,20 +1,19 @@
-#include "customers/customer_record.h"
-
 #include "customers/customer_form.h"
+#include "customers/customer_table.h"
 #include "failure.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
 
+/// The record that frmClienti shows: read from its row, and checked before it is written.
 namespace tarvello {
 
 using namespace customer_box;
 
-void CaricaCliente(Program& program) {
-    const Recordset& row = program.database().rsClienti;
-    frmClienti& form = program.form<frmClienti>();
+void frmClienti::CaricaCliente() {
+    const Recordset& row = program_.database().rsClienti;
     const auto load = [&](const char* column, std::size_t box) {
-        skip_failures([&] { form.txtfields[box].set_text(row.text(column)); });
+        skip_failures([&] { txtfields[box].set_text(row.text(column)); });
     };
     load("Codice_Fiscale", codice_fiscale);
     load("Partita_IVA", partita_iva);
@@ -29,7 +28,7 @@ void CaricaCliente(Program& program) {
     load("Appunti", appunti);
     load("Numero_Cliente", numero);
     load("Cognome_Ragione_Sociale", cognome);
-    form.txtCurrentClient.set_text(form.txtfields[nome].text() + " " + form.txtfields[cognome].text());
+    txtCurrentClient.set_text(txtfields[nome].text() + " " + txtfields[cognome].text());
 }
 
 void frmClienti::AllUpperCase() {
@@ -95,22 +94,12 @@ bool frmClienti::fault(std::size_t box, const std::string& message) {
 
 bool frmClienti::blank(std::size_t box) const { return trim(txtfields[box].text()).empty(); }
 
-bool frmClienti::CodiceFiscaleEsistente() {
-    return customer_exists("Codice_Fiscale", txtfields[codice_fiscale].text());
-}
+bool frmClienti::CodiceFiscaleEsistente() { return is_taken("Codice_Fiscale", codice_fiscale); }
 
-bool frmClienti::PartitaIvaEsistente() {
-    return customer_exists("Partita_IVA", txtfields[partita_iva].text());
-}
+bool frmClienti::PartitaIvaEsistente() { return is_taken("Partita_IVA", partita_iva); }
 
-bool frmClienti::customer_exists(const std::string& column, const std::string& value) {
-    if (value.empty()) return false;
-    Recordset& customers = program_.database().rsClienti;
-    customers.open("SELECT * FROM Clienti WHERE " + column + "='" + value + "'",
-                   program_.database().dbConnection);
-    const bool exists = !customers.eof();
-    customers.close();
-    return exists;
+bool frmClienti::is_taken(const char* column, std::size_t box) {
+    return !txtfields[box].empty() && customer_exists(program_.database(), column, txtfields[box].text());
 }
 
 void frmClienti::filter_key(std::size_t box, int& key) const {

@@ -1,7 +1,6 @@
 #include "customers/customer_results.h"
 
 #include "customers/customer_list.h"
-#include "customers/customer_record.h"
 #include "failure.h"
 #include "program/program.h"
 #include "text/numbers.h"
@@ -23,7 +22,7 @@ void frmRisultatiRicercaClienti::on_unload(UnloadReason reason) {
 }
 
 void frmRisultatiRicercaClienti::return_selected_row() {
-    if (!ListView1.selected()) return;
+    if (!view_ || !ListView1.selected()) return;
     const std::size_t selected = *ListView1.selected();
     const double number = leading_number(ListView1.rows().cell(selected, 0));
     const std::string_view surname = ListView1.rows().cell(selected, 1);
@@ -43,7 +42,7 @@ void frmRisultatiRicercaClienti::return_selected_row() {
                   [&] { customers.move_first(); },
                   [&] {
                       while (!customers.eof() && !is_selected_row()) customers.move_next();
-                      if (!customers.eof()) CaricaCliente(program_);
+                      if (!customers.eof()) view_->CaricaCliente();
                   },
                   [&] { customers.close(); });
 }

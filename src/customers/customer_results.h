@@ -4,12 +4,24 @@
 #include "platform/form.h"
 #include "platform/lists.h"
 
+#include <memory>
+
 namespace tarvello {
 
 class Program;
 
-/// The customers that a search has found, or all of them. Whoever shows it fills the list first. When it is
-/// closed, by whatever button, the customer of the selected row comes into frmClienti.
+/// Where a customer comes on view.
+class CustomerView {
+public:
+    /// Shows the current row of rsClienti.
+    virtual void CaricaCliente() = 0;
+
+protected:
+    ~CustomerView() = default;
+};
+
+/// The customers that a search has found, or all of them. Whoever shows it fills the list first and says
+/// where the customer of the selected row comes on view when it is closed, by whatever button.
 class frmRisultatiRicercaClienti : public Form {
 public:
     explicit frmRisultatiRicercaClienti(Program& program);
@@ -18,6 +30,8 @@ public:
     ListView ListView1{*this, "ListView1"};
     CommandButton cmdVisualizza{*this, "cmdVisualizza"};
 
+    void return_to(std::shared_ptr<CustomerView> view) { view_ = std::move(view); }
+
 protected:
     void on_unload(UnloadReason reason) override;
 
@@ -25,6 +39,7 @@ private:
     void return_selected_row();
 
     Program& program_;
+    std::shared_ptr<CustomerView> view_;
 };
 
 } // namespace tarvello

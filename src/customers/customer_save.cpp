@@ -1,8 +1,6 @@
 #include "customers/customer_form.h"
-#include "customers/customer_record.h"
 #include "failure.h"
 #include "program/program.h"
-#include "text/letter_case.h"
 #include "text/numbers.h"
 
 /// What frmClienti writes into the database.
@@ -10,33 +8,33 @@ namespace tarvello {
 
 using namespace customer_box;
 
-std::string frmClienti::literal(std::size_t box) const {
-    return "'" + double_apostrophes(txtfields[box].text()) + "'";
+CustomerTexts frmClienti::texts() const {
+    const auto text = [this](std::size_t box) { return txtfields[box].text(); };
+    return {.cognome = text(cognome),
+            .nome = text(nome),
+            .codice_fiscale = text(codice_fiscale),
+            .partita_iva = text(partita_iva),
+            .indirizzo = text(indirizzo),
+            .cap = text(cap),
+            .provincia = text(provincia),
+            .citta = text(citta),
+            .telefono = text(telefono),
+            .fax = text(fax),
+            .email = text(email),
+            .appunti = text(appunti)};
 }
 
 void frmClienti::SalvaCliente(const std::string& mode, std::int16_t number) {
-    Recordset& customers = program_.database().rsClienti;
-    Connection& connection = program_.database().dbConnection;
+    Database& database = program_.database();
     try {
         if (mode == "Salva") {
-            customers.open("INSERT INTO Clienti(Cognome_Ragione_Sociale, Nome, Codice_Fiscale, Partita_IVA, "
-                           "Indirizzo, CAP, Provincia, Città, Telefono, Fax, email, Appunti) VALUES(" +
-                               literal(cognome) + "," + literal(nome) + "," + literal(codice_fiscale) + "," +
-                               literal(partita_iva) + "," + literal(indirizzo) + "," + literal(cap) + "," +
-                               literal(provincia) + "," + literal(citta) + "," + literal(telefono) + "," +
-                               literal(fax) + "," + literal(email) + "," + literal(appunti) + ")",
-                           connection);
+            insert_customer(database, texts());
             // The engine has given the number: the newest customer is the one with the highest.
             show_first_row(highest_customer);
         } else {
-            customers.open("UPDATE Clienti SET Cognome_Ragione_Sociale=" + literal(cognome) +
-                               ", Nome=" + literal(nome) + ", Codice_Fiscale=" + literal(codice_fiscale) +
-                               ", Partita_IVA=" + literal(partita_iva) + ", Indirizzo=" + literal(indirizzo) +
-                               ", CAP=" + literal(cap) + ", Provincia=" + literal(provincia) + ", Città=" +
-                               literal(citta) + ", Telefono=" + literal(telefono) + ", Fax=" + literal(fax) +
-                               ", email=" + literal(email) + ", Appunti=" + literal(appunti) +
-                               " WHERE Numero_Cliente=" + std::to_string(number),
-                           connection);
+            database.rsClienti.open(
+                update_statement("Clienti", texts().all(), "Numero_Cliente=" + std::to_string(number)),
+                database.dbConnection);
         }
     } catch (const Failure& failure) {
         // The form goes on as if the save had worked: the text stays in the boxes, unsaved.
@@ -49,11 +47,7 @@ void frmClienti::AggiornaFattureCliente() {
     try {
         ChiudiRecordsetClienti();
         program_.database().rsFatture.open(
-            "UPDATE Fatture SET Cognome_Ragione_Sociale=" + literal(cognome) + ",Nome=" + literal(nome) +
-                ",Codice_Fiscale=" + literal(codice_fiscale) + ",Partita_IVA=" + literal(partita_iva) +
-                ",Indirizzo=" + literal(indirizzo) + ", CAP=" + literal(cap) +
-                ",Provincia=" + literal(provincia) + ",Città=" + literal(citta) +
-                " WHERE Numero_Cliente=" + std::to_string(number),
+            update_statement("Fatture", texts().on_invoices(), "Numero_Cliente=" + std::to_string(number)),
             program_.database().dbConnection);
         ChiudiRecordsetClienti();
         tell("Aggiornamento riuscito.", BoxIcon::information);
@@ -96,7 +90,7 @@ void frmClienti::EliminaCliente() {
     }
     skip_failures([&] { customers.open("DELETE * FROM Clienti WHERE Numero_Cliente=" + number, connection); },
                   [&] { SvuotaCampi(); }, [&] { customers.open(highest_customer, connection); },
-                  [&] { CaricaCliente(program_); }, [&] { customers.close(); });
+                  [&] { CaricaCliente(); }, [&] { customers.close(); });
 }
 
 } // namespace tarvello

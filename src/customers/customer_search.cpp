@@ -89,6 +89,7 @@ bool frmClienti::CercaClienti() {
     auto& results = program_.form<frmRisultatiRicercaClienti>();
     customer_list::fill(results.ListView1, customers, customer_list::columns);
     customers.close();
+    results.return_to(share<CustomerView>(*this));
     results.show_modal();
     return true;
 }
@@ -100,7 +101,11 @@ void frmClienti::ElencaClienti() {
                   [&] { results.Label1.set_caption("Elenco Clienti"); },
                   [&] { results.set_caption("Elenco"); },
                   [&] { customer_list::fill(results.ListView1, customers, customer_list::columns); },
-                  [&] { customers.close(); }, [&] { results.show_modal(); });
+                  [&] { customers.close(); },
+                  [&] {
+                      results.return_to(share<CustomerView>(*this));
+                      results.show_modal();
+                  });
 }
 
 } // namespace tarvello

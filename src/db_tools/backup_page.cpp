@@ -1,5 +1,6 @@
 #include "db_tools/database_form.h"
 
+#include "program/folders.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 #include "program/settings.h"
@@ -23,7 +24,7 @@ void frmGestioneDatabase::prepare_backup() {
         enable_backup(CheckBoxBackup.checked());
     };
     OptionDestinazioneDefault.on_click = [this] {
-        TxtDestinazioneBackup.set_text(default_backup());
+        TxtDestinazioneBackup.set_text(default_backup(program_));
         TxtDestinazioneBackup.set_locked(true);
         cmdSaveBackupSettings.set_enabled(true);
     };
@@ -36,10 +37,10 @@ void frmGestioneDatabase::prepare_backup() {
     OptionDestinazioneBackup.on_click_again = OptionDestinazioneBackup.on_click;
     TxtDestinazioneBackup.on_change = [this] {
         program_.session().TxtDestinazioneBackup.set_text(TxtDestinazioneBackup.text());
-        if (TxtDestinazioneBackup.text() == "False") TxtDestinazioneBackup.clear();
+        if (TxtDestinazioneBackup.text() == missing_setting) TxtDestinazioneBackup.clear();
         cmdSaveBackupSettings.set_enabled(true);
     };
-    Command2[2].on_click = [this] {
+    Command2[browse_backup].on_click = [this] {
         const FileDialog dialog{"Seleziona la destinazione del Backup", {{"Backup files (*.bak)", "*.bak"}}};
         if (const auto path = program_.platform().dialogs.save_file(dialog))
             TxtDestinazioneBackup.set_text(*path);
@@ -51,22 +52,18 @@ void frmGestioneDatabase::read_backup_settings() {
     ReadValueSetting(program_, CheckBoxBackup);
     ReadTextSetting(program_, TxtDestinazioneBackup);
     if (!TxtDestinazioneBackup.empty()) {
-        const bool by_default = TxtDestinazioneBackup.text() == default_backup();
+        const bool by_default = TxtDestinazioneBackup.text() == default_backup(program_);
         (by_default ? OptionDestinazioneDefault : OptionDestinazioneBackup).set_selected(true);
     }
     enable_backup(CheckBoxBackup.checked());
     cmdSaveBackupSettings.set_enabled(false); // reading is no change of the user's
 }
 
-std::string frmGestioneDatabase::default_backup() const {
-    return program_.in_program_directory("tarvello.bak");
-}
-
 void frmGestioneDatabase::enable_backup(bool enabled) {
     OptionDestinazioneDefault.set_enabled(enabled);
     OptionDestinazioneBackup.set_enabled(enabled);
     TxtDestinazioneBackup.set_enabled(enabled);
-    Command2[2].set_enabled(enabled);
+    Command2[browse_backup].set_enabled(enabled);
     Label5.set_enabled(enabled);
     Label6.set_caption(enabled ? "Attivo" : "Disattivato");
 }

@@ -1,5 +1,6 @@
 #include "db_tools/database_form.h"
 
+#include "program/folders.h"
 #include "program/open_database.h"
 #include "program/program.h"
 #include "program/session_fields.h"
@@ -21,8 +22,8 @@ void frmGestioneDatabase::prepare_choice() {
         "in altre cartelle o su unità di rete.");
     Label1.set_caption("Database corrente:");
     txtPercorsoDatabase.set_locked(true);
-    Option1[0].set_caption("Database di default");
-    Option1[1].set_caption("Altro database (permette di selezionare un'unità di rete)");
+    Option1[default_choice].set_caption("Database di default");
+    Option1[other_choice].set_caption("Altro database (permette di selezionare un'unità di rete)");
     Text1.set_text(std::string(path_prompt));
     empty_prompt_on_focus(Text1, path_prompt);
     Command1.set_caption("Sfoglia");
@@ -34,8 +35,8 @@ void frmGestioneDatabase::prepare_choice() {
         Text1.set_enabled(enabled);
         Command1.set_enabled(enabled);
     };
-    Option1[0].on_click = [=] { enable_path(false); };
-    Option1[1].on_click = [=] { enable_path(true); };
+    Option1[default_choice].on_click = [=] { enable_path(false); };
+    Option1[other_choice].on_click = [=] { enable_path(true); };
     Command1.on_click = [this] {
         if (const auto path = program_.platform().dialogs.open_file(database_dialog())) Text1.set_text(*path);
     };
@@ -45,13 +46,13 @@ void frmGestioneDatabase::prepare_choice() {
 void frmGestioneDatabase::show_current_database() {
     const std::string& route = program_.session().txtDatabaseRoute.text();
     txtPercorsoDatabase.set_text(route);
-    Option1[route == default_database() ? 0 : 1].set_selected(true);
+    Option1[route == default_database(program_) ? default_choice : other_choice].set_selected(true);
 }
 
 void frmGestioneDatabase::ApriDatabaseScelto() {
-    if (Option1[0].selected()) {
-        open_route(default_database());
-    } else if (Option1[1].selected()) {
+    if (Option1[default_choice].selected()) {
+        open_route(default_database(program_));
+    } else if (Option1[other_choice].selected()) {
         if (Text1.empty() || Text1.text() == path_prompt) {
             program_.message("Selezionare il database.", BoxIcon::exclamation);
             return;

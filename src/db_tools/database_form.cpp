@@ -1,7 +1,6 @@
 #include "db_tools/database_form.h"
 
 #include "program/program.h"
-#include "shell/main_window.h"
 
 namespace tarvello {
 
@@ -24,7 +23,7 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
                 &OptionDestinazioneDefault,
                 &OptionDestinazioneBackup,
                 &TxtDestinazioneBackup,
-                &Command2[2],
+                &Command2[browse_backup],
                 &cmdSaveBackupSettings,
                 &CheckBoxRipristinaBackup,
                 &txtLocalFolder,
@@ -36,9 +35,9 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
                 &Text2,
                 &CheckBoxImportaEsporta,
                 &txtOrigine,
-                &Command2[0],
+                &Command2[browse_source],
                 &txtDest,
-                &Command2[1],
+                &Command2[browse_destination],
                 &cmdImpExp,
                 &cmdClose});
 }
@@ -61,10 +60,6 @@ void frmGestioneDatabase::empty_prompt_on_focus(TextBox& field, std::string_view
     field.on_got_focus = [&field, prompt] {
         if (field.text() == prompt) field.clear();
     };
-}
-
-std::string frmGestioneDatabase::default_database() const {
-    return program_.in_program_directory("tarvello.mdb");
 }
 
 void frmGestioneDatabase::report_copy(const std::string& headline, const std::string& source,

@@ -5,6 +5,7 @@
 #include "platform/lists.h"
 #include "platform/platform.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,14 @@ FileDialog database_dialog();
 /// Four pages; the routines of each lie in a file of its own.
 class frmGestioneDatabase : public Form {
 public:
+    // The buttons Command2, which browse for a file.
+    static constexpr std::size_t browse_source = 0;
+    static constexpr std::size_t browse_destination = 1;
+    static constexpr std::size_t browse_backup = 2;
+    // The options Option1: which database to open.
+    static constexpr std::size_t default_choice = 0;
+    static constexpr std::size_t other_choice = 1;
+
     explicit frmGestioneDatabase(Program& program);
 
     TabControl SSTab1{*this, "SSTab1"};
@@ -69,7 +78,6 @@ public:
     TextBox txtDest{*this, "txtDest"};
     CommandButton cmdImpExp{*this, "cmdImpExp"};
 
-    /// The buttons that browse for the source, the destination and the backup.
     ControlArray<CommandButton, 3> Command2{*this, "Command2"};
     CommandButton cmdClose{*this, "cmdClose"};
 
@@ -85,7 +93,6 @@ private:
     void prepare_backup();
     void read_backup_settings();
     void enable_backup(bool enabled);
-    std::string default_backup() const;
     /// @return false if there was nothing to save under
     bool SalvaImpostazioniBackup();
 
@@ -103,7 +110,6 @@ private:
     void close_form();
     /// Empties a field that still shows its prompt when the user reaches it.
     static void empty_prompt_on_focus(TextBox& field, std::string_view prompt);
-    std::string default_database() const;
     /// Tells of a copy that was made.
     void report_copy(const std::string& headline, const std::string& source, const std::string& destination);
 

@@ -27,11 +27,11 @@ void frmGestioneDatabase::prepare_import_export() {
     const auto wanted_again = [this] { cmdImpExp.set_enabled(true); };
     txtOrigine.on_change = wanted_again;
     txtDest.on_change = wanted_again;
-    Command2[0].on_click = [this] {
+    Command2[browse_source].on_click = [this] {
         if (const auto path = program_.platform().dialogs.open_file(database_dialog()))
             txtOrigine.set_text(*path);
     };
-    Command2[1].on_click = [this] {
+    Command2[browse_destination].on_click = [this] {
         // The destination may be a file that is still to come.
         if (const auto path = program_.platform().dialogs.save_file(database_dialog()))
             txtDest.set_text(*path);
@@ -42,8 +42,8 @@ void frmGestioneDatabase::prepare_import_export() {
 void frmGestioneDatabase::enable_import_export(bool enabled) {
     txtOrigine.set_enabled(enabled);
     txtDest.set_enabled(enabled);
-    Command2[0].set_enabled(enabled);
-    Command2[1].set_enabled(enabled);
+    Command2[browse_source].set_enabled(enabled);
+    Command2[browse_destination].set_enabled(enabled);
     Label7.set_enabled(enabled);
     Label8.set_enabled(enabled);
     cmdImpExp.set_enabled(enabled);

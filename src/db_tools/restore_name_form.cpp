@@ -1,12 +1,10 @@
 #include "db_tools/restore_name_form.h"
 
-#include "db_tools/database_form.h"
 #include "program/program.h"
 
 namespace tarvello {
 
-frmRipristinaBackup::frmRipristinaBackup(Program& program)
-    : Form(program, "frmRipristinaBackup"), program_(program) {
+frmRipristinaBackup::frmRipristinaBackup(Program& program) : Form(program, "frmRipristinaBackup") {
     set_caption("Ripristino Backup");
     Frame1.set_caption("Ripristino Backup");
     Command1.set_caption("Annulla");
@@ -15,9 +13,9 @@ frmRipristinaBackup::frmRipristinaBackup(Program& program)
 }
 
 void frmRipristinaBackup::on_unload(UnloadReason) {
-    TextBox& name = program_.form<frmGestioneDatabase>().Text2;
-    name.clear();
-    name.set_text(Text1.text());
+    if (!name_) return;
+    name_->clear();
+    name_->set_text(Text1.text());
 }
 
 } // namespace tarvello

@@ -3,11 +3,13 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 
+#include <memory>
+
 namespace tarvello {
 
 class Program;
 
-/// Asks for the name of the file that a backup is restored to. The name goes to frmGestioneDatabase when it
+/// Asks for the name of the file that a backup is restored to. The name goes to a box of who asks when it
 /// closes.
 class frmRipristinaBackup : public Form {
 public:
@@ -18,11 +20,13 @@ public:
     TextBox Text1{Frame1, "Text1"};
     CommandButton Command1{*this, "Command1"};
 
+    void hand_over_to(std::shared_ptr<TextBox> name) { name_ = std::move(name); }
+
 protected:
     void on_unload(UnloadReason reason) override;
 
 private:
-    Program& program_;
+    std::shared_ptr<TextBox> name_;
 };
 
 } // namespace tarvello

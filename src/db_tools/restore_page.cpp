@@ -132,6 +132,7 @@ void frmGestioneDatabase::RipristinaBackup() {
     name_form.Label1.set_caption(
         "Indicare il nome che si vuole dare al database (es. 'tarvello'). Lasciare la "
         "casella vuota e premera 'Annulla' per annullare l'operazione.");
+    name_form.hand_over_to(share(Text2));
     name_form.show_modal();
     if (Text2.empty()) return;
     if (!program_.confirm("Si conferma l'operazione di ripristino?")) return;

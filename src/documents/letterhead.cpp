@@ -1,5 +1,6 @@
 #include "documents/letterhead.h"
 
+#include "failure.h"
 #include "program/program.h"
 
 namespace tarvello {
@@ -15,6 +16,14 @@ bool open_letterhead(Program& program) {
                     BoxIcon::information);
     database.close_results();
     return false;
+}
+
+void or_show_failure(Program& program, const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const Failure& failure) {
+        program.message(failure.description(), BoxIcon::exclamation);
+    }
 }
 
 } // namespace tarvello

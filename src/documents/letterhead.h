@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace tarvello {
@@ -16,5 +17,8 @@ inline const std::string print_conf = "print.conf";
 /// closed again.
 /// @return true if rsIntestazione stands on the letterhead
 bool open_letterhead(Program& program);
+
+/// Runs a step; its failure is shown to the user and ends there.
+void or_show_failure(Program& program, const std::function<void()>& step);
 
 } // namespace tarvello

@@ -1,12 +1,10 @@
 #include "documents/print_reports.h"
 
-#include "documents/invoice_row.h"
 #include "documents/letterhead.h"
 #include "failure.h"
-#include "invoices/invoice_form.h"
 #include "program/program.h"
 #include "program/session_fields.h"
-#include "program/version.h"
+#include "program/settings.h"
 #include "text/currency.h"
 #include "text/numbers.h"
 
@@ -20,57 +18,54 @@ struct Value {
     std::string text;
 };
 
-std::vector<Value> header_values(const std::string& date, const LetterheadRow& letterhead,
-                                 const InvoiceRow& invoice) {
+std::vector<Value> header_values(const std::string& date, const PrintedTexts& letterhead,
+                                 const PrintedTexts& invoice) {
     return {
-        {"NomeDitta", letterhead.nome_azienda},
-        {"DescrizioneAttività", letterhead.descrizione_attivita},
-        {"TelefonoDitta", letterhead.telefono},
-        {"FaxDitta", letterhead.fax},
-        {"EMail", letterhead.email},
-        {"IndirizzoDitta", letterhead.indirizzo},
-        {"CFDitta", letterhead.codice_fiscale},
-        {"PIDitta", letterhead.partita_iva},
+        {"NomeDitta", letterhead["Nome_Azienda"]},
+        {"DescrizioneAttività", letterhead["Descrizione_Attività"]},
+        {"TelefonoDitta", letterhead["Telefono"]},
+        {"FaxDitta", letterhead["Fax"]},
+        {"EMail", letterhead["email"]},
+        {"IndirizzoDitta", letterhead["Indirizzo"]},
+        {"CFDitta", letterhead["Codice_Fiscale"]},
+        {"PIDitta", letterhead["Partita_IVA"]},
         {"Data", date},
-        {"Cognome", invoice.cognome_ragione_sociale + " " + invoice.nome},
-        {"IndirizzoCliente", invoice.indirizzo},
-        {"Indirizzo2", invoice.cap + " - " + invoice.citta + " (" + invoice.provincia + ")"},
-        {"CFCliente", invoice.codice_fiscale},
-        {"PICliente", invoice.partita_iva},
+        {"Cognome", invoice["Cognome_Ragione_Sociale"] + " " + invoice["Nome"]},
+        {"IndirizzoCliente", invoice["Indirizzo"]},
+        {"Indirizzo2", invoice["CAP"] + " - " + invoice["Città"] + " (" + invoice["Provincia"] + ")"},
+        {"CFCliente", invoice["Codice_Fiscale"]},
+        {"PICliente", invoice["Partita_IVA"]},
     };
 }
 
 /// Nothing is left out for being empty: the fixed words stay whatever follows them.
-std::vector<Value> body_values(const InvoiceRow& invoice, const std::string& rivalsa) {
-    std::vector<Value> values{{"NumeroFattura", std::to_string(leading_int16(invoice.numero_fattura)) + "/" +
-                                                    std::to_string(leading_int16(invoice.anno))}};
-    for (std::size_t i = 0; i < InvoiceRow::lines; ++i) {
-        values.push_back({"Descrizione" + std::to_string(i + 1), invoice.prestazione[i]});
-        values.push_back({"Importo" + std::to_string(i + 1), invoice.importo[i]});
+std::vector<Value> body_values(const PrintedTexts& invoice, const std::string& rivalsa) {
+    std::vector<Value> values{{"NumeroFattura", std::to_string(leading_int16(invoice["Numero_Fattura"])) +
+                                                    "/" + std::to_string(leading_int16(invoice["Anno"]))}};
+    for (std::size_t i = 1; i <= PrintedTexts::lines; ++i) {
+        const std::string line = std::to_string(i);
+        values.push_back({"Descrizione" + line, invoice["Prestazione" + line]});
+        values.push_back({"Importo" + line, invoice["Importo" + line]});
     }
     const Value rest[] = {
-        {"Imponibile", invoice.imponibile},
-        {"Rivalsa", rivalsa + " " + invoice.percentuale_rivalsa + "%"},
-        {"ImportoRivalsa", invoice.importo_rivalsa},
-        {"AliquotaIVA", "IVA " + invoice.aliquota_iva + "% su " + invoice.imponibile},
-        {"ImpostaIVA", invoice.imposta_iva},
+        {"Imponibile", invoice["Imponibile"]},
+        {"Rivalsa", rivalsa + " " + invoice["Percentuale_Rivalsa"] + "%"},
+        {"ImportoRivalsa", invoice["Importo_Rivalsa"]},
+        {"AliquotaIVA", "IVA " + invoice["Aliquota_IVA"] + "% su " + invoice["Imponibile"]},
+        {"ImpostaIVA", invoice["Imposta_IVA"]},
         {"SpeseAnticipate",
-         (invoice.spese.empty() ? "" : "Spese Anticipate") + (" " + invoice.articolo_esenzione)},
-        {"ImportoSpeseAnticipate", invoice.importo_spese},
-        {"TotaleFattura", invoice.totale_fattura},
-        {"RitenutaAcconto",
-         "Dedotta R.A. " + invoice.percentuale_ritenuta + "% su " + invoice.ritenuta_su + "% Imponibile"},
-        {"ImportoRitenuta", invoice.importo_ritenuta},
-        {"TotaleDovuto", invoice.importo_netto},
-        {"TitoloPagamento", invoice.pagamento.empty() ? "" : "Pagamento"},
-        {"Pagamento", invoice.pagamento},
+         (invoice["Spese"].empty() ? "" : "Spese Anticipate") + (" " + invoice["Articolo_Esenzione"])},
+        {"ImportoSpeseAnticipate", invoice["Importo_Spese"]},
+        {"TotaleFattura", invoice["Totale_Fattura"]},
+        {"RitenutaAcconto", "Dedotta R.A. " + invoice["Percentuale_Ritenuta"] + "% su " +
+                                invoice["Ritenuta_Su"] + "% Imponibile"},
+        {"ImportoRitenuta", invoice["Importo_Ritenuta"]},
+        {"TotaleDovuto", invoice["Importo_Netto"]},
+        {"TitoloPagamento", invoice["Pagamento"].empty() ? "" : "Pagamento"},
+        {"Pagamento", invoice["Pagamento"]},
     };
     values.insert(values.end(), std::begin(rest), std::end(rest));
     return values;
-}
-
-bool logo_is_fitted(Program& program) {
-    return program.platform().settings.read(application_name, "CheckAdattaLogo", "value") == "1";
 }
 
 void set_logo(Program& program, ReportImage& image) {
@@ -78,7 +73,8 @@ void set_logo(Program& program, ReportImage& image) {
     if (!path.empty())
         program.platform().pictures.size(path); // a file that is no picture ends the printing here
     image.path = path;
-    image.size_mode = logo_is_fitted(program) ? ReportSizeMode::stretch : ReportSizeMode::clip;
+    image.size_mode =
+        stored_as_ticked(program, "CheckAdattaLogo") ? ReportSizeMode::stretch : ReportSizeMode::clip;
 }
 
 void show_report(Program& program, Report report, const std::vector<Value>& header,
@@ -104,15 +100,14 @@ void close_all_results(Program& program) {
 
 } // namespace
 
-void print_invoice(Program& program) {
+void print_invoice(Program& program, const InvoiceOnView& on_view) {
     if (!open_letterhead(program)) return;
     std::vector<Value> header;
     std::vector<Value> body;
     try {
-        const std::string date =
-            short_date_text(program.form<frmTarvello>().DTPicker1.date(), program.regional());
-        const LetterheadRow letterhead = read_letterhead(program);
-        const InvoiceRow invoice = read_invoice(program);
+        const std::string date = short_date_text(on_view.date, program.regional());
+        const PrintedTexts letterhead = read_letterhead(program);
+        const PrintedTexts invoice = read_invoice(program, on_view.id);
         header = header_values(date, letterhead, invoice);
         body = body_values(invoice, program.session().txtProfessione.text());
     } catch (const Failure& failure) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "documents/printed_texts.h"
 #include "platform/report.h"
 
 namespace tarvello {
@@ -11,9 +12,9 @@ class Program;
 Report DataReport1();
 Report DataReport2();
 
-/// Shows the invoice on view, as it is stored, in the print preview.
+/// Shows an invoice, as it is stored, in the print preview.
 /// @throws Failure only if the letterhead cannot be looked for; whatever fails after that is shown to the
 /// user
-void print_invoice(Program& program);
+void print_invoice(Program& program, const InvoiceOnView& on_view);
 
 } // namespace tarvello

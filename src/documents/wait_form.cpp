@@ -4,6 +4,6 @@
 
 namespace tarvello {
 
-frmAttesa::frmAttesa(Program& program) : Form(program, "frmAttesa") { set_caption("Tarvello 4"); }
+frmAttesa::frmAttesa(Program& program) : Form(program, "frmAttesa") { set_caption(program_title); }
 
 } // namespace tarvello

@@ -1,11 +1,9 @@
 #include "documents/word_filling.h"
 
-#include "documents/invoice_row.h"
 #include "documents/letterhead.h"
 #include "documents/letterhead_form.h"
 #include "documents/wait_form.h"
 #include "failure.h"
-#include "invoices/invoice_form.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 
@@ -30,59 +28,60 @@ std::string bare_date(const Date& date) {
            std::to_string(year_of(date));
 }
 
-std::string withholding_rate(const InvoiceRow& invoice) {
-    if (invoice.ritenuta.empty() || invoice.percentuale_ritenuta.empty()) return {};
-    return invoice.percentuale_ritenuta + "% su " + invoice.ritenuta_su + "% Imponibile";
+std::string withholding_rate(const PrintedTexts& invoice) {
+    if (invoice["Ritenuta"].empty() || invoice["Percentuale_Ritenuta"].empty()) return {};
+    return invoice["Percentuale_Ritenuta"] + "% su " + invoice["Ritenuta_Su"] + "% Imponibile";
 }
 
 /// The placeholders with their values, in the order of replacement. A value that holds the text of a later
 /// placeholder gets that one replaced in turn.
-std::vector<Variable> variables(const std::string& date, const LetterheadRow& letterhead,
-                                const InvoiceRow& invoice, const std::string& rivalsa) {
+std::vector<Variable> variables(const std::string& date, const PrintedTexts& letterhead,
+                                const PrintedTexts& invoice, const std::string& rivalsa) {
     std::vector<Variable> list{
         {"%Data%", date},
-        {"%NomeDitta%", letterhead.nome_azienda},
-        {"%DescrizioneAttività%", letterhead.descrizione_attivita},
-        {"%TelefonoDitta%", with_prefix("Tel. ", letterhead.telefono)},
-        {"%FaxDitta%", with_prefix("Fax. ", letterhead.fax)},
-        {"%e-mail%", with_prefix("e-mail: ", letterhead.email)},
-        {"%IndirizzoDitta%", letterhead.indirizzo},
-        {"%CodiceFiscaleDitta%", with_prefix("C.F. ", letterhead.codice_fiscale)},
-        {"%PIDitta%", with_prefix("P.I. ", letterhead.partita_iva)},
-        {"%NomeCliente%", invoice.nome},
-        {"%CogRagSoc%", invoice.cognome_ragione_sociale},
-        {"%IndirizzoCliente%", invoice.indirizzo},
-        {"%CAPCliente%", invoice.cap},
-        {"%Pro%", invoice.provincia},
-        {"%CittàClt%", invoice.citta},
-        {"%CodiceFiscaleCliente%", with_prefix("C.F. ", invoice.codice_fiscale)},
-        {"%PICliente%", with_prefix("P.I. ", invoice.partita_iva)},
-        {"%NumeroFattura%", invoice.numero_fattura},
-        {"%Anno%", invoice.anno},
+        {"%NomeDitta%", letterhead["Nome_Azienda"]},
+        {"%DescrizioneAttività%", letterhead["Descrizione_Attività"]},
+        {"%TelefonoDitta%", with_prefix("Tel. ", letterhead["Telefono"])},
+        {"%FaxDitta%", with_prefix("Fax. ", letterhead["Fax"])},
+        {"%e-mail%", with_prefix("e-mail: ", letterhead["email"])},
+        {"%IndirizzoDitta%", letterhead["Indirizzo"]},
+        {"%CodiceFiscaleDitta%", with_prefix("C.F. ", letterhead["Codice_Fiscale"])},
+        {"%PIDitta%", with_prefix("P.I. ", letterhead["Partita_IVA"])},
+        {"%NomeCliente%", invoice["Nome"]},
+        {"%CogRagSoc%", invoice["Cognome_Ragione_Sociale"]},
+        {"%IndirizzoCliente%", invoice["Indirizzo"]},
+        {"%CAPCliente%", invoice["CAP"]},
+        {"%Pro%", invoice["Provincia"]},
+        {"%CittàClt%", invoice["Città"]},
+        {"%CodiceFiscaleCliente%", with_prefix("C.F. ", invoice["Codice_Fiscale"])},
+        {"%PICliente%", with_prefix("P.I. ", invoice["Partita_IVA"])},
+        {"%NumeroFattura%", invoice["Numero_Fattura"]},
+        {"%Anno%", invoice["Anno"]},
     };
-    for (std::size_t i = 0; i < InvoiceRow::lines; ++i) {
-        list.push_back({"%Descrizione" + std::to_string(i + 1) + "%", invoice.prestazione[i]});
-    }
-    for (std::size_t i = 0; i < InvoiceRow::lines; ++i) {
-        list.push_back({"%Importo" + std::to_string(i + 1) + "%", invoice.importo[i]});
+    for (const auto& [word, column] :
+         {std::pair{"%Descrizione", "Prestazione"}, std::pair{"%Importo", "Importo"}}) {
+        for (std::size_t i = 1; i <= PrintedTexts::lines; ++i) {
+            const std::string line = std::to_string(i);
+            list.push_back({word + line + "%", invoice[column + line]});
+        }
     }
     const Variable rest[] = {
-        {"%IVA%", invoice.aliquota_iva + "%"},
-        {"%ArtEs%", with_prefix("esenti IVA ", invoice.articolo_esenzione)},
+        {"%IVA%", invoice["Aliquota_IVA"] + "%"},
+        {"%ArtEs%", with_prefix("esenti IVA ", invoice["Articolo_Esenzione"])},
         {"%Rivalsa%", rivalsa},
-        {"%AliquotaRivalsa%", invoice.percentuale_rivalsa + "%"},
-        {"%ImportoRivalsa%", invoice.importo_rivalsa},
-        {"%Imponibile%", invoice.imponibile},
-        {"%ImpostaIVA%", invoice.imposta_iva},
-        {"%TotaleFattura%", invoice.totale_fattura},
-        {"%SpeseAnticipate%", invoice.spese.empty() ? "" : "Spese Anticipate"},
-        {"%ImportoSpeseAnticipate%", invoice.importo_spese},
-        {"%ImportoRitenutaAcconto%", invoice.importo_ritenuta},
+        {"%AliquotaRivalsa%", invoice["Percentuale_Rivalsa"] + "%"},
+        {"%ImportoRivalsa%", invoice["Importo_Rivalsa"]},
+        {"%Imponibile%", invoice["Imponibile"]},
+        {"%ImpostaIVA%", invoice["Imposta_IVA"]},
+        {"%TotaleFattura%", invoice["Totale_Fattura"]},
+        {"%SpeseAnticipate%", invoice["Spese"].empty() ? "" : "Spese Anticipate"},
+        {"%ImportoSpeseAnticipate%", invoice["Importo_Spese"]},
+        {"%ImportoRitenutaAcconto%", invoice["Importo_Ritenuta"]},
         {"%RitenutaAcconto%", "Dedotta R.A."},
         {"%PerRitenuta%", withholding_rate(invoice)},
-        {"%TotaleDovuto%", invoice.importo_netto},
-        {"%Pagamento1%", invoice.pagamento.empty() ? "" : "Banca d'appoggio: "},
-        {"%Pagamento2%", invoice.pagamento},
+        {"%TotaleDovuto%", invoice["Importo_Netto"]},
+        {"%Pagamento1%", invoice["Pagamento"].empty() ? "" : "Banca d'appoggio: "},
+        {"%Pagamento2%", invoice["Pagamento"]},
     };
     list.insert(list.end(), std::begin(rest), std::end(rest));
     return list;
@@ -161,12 +160,12 @@ void InserisciVariabileWord(Program& program, const std::string& name, const std
     }
 }
 
-void create_word_document(Program& program) {
+void create_word_document(Program& program, const InvoiceOnView& on_view) {
     if (!open_letterhead(program)) return;
     try {
-        const std::string date = bare_date(program.form<frmTarvello>().DTPicker1.date());
-        const LetterheadRow letterhead = read_letterhead(program);
-        const InvoiceRow invoice = read_invoice(program);
+        const std::string date = bare_date(on_view.date);
+        const PrintedTexts letterhead = read_letterhead(program);
+        const PrintedTexts invoice = read_invoice(program, on_view.id);
         fill_template(program, variables(date, letterhead, invoice, program.session().txtProfessione.text()));
     } catch (const Failure&) { // whatever it was, the user reads the same
         if (auto* wait = program.loaded<frmAttesa>()) wait->unload();

@@ -1,8 +1,6 @@
 #include "fiscal_code/calculator_form.h"
 
-#include "customers/customer_form.h"
 #include "fiscal_code/fiscal_code.h"
-#include "invoices/invoice_form.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -112,13 +110,13 @@ void frmCalcolaCF::compute() {
     const std::string code = CalcoloCodFis(txtCognome.text(), txtNome.text(), DTPicker1.date(),
                                            cboSesso.text(), trim(txtCodice.text()));
     txtCodiceFiscale.set_text(code);
-    hand_over(code);
+    if (code_target_) code_target_->set_text(code);
     cmdElabora.set_enabled(false);
 }
 
-void frmCalcolaCF::hand_over(const std::string& code) {
-    if (txtparam.text() == "Clienti") program_.form<frmClienti>().txtfields[0].set_text(code);
-    if (txtparam.text() == "Fatture") program_.form<frmTarvello>().txtAnagrafica[0].set_text(code);
+void frmCalcolaCF::hand_over_to(const std::string& caller, std::shared_ptr<TextBox> code) {
+    txtparam.set_text(caller);
+    code_target_ = std::move(code);
 }
 
 } // namespace tarvello

@@ -6,6 +6,7 @@
 #include "platform/form.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace tarvello {
@@ -13,7 +14,7 @@ namespace tarvello {
 class Program;
 
 /// Works out the fiscal code of a person and writes it into the box of the form that opened it. A caller sets
-/// `txtCognome`, `txtNome` and `txtparam` and shows the form modally.
+/// `txtCognome` and `txtNome`, says where the code goes, and shows the form modally.
 class frmCalcolaCF : public Form {
 public:
     explicit frmCalcolaCF(Program& program);
@@ -27,10 +28,13 @@ public:
     TextBox txtProvincia{Frame1, "txtProvincia"};
     TextBox txtCodice{Frame1, "txtCodice"};
     TextBox txtCodiceFiscale{Frame1, "txtCodiceFiscale"};
-    /// Where the code goes: "Clienti" to frmClienti, "Fatture" to frmTarvello, any other text nowhere.
+    /// Who has asked for the code: "Clienti" or "Fatture"; empty where it goes nowhere.
     TextBox txtparam{*this, "txtparam"};
     CommandButton cmdElabora{*this, "cmdElabora"};
     CommandButton cmdExit{*this, "cmdExit"};
+
+    /// From now on the code goes there too.
+    void hand_over_to(const std::string& caller, std::shared_ptr<TextBox> code);
 
 protected:
     void on_load() override;
@@ -43,12 +47,11 @@ private:
     /// @return the colour that the text in txtComune is to have; none is that of the desktop
     std::optional<Color> show_match(const std::string& typed);
     void compute();
-    /// Writes the code into the box of the form that opened this one, if it asked for it.
-    void hand_over(const std::string& code);
     /// Runs a step that reads the municipalities; its failure is shown, and the form stays open.
     void telling_failures(const std::function<void()>& step);
 
     Program& program_;
+    std::shared_ptr<TextBox> code_target_;
     std::optional<Municipalities> municipalities_;
     std::optional<Failure> not_opened_; // why there are no municipalities
 };

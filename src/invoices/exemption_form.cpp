@@ -1,12 +1,10 @@
 #include "invoices/exemption_form.h"
 
-#include "failure.h"
-#include "invoices/invoice_form.h"
+#include "program/program.h"
 
 namespace tarvello {
 
-frmArticoloEsenzione::frmArticoloEsenzione(Program& program)
-    : Form(program, "frmArticoloEsenzione"), program_(program) {
+frmArticoloEsenzione::frmArticoloEsenzione(Program& program) : Form(program, "frmArticoloEsenzione") {
     set_caption("Articolo Esenzione IVA");
     Label1.set_caption("Specificare uno degli articoli di esenzione");
     Option1.set_caption("Art. 10 D.p.r. 633/72");
@@ -33,19 +31,17 @@ void frmArticoloEsenzione::allow_own_words(bool allowed) {
 }
 
 void frmArticoloEsenzione::accept() {
-    auto& invoice = program_.form<frmTarvello>();
+    std::optional<std::string> chosen;
     for (const OptionButton* article : {&Option1, &Option2, &Option3}) {
-        if (article->selected()) invoice.txtArticoloEsenzione.set_text("(" + article->caption() + ")");
+        if (article->selected()) chosen = "(" + article->caption() + ")";
     }
-    if (Option4.selected()) invoice.txtArticoloEsenzione.set_text(txtEsenzioneIVA.text());
-    invoice.ShapeImportoSpeseAnticipate.set_visible(true);
+    if (Option4.selected()) chosen = txtEsenzioneIVA.text();
+    if (target_) target_->exempt_expenses(chosen);
     unload();
 }
 
 void frmArticoloEsenzione::cancel() {
-    auto& invoice = program_.form<frmTarvello>();
-    invoice.CheckSpese.set_checked(false);
-    invoice.txtArticoloEsenzione.clear();
+    if (target_) target_->drop_expenses();
     unload();
 }
 

@@ -3,12 +3,27 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 
+#include <memory>
+#include <optional>
+#include <string>
+
 namespace tarvello {
 
 class Program;
 
-/// Asks under which article the anticipated expenses of the invoice on frmTarvello are outside VAT, and
-/// writes the answer there.
+/// The invoice whose anticipated expenses are outside VAT.
+class ExemptionTarget {
+public:
+    /// The expenses stay. @param article  the one chosen; none leaves the article as it was
+    virtual void exempt_expenses(const std::optional<std::string>& article) = 0;
+    /// The invoice carries no expenses after all.
+    virtual void drop_expenses() = 0;
+
+protected:
+    ~ExemptionTarget() = default;
+};
+
+/// Asks under which article the anticipated expenses of an invoice are outside VAT.
 class frmArticoloEsenzione : public Form {
 public:
     explicit frmArticoloEsenzione(Program& program);
@@ -25,12 +40,15 @@ public:
     CommandButton OKButton{*this, "OKButton"};
     CommandButton CancelButton{*this, "CancelButton"};
 
+    /// Where the answer goes; before it is shown.
+    void ask_for(std::shared_ptr<ExemptionTarget> target) { target_ = std::move(target); }
+
 private:
     void allow_own_words(bool allowed);
     void accept();
     void cancel();
 
-    Program& program_;
+    std::shared_ptr<ExemptionTarget> target_;
 };
 
 } // namespace tarvello

@@ -1,5 +1,6 @@
 #include "invoices/invoice_amounts.h"
 
+#include "preferences/rates.h"
 #include "text/currency.h"
 #include "text/numbers.h"
 
@@ -32,7 +33,7 @@ std::string imponibile(const Lines& lines, std::optional<std::string_view> rival
 
 std::string iva(std::string_view imponibile, std::string_view rate, const RegionalSettings& regional) {
     const double base = read_amount(imponibile, regional);
-    return currency_text(percent_of(base, rate == "Esente" ? 0 : leading_number(rate)), regional);
+    return currency_text(percent_of(base, rate == rates::exempt ? 0 : leading_number(rate)), regional);
 }
 
 std::string totale(std::string_view imponibile, std::string_view iva, std::optional<std::string_view> spese,

@@ -1,9 +1,8 @@
 #include "failure.h"
 #include "invoices/invoice_amounts.h"
 #include "invoices/invoice_form.h"
-#include "preferences/tax_preferences.h"
+#include "preferences/rates.h"
 #include "program/session_fields.h"
-#include "program/settings.h"
 #include "text/currency.h"
 
 /// The calculation on the form: which texts go into the steps of invoice_amounts and where their results go.
@@ -91,11 +90,8 @@ void frmTarvello::calculate_ritenuta() {
         txtRitenutaAcconto.clear();
         return;
     }
-    // As the preferences were last saved, whatever their window shows at the moment.
-    CheckBox& on_rivalsa = program_.form<frmImpostazioni>().Check1;
-    ReadValueSetting(program_, on_rivalsa);
     std::optional<std::string_view> rivalsa;
-    if (on_rivalsa.checked() && !program_.session().CheckEscludiRivalsaImponibile.checked() &&
+    if (rivalsa_enters_ritenuta(program_) && !program_.session().CheckEscludiRivalsaImponibile.checked() &&
         CheckRivalsa.checked() && ComboPercentualeRivalsa.text() == "4") {
         rivalsa = txtImportoRivalsa.text();
     }

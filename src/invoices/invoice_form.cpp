@@ -3,12 +3,17 @@
 #include "documents/print_reports.h"
 #include "documents/word_filling.h"
 #include "failure.h"
-#include "invoices/exemption_form.h"
+#include "invoices/field_marker.h"
 #include "invoices/list_by_year_form.h"
+#include "invoices/shared_results.h"
 #include "platform/platform.h"
+#include "preferences/rates.h"
 #include "program/net_functions.h"
 #include "program/session_fields.h"
+#include "program/settings.h"
 #include "text/numbers.h"
+
+#include <ranges>
 
 namespace tarvello {
 namespace {
@@ -18,7 +23,9 @@ const char* const default_wording = "Rivalsa";
 
 } // namespace
 
-frmTarvello::frmTarvello(Program& program) : Form(program, "frmTarvello"), program_(program) {
+frmTarvello::frmTarvello(Program& program)
+    : Form(program, "frmTarvello"), customer(program, *this), search(program, *this), note(*this),
+      program_(program) {
     Toolbar1.add_button("Nuova Fattura", "Nuova Fattura", new_picture);
     Toolbar1.add_button("Modifica Dati", "Modifica Dati", change_picture);
     Toolbar1.add_button("Crea file Word", "Crea file Word", "documento");
@@ -35,8 +42,10 @@ frmTarvello::frmTarvello(Program& program) : Form(program, "frmTarvello"), progr
 
     order_tabs({&Toolbar1, &Toolbar1.button(1), &Toolbar1.button(2), &Toolbar1.button(3), &Toolbar1.button(4),
                 &Toolbar1.button(5), &Toolbar1.button(6), &Toolbar1.button(7), &Toolbar1.button(8)});
-    order_tabs({&txtAnagrafica[5], &txtNome, &txtAnagrafica[6], &txtAnagrafica[0], &cmdCalcolaCF,
-                &txtAnagrafica[1], &txtAnagrafica[2], &txtAnagrafica[4], &txtAnagrafica[3]});
+    const auto block = [this](std::size_t box) { return &customer.txtAnagrafica[box]; };
+    order_tabs({block(CustomerBlock::cognome), &customer.txtNome, block(CustomerBlock::partita_iva),
+                block(CustomerBlock::codice_fiscale), &customer.cmdCalcolaCF, block(CustomerBlock::indirizzo),
+                block(CustomerBlock::cap), block(CustomerBlock::citta), block(CustomerBlock::provincia)});
     order_tabs({&PrestazioneSingola[0], &txtImportoPrestazioni[0], &PrestazioneSingola[1],
                 &txtImportoPrestazioni[1], &PrestazioneSingola[2], &txtImportoPrestazioni[2],
                 &PrestazioneSingola[3], &txtImportoPrestazioni[3], &PrestazioneSingola[4],
@@ -44,22 +53,17 @@ frmTarvello::frmTarvello(Program& program) : Form(program, "frmTarvello"), progr
 }
 
 void frmTarvello::set_captions() {
-    cmdNavigazione[0].set_caption("Prima");
-    cmdNavigazione[1].set_tool_tip("Fattura precedente");
-    cmdNavigazione[1].set_picture("freccia-sinistra");
-    cmdNavigazione[2].set_tool_tip("Fattura successiva");
-    cmdNavigazione[2].set_picture("freccia-destra");
-    cmdNavigazione[3].set_caption("Ultima");
-    cmdNavigazione[4].set_caption("Anno Precedente");
-    cmdNavigazione[5].set_caption("Anno Successivo");
+    cmdNavigazione[invoice_move::first].set_caption("Prima");
+    cmdNavigazione[invoice_move::previous].set_tool_tip("Fattura precedente");
+    cmdNavigazione[invoice_move::previous].set_picture("freccia-sinistra");
+    cmdNavigazione[invoice_move::next].set_tool_tip("Fattura successiva");
+    cmdNavigazione[invoice_move::next].set_picture("freccia-destra");
+    cmdNavigazione[invoice_move::last].set_caption("Ultima");
+    cmdNavigazione[invoice_move::previous_year].set_caption("Anno Precedente");
+    cmdNavigazione[invoice_move::next_year].set_caption("Anno Successivo");
     cmdNuovoAnnoFatturazione.set_caption("Nuovo Anno di Fatturazione");
     cmdNuovoAnnoFatturazione.set_tool_tip(
         "Permette di specificare un nuovo anno di emissione per le fatture.");
-    cmdCercaCliente.set_caption("Seleziona Cliente");
-    cmdCercaCliente.set_picture("clienti");
-    cmdCercaCliente.set_tool_tip("Seleziona Cliente / Inserisci Nuovo Cliente");
-    cmdCalcolaCF.set_picture("calcolatrice");
-    cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
     cmdDettagliPrestazioni.set_caption("Dettagli");
     CheckRivalsa.set_caption(default_wording);
     CheckSpese.set_caption("Spese Anticipate es. IVA");
@@ -77,44 +81,29 @@ void frmTarvello::set_captions() {
     StampaWord.set_tool_tip("Crea fattura in formato Microsoft Word (crea file)");
     CheckEmail.set_caption("Invia e-mail");
     cmdChiudi.set_caption("Chiudi");
-    cmdCerca.set_caption("Cerca Fattura");
-    cmdCerca.set_picture("cerca");
-    Label7.set_caption("1. Anno");
-    Combo3.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
-    Label8.set_caption("2. Cerca in:");
-    Label4.set_caption("3. Cosa?");
-    cmdNota.set_tool_tip("Aggiungi / Visualizza Nota");
-    cmdNota.set_picture("freccia-giu");
 }
 
 void frmTarvello::set_lists() {
-    for (const char* item : {"4", "2"}) ComboPercentualeRivalsa.add_item(item);
-    for (const char* item : {"20", "10", "Esente"}) ComboIVAApplicata.add_item(item);
+    for (const char* rate : rates::rivalsa) ComboPercentualeRivalsa.add_item(rate);
+    for (const char* rate : rates::iva) ComboIVAApplicata.add_item(rate);
     ComboIVASpeseAnticipate.add_item("0");
     ComboIVASpeseAnticipate.set_list_index(0);
-    for (const char* item : {"20", "10"}) ComboRitenuta.add_item(item);
-    for (const char* item : {"100", "75", "50"}) ComboRitenutaSu.add_item(item);
-    for (int year = 2004; year <= 2020; ++year) Combo3.add_item(std::to_string(year));
-    for (const char* item :
-         {"Numero Fattura", "Codice Fiscale", "Partita IVA", "Nome", "Cognome/Ragione Sociale"}) {
-        Combo1.add_item(item);
-    }
+    for (const char* rate : rates::ritenuta) ComboRitenuta.add_item(rate);
+    for (const char* share : rates::ritenuta_shares | std::views::reverse) ComboRitenutaSu.add_item(share);
 }
 
 void frmTarvello::set_first_state() {
     DTPicker1.set_date(program_.platform().clock.today());
     DTPicker_CURRENT_YEAR.set_date(DTPicker1.date());
     for (Control* hidden :
-         {static_cast<Control*>(&txtCurrent_ID), static_cast<Control*>(&txtNuovoInserimento),
-          static_cast<Control*>(&txtfield_CURRENT_YEAR), static_cast<Control*>(&txtfield_CURRENT_MONTH),
-          static_cast<Control*>(&txtfield_CURRENT_DAY), static_cast<Control*>(&xtConnected),
-          static_cast<Control*>(&DTPicker_CURRENT_YEAR), static_cast<Control*>(&ComboIVASpeseAnticipate),
+         {static_cast<Control*>(&txtCurrent_ID), static_cast<Control*>(&txtfield_CURRENT_YEAR),
+          static_cast<Control*>(&txtfield_CURRENT_MONTH), static_cast<Control*>(&txtfield_CURRENT_DAY),
+          static_cast<Control*>(&xtConnected), static_cast<Control*>(&DTPicker_CURRENT_YEAR),
+          static_cast<Control*>(&ComboIVASpeseAnticipate),
           // Two buttons without a task.
           static_cast<Control*>(&cmdDettagliPrestazioni), static_cast<Control*>(&Command1)}) {
         hidden->set_visible(false);
     }
-    for (Shape& shape : ShapeAnagrafica) shape.set_visible(false);
-    ShapeNome.set_visible(false);
     for (Shape& shape : ShapePrestazioneSingola) shape.set_visible(false);
     for (Shape& shape : ShapeImporto) shape.set_visible(false);
     ShapeImportoSpeseAnticipate.set_visible(false);
@@ -127,11 +116,6 @@ void frmTarvello::set_first_state() {
     ritenuta_changed();
     show_expenses(false);
     txtPagamento.set_back_color(colors::grey);
-    for (Control* entry :
-         {static_cast<Control*>(&Combo1), static_cast<Control*>(&Combo3), static_cast<Control*>(&Text2)}) {
-        entry->set_enabled(false);
-    }
-    FrameNota.set_height(note_closed_height);
 }
 
 void frmTarvello::connect_buttons() {
@@ -139,7 +123,7 @@ void frmTarvello::connect_buttons() {
     for (std::size_t i = 0; i < cmdNavigazione.size(); ++i) {
         cmdNavigazione[i].on_click = [this, i] { navigate(i); };
     }
-    cmdCerca.on_click = [this] { search(); };
+    search.cmdCerca.on_click = [this] { run_search(); };
     cmdNuovaFattura.on_click = [this] {
         if (cmdNuovaFattura.caption() == "Nuova Fattura") {
             start_new_invoice();
@@ -159,12 +143,14 @@ void frmTarvello::connect_buttons() {
     cmdCalcola.on_click = [this] { Calcola(); };
     cmdChiudi.on_click = [this] { unload(); };
     CheckEmail.on_click = [this] { write_mail(); };
-    StampaWord.on_click = [this] { create_word_document(program_); };
-    cmdStampaFattura.on_click = [this] { print_invoice(program_); };
+    StampaWord.on_click = [this] { create_word_document(program_, on_view()); };
+    cmdStampaFattura.on_click = [this] { print_invoice(program_, on_view()); };
     cmdNuovoAnnoFatturazione.on_click = [this] { start_numbering_year(); };
-    cmdNota.on_click = [this] { flip_note(); };
-    cmdCercaCliente.on_click = [this] { pick_customer(); };
-    cmdCalcolaCF.on_click = [this] { calculate_fiscal_code(); };
+    customer.cmdCercaCliente.on_click = [this] {
+        customer.pick();
+        SbloccaAnagrafica();
+        DTPicker1.set_focus();
+    };
 }
 
 void frmTarvello::press_toolbar(const ToolButton& button) {
@@ -180,7 +166,10 @@ void frmTarvello::press_toolbar(const ToolButton& button) {
     for (const auto& [key, command] : same_as) {
         if (button.key() == key && command->on_click) command->on_click();
     }
-    if (button.key() == "Show") program_.show_modal(program_.form<frmSelectYear>());
+    if (button.key() != "Show") return;
+    auto& list = program_.form<frmSelectYear>();
+    list.return_to(share<InvoiceView>(*this));
+    list.show_modal();
 }
 
 void frmTarvello::connect_fields() {
@@ -208,53 +197,33 @@ void frmTarvello::connect_fields() {
     }
     mark(txtImportoSpeseAnticipate, ShapeImportoSpeseAnticipate);
     txtImportoSpeseAnticipate.on_lost_focus = [this] { leave_expenses(); };
-    for (std::size_t i = 0; i < txtAnagrafica.size(); ++i) {
-        mark(txtAnagrafica[i], ShapeAnagrafica[i]);
-        txtAnagrafica[i].on_key_press = [this](int& key) { key_in_customer(key); };
-        txtAnagrafica[i].on_query_edit = [this] { return picks_customer_instead(); };
-        txtAnagrafica[i].on_lost_focus = [this, i] { leave_customer_field(i); };
-    }
-    mark(txtNome, ShapeNome);
-    txtNome.on_lost_focus = [this] { leave_name(); };
-}
-
-void frmTarvello::mark(TextBox& field, Shape& shape) {
-    field.on_change = [&field, &shape] { shape.set_visible(!field.empty()); };
-    field.on_got_focus = [&shape] { shape.set_visible(true); };
-    field.on_lost_focus = field.on_change;
 }
 
 void frmTarvello::on_load() {
     set_caption("Fatture");
     place_top_left();
     set_size(11655, 8865);
-    FrameRicerca.set_height(search_closed_height);
-    txtNuovoInserimento.clear();
+    search.FrameRicerca.set_height(SearchPanel::closed_height);
+    customer.expect_known_customer();
     BloccaFattura();
     txtNumeroFattura.set_locked(true);
     BloccaAnagrafica();
     cmdNuovoAnnoFatturazione.set_enabled(false);
     const std::string& wording = program_.session().txtProfessione.text();
-    const bool none = wording.empty() || wording == "False" || wording == "Falso";
+    const bool none = wording.empty() || wording == missing_setting || wording == "Falso";
     CheckRivalsa.set_caption(none ? default_wording : wording);
 
-    ChiudiRecordset();
-    Recordset& rsFatture = program_.database().rsFatture;
-    rsFatture.open("SELECT * FROM Fatture ORDER BY ID DESC", program_.database().dbConnection);
-    if (!rsFatture.eof()) MostraFattura();
-    ChiudiRecordset();
+    Database& database = program_.database();
+    with_result(database, database.rsFatture, "SELECT * FROM Fatture ORDER BY ID DESC",
+                [this](const Recordset& rows) {
+                    if (!rows.eof()) MostraFattura();
+                });
     txtfield_CURRENT_YEAR.set_text(std::to_string(year_of(DTPicker1.date())));
     txtfield_CURRENT_MONTH.set_text(std::to_string(month_of(DTPicker1.date())));
     txtfield_CURRENT_DAY.set_text(std::to_string(day_of(DTPicker1.date())));
 }
 
-void frmTarvello::on_unload(UnloadReason) { ChiudiRecordset(); }
-
-void frmTarvello::ChiudiRecordset() {
-    Database& database = program_.database();
-    skip_failures([&] { database.rsFatture.close(); }, [&] { database.rsClienti.close(); },
-                  [&] { database.rsIntestazione.close(); }, [&] { database.rsReport.close(); });
-}
+void frmTarvello::on_unload(UnloadReason) { ChiudiRecordset(program_.database()); }
 
 void frmTarvello::rivalsa_changed() {
     const bool charged = CheckRivalsa.checked();
@@ -302,7 +271,9 @@ void frmTarvello::spese_changed() {
     txtImportoSpeseAnticipate.set_enabled(true);
     ShapeImportoSpeseAnticipate.set_back_color(colors::white);
     txtArticoloEsenzione.set_enabled(true);
-    program_.show_modal(program_.form<frmArticoloEsenzione>());
+    auto& dialog = program_.form<frmArticoloEsenzione>();
+    dialog.ask_for(share<ExemptionTarget>(*this));
+    dialog.show_modal();
     // A cancelled dialog has taken the tick away, and with it the expenses.
     if (CheckSpese.checked()) txtImportoSpeseAnticipate.set_visible(true);
 }
@@ -312,8 +283,19 @@ void frmTarvello::expenses_rate_chosen() {
     if (ComboIVASpeseAnticipate.text() == "0") {
         auto& dialog = program_.form<frmArticoloEsenzione>();
         dialog.txtparam.set_text("1");
-        program_.show_modal(dialog);
+        dialog.ask_for(share<ExemptionTarget>(*this));
+        dialog.show_modal();
     }
+    txtArticoloEsenzione.clear();
+}
+
+void frmTarvello::exempt_expenses(const std::optional<std::string>& article) {
+    if (article) txtArticoloEsenzione.set_text(*article);
+    ShapeImportoSpeseAnticipate.set_visible(true);
+}
+
+void frmTarvello::drop_expenses() {
+    CheckSpese.set_checked(false);
     txtArticoloEsenzione.clear();
 }
 
@@ -338,19 +320,31 @@ void frmTarvello::pagamento_changed() {
                   [&] { rsIntestazione.close(); });
 }
 
-void frmTarvello::flip_note() {
-    if (FrameNota.height() == note_open_height) {
-        FrameNota.set_height(note_closed_height);
-    } else if (FrameNota.height() == note_closed_height) {
-        FrameNota.set_height(note_open_height);
+void frmTarvello::run_search() {
+    if (search.cmdCerca.caption() == "Cerca Fattura") {
+        PulisciFattura();
+        ImpostaStato("Cerca Fattura");
+        search.cmdCerca.set_caption("OK");
+        search.set_open(true);
+        return;
     }
+    if (!search.list_matches(share<InvoiceView>(*this))) {
+        program_.message("Nessua fattura trovata.", BoxIcon::information);
+        return;
+    }
+    search.set_open(false);
+    SbloccaAnagrafica();
+    ImpostaStato("OK");
+    search.cmdCerca.set_caption("Cerca Fattura");
 }
 
+InvoiceOnView frmTarvello::on_view() const { return {txtCurrent_ID.text(), DTPicker1.date()}; }
+
 void frmTarvello::write_mail() {
-    ChiudiRecordset();
+    ChiudiRecordset(program_.database());
     Recordset& rsClienti = program_.database().rsClienti;
     rsClienti.open("SELECT * FROM Clienti WHERE Numero_Cliente=" +
-                       plain_number(leading_number(ComboNumeroCliente.text())),
+                       plain_number(leading_number(customer.ComboNumeroCliente.text())),
                    program_.database().dbConnection);
     const std::string address = rsClienti.eof() ? std::string() : rsClienti.text_or_empty("email");
     rsClienti.close();

@@ -1,5 +1,6 @@
 #include "failure.h"
 #include "invoices/invoice_form.h"
+#include "invoices/shared_results.h"
 #include "program/session_fields.h"
 #include "text/numbers.h"
 
@@ -7,23 +8,19 @@
 namespace tarvello {
 
 void frmTarvello::BloccaAnagrafica() {
-    for (TextBox& field : txtAnagrafica) field.set_locked(true);
-    txtNome.set_locked(true);
-    cmdCalcolaCF.set_enabled(false);
+    customer.set_locked(true);
     FrameData.set_enabled(false);
 }
 
 void frmTarvello::SbloccaAnagrafica() {
-    for (TextBox& field : txtAnagrafica) field.set_locked(false);
-    txtNome.set_locked(false);
-    cmdCalcolaCF.set_enabled(true);
+    customer.set_locked(false);
     DTPicker1.set_enabled(true);
     FrameData.set_enabled(true);
 }
 
 void frmTarvello::lock_invoice(bool locked) {
     cmdCalcola.set_enabled(!locked);
-    cmdCercaCliente.set_enabled(!locked);
+    customer.cmdCercaCliente.set_enabled(!locked);
     for (TextBox& field : PrestazioneSingola) field.set_locked(locked);
     for (TextBox& field : txtImportoPrestazioni) field.set_locked(locked);
     FrameBloccaFattura.set_enabled(!locked);
@@ -35,9 +32,7 @@ void frmTarvello::BloccaFattura() { lock_invoice(true); }
 void frmTarvello::SbloccaFattura() { lock_invoice(false); }
 
 void frmTarvello::PulisciFattura() {
-    for (TextBox& field : txtAnagrafica) field.clear();
-    txtNome.clear();
-    ComboNumeroCliente.clear();
+    customer.clear();
     for (std::size_t i = 0; i < lines; ++i) {
         PrestazioneSingola[i].clear();
         ShapePrestazioneSingola[i].set_visible(false);
@@ -69,10 +64,16 @@ void frmTarvello::show_toolbar_mode(std::size_t place, const std::string& captio
     Toolbar1.button(place).set_picture(picture);
 }
 
+void frmTarvello::each_other_tool(std::size_t mode, const std::function<void(ToolButton&)>& visit) {
+    for (std::size_t place = 1; place <= Toolbar1.size(); ++place) {
+        if (place != mode && place != invoice_tool::cancel) visit(Toolbar1.button(place));
+    }
+}
+
 void frmTarvello::ImpostaStato(std::string_view action) {
     const std::initializer_list<CommandButton*> commands = {
         &cmdEliminaFattura, &cmdModificaDati, &cmdStampaFattura, &cmdChiudi,
-        &cmdCerca,          &StampaWord,      &CheckEmail};
+        &search.cmdCerca,   &StampaWord,      &CheckEmail};
     const auto enable_commands = [&] {
         for (CommandButton* command : commands) command->set_enabled(true);
     };
@@ -81,32 +82,32 @@ void frmTarvello::ImpostaStato(std::string_view action) {
         // Runs once on the way into the new mode and once on the way out.
         for (CommandButton& move : cmdNavigazione) move.flip_enabled();
         for (CommandButton* command : commands) command->flip_enabled();
-        for (const std::size_t place : {2, 3, 4, 5, 7, 8}) Toolbar1.button(place).flip_visible();
+        each_other_tool(invoice_tool::new_invoice, [](ToolButton& button) { button.flip_visible(); });
     } else if (action == "Modifica Dati") {
         cmdNuovaFattura.set_enabled(false);
         cmdNuovoAnnoFatturazione.set_enabled(false);
         for (CommandButton* command : commands) {
             if (command != &cmdModificaDati) command->set_enabled(false);
         }
-        for (const std::size_t place : {1, 3, 4, 5, 7, 8}) Toolbar1.button(place).set_visible(false);
+        each_other_tool(invoice_tool::change, [](ToolButton& button) { button.set_visible(false); });
     } else if (action == "Aggiorna Dati") {
         cmdNuovaFattura.set_enabled(true);
         cmdNuovoAnnoFatturazione.set_enabled(false);
         enable_commands();
         BloccaAnagrafica();
-        for (const std::size_t place : {1, 3, 4, 5, 7, 8}) Toolbar1.button(place).set_visible(true);
+        each_other_tool(invoice_tool::change, [](ToolButton& button) { button.set_visible(true); });
     } else if (action == "Annulla") {
         cmdNuovaFattura.set_enabled(true);
         cmdNuovaFattura.set_caption("Nuova Fattura");
-        show_toolbar_mode(1, "Nuova Fattura", new_picture);
+        show_toolbar_mode(invoice_tool::new_invoice, "Nuova Fattura", new_picture);
         cmdNuovoAnnoFatturazione.set_enabled(false);
         enable_commands();
         cmdModificaDati.set_caption("Modifica Dati");
-        show_toolbar_mode(2, "Modifica Dati", change_picture);
-        cmdCerca.set_caption("Cerca Fattura");
-        FrameRicerca.set_height(search_closed_height);
+        show_toolbar_mode(invoice_tool::change, "Modifica Dati", change_picture);
+        search.cmdCerca.set_caption("Cerca Fattura");
+        search.FrameRicerca.set_height(SearchPanel::closed_height);
         BloccaAnagrafica();
-        FrameNota.set_enabled(true);
+        note.FrameNota.set_enabled(true);
         for (std::size_t place = 1; place <= Toolbar1.size(); ++place)
             Toolbar1.button(place).set_visible(true);
     } else {
@@ -114,18 +115,28 @@ void frmTarvello::ImpostaStato(std::string_view action) {
     }
 }
 
+void frmTarvello::set_search_state(std::string_view action) {
+    const bool browsing = action == "OK";
+    for (CommandButton& move : cmdNavigazione) move.set_enabled(browsing);
+    for (CommandButton* command : {&cmdNuovaFattura, &cmdModificaDati, &cmdEliminaFattura, &cmdStampaFattura,
+                                   &StampaWord, &CheckEmail, &cmdChiudi}) {
+        command->set_enabled(browsing);
+    }
+    each_other_tool(invoice_tool::cancel, [&](ToolButton& button) { button.set_visible(browsing); });
+}
+
 void frmTarvello::start_new_invoice() {
-    Toolbar1.button(1).set_picture(save_picture);
+    Toolbar1.button(invoice_tool::new_invoice).set_picture(save_picture);
     PulisciFattura();
     SbloccaFattura();
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Salva Fattura");
     cmdNuovaFattura.set_caption("Salva Fattura");
-    Toolbar1.button(1).set_caption("Salva Fattura");
+    Toolbar1.button(invoice_tool::new_invoice).set_caption("Salva Fattura");
     cmdNuovoAnnoFatturazione.set_enabled(true);
     ComboIVAApplicata.set_text(program_.session().txt_IVA_default.text());
     CheckRivalsa.set_caption(program_.session().txtProfessione.text());
-    cmdCercaCliente.set_focus();
+    customer.cmdCercaCliente.set_focus();
     propose_number();
 }
 
@@ -134,48 +145,44 @@ void frmTarvello::start_change() {
     for (CommandButton& move : cmdNavigazione) move.set_enabled(false);
     ImpostaStato("Modifica Dati");
     cmdModificaDati.set_caption("Aggiorna Dati");
-    show_toolbar_mode(2, "Aggiorna Dati", save_picture);
+    show_toolbar_mode(invoice_tool::change, "Aggiorna Dati", save_picture);
     SbloccaAnagrafica();
 }
 
 void frmTarvello::cancel() {
-    ComboNumeroCliente.set_back_color(colors::white);
-    ComboNumeroCliente.set_enabled(true);
+    customer.end_new_customer();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(true);
     BloccaFattura();
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Annulla");
-    txtNuovoInserimento.clear();
 
-    ChiudiRecordset();
-    Recordset& rsFatture = program_.database().rsFatture;
-    rsFatture.open("SELECT * FROM Fatture WHERE ID=" + std::to_string(leading_int16(txtCurrent_ID.text())),
-                   program_.database().dbConnection);
-    if (rsFatture.eof()) {
-        PulisciFattura();
-    } else {
-        MostraFattura();
-    }
-    ChiudiRecordset();
+    Database& database = program_.database();
+    const std::string id = std::to_string(leading_int16(txtCurrent_ID.text()));
+    with_result(database, database.rsFatture, "SELECT * FROM Fatture WHERE ID=" + id,
+                [this](const Recordset& rows) {
+                    if (rows.eof()) {
+                        PulisciFattura();
+                    } else {
+                        MostraFattura();
+                    }
+                });
 }
 
 void frmTarvello::delete_invoice() {
     try {
         Database& database = program_.database();
         const std::int16_t id = leading_int16(txtCurrent_ID.text());
-        ChiudiRecordset();
-        database.rsFatture.open("SELECT * FROM Fatture", database.dbConnection);
-        const bool any = !database.rsFatture.eof();
-        database.rsFatture.close();
+        bool any = false;
+        with_result(database, database.rsFatture, "SELECT * FROM Fatture",
+                    [&](const Recordset& rows) { any = !rows.eof(); });
         if (any && !program_.confirm("\nEliminare la fattura?")) return;
 
-        database.rsFatture.open("DELETE * FROM Fatture WHERE ID=" + std::to_string(id),
-                                database.dbConnection);
+        run_statement(database, database.rsFatture, "DELETE * FROM Fatture WHERE ID=" + std::to_string(id));
         PulisciFattura();
-        ChiudiRecordset();
-        database.rsFatture.open("SELECT * FROM Fatture ORDER BY ID DESC", database.dbConnection);
-        if (!database.rsFatture.eof()) MostraFattura();
-        ChiudiRecordset();
+        with_result(database, database.rsFatture, "SELECT * FROM Fatture ORDER BY ID DESC",
+                    [this](const Recordset& rows) {
+                        if (!rows.eof()) MostraFattura();
+                    });
     } catch (const Failure&) {
         // The form goes on with what it shows.
         program_.message("Errore nell'eliminazione della fattura.", BoxIcon::critical);

@@ -1,4 +1,5 @@
 #include "invoices/invoice_form.h"
+#include "invoices/shared_results.h"
 #include "program/session_fields.h"
 #include "text/numbers.h"
 
@@ -27,32 +28,32 @@ void frmTarvello::navigate(std::size_t index) {
                year_of(rsFatture.date("Data_Fattura")) == year;
     };
 
-    bool taken = false;
     switch (index) {
-    case 0:
+    case invoice_move::first:
         open("SELECT TOP 1 * FROM Fatture WHERE Anno=" + year_text + " ORDER BY ID ASC");
         break;
-    case 1:
-        ChiudiRecordset();
+    case invoice_move::previous:
+        ChiudiRecordset(program_.database());
         open("SELECT * FROM Fatture WHERE ID <" + id_text + " ORDER BY ID DESC");
         break;
-    case 2:
-        ChiudiRecordset();
+    case invoice_move::next:
+        ChiudiRecordset(program_.database());
         open("SELECT * FROM Fatture WHERE ID >" + id_text + " ORDER BY ID ASC");
         break;
-    case 3:
+    case invoice_move::last:
         open("SELECT TOP 1 * FROM Fatture WHERE Anno=" + year_text + " ORDER BY ID DESC");
         break;
-    case 4:
+    case invoice_move::previous_year:
         open("SELECT TOP 1 * FROM Fatture WHERE Anno<" + year_text + " ORDER BY ID DESC");
         break;
-    case 5:
+    case invoice_move::next_year:
         open("SELECT TOP 1 * FROM Fatture WHERE Anno>" + year_text + " ORDER BY ID ASC");
         break;
     default:
         return;
     }
-    taken = index == 1 || index == 2 ? within_year() : !rsFatture.eof();
+    const bool taken =
+        index == invoice_move::previous || index == invoice_move::next ? within_year() : !rsFatture.eof();
     if (taken) MostraFattura();
     rsFatture.close();
 }

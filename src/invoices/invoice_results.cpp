@@ -1,8 +1,7 @@
 #include "invoices/invoice_results.h"
 
 #include "failure.h"
-#include "invoices/invoice_form.h"
-#include "invoices/invoice_rows.h"
+#include "invoices/invoice_list.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 #include "text/numbers.h"
@@ -10,11 +9,6 @@
 #include <string>
 
 namespace tarvello {
-namespace {
-
-constexpr int one_inch = 1440; // twips
-
-} // namespace
 
 frmRisultatiRicercaFatture::frmRisultatiRicercaFatture(Program& program)
     : Form(program, "frmRisultatiRicercaFatture"), program_(program) {
@@ -24,7 +18,7 @@ frmRisultatiRicercaFatture::frmRisultatiRicercaFatture(Program& program)
                        "'Visualizza'");
     for (const InvoiceListColumn& column : invoice_list) {
         ListView1.add_column(
-            {std::string(column.header), std::string(column.source), column.right_aligned, one_inch});
+            {std::string(column.header), std::string(column.source), column.right_aligned, column.width});
     }
     txtAnnoDiRicerca.set_visible(false);
     cmdVisualizza.set_caption("Visualizza");
@@ -70,7 +64,7 @@ void frmRisultatiRicercaFatture::show_selected_invoice() {
                                 number_equals(invoices.value(number_column), number))) {
         invoices.move_next();
     }
-    if (!invoices.eof()) program_.form<frmTarvello>().MostraFattura();
+    if (!invoices.eof() && view_) view_->MostraFattura();
     skip_failures([&] { invoices.close(); });
 }
 

@@ -1,15 +1,18 @@
 #pragma once
 
+#include "invoices/invoice_view.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/lists.h"
+
+#include <memory>
 
 namespace tarvello {
 
 class Program;
 
-/// A list of invoices: what a search found, or the register. Whoever opens it fills the list; the row that is
-/// selected when it closes is put on view in the invoice form.
+/// A list of invoices: what a search found, all, or those of a year. Whoever opens it fills the list and says
+/// where the invoice that is selected when it closes comes on view.
 class frmRisultatiRicercaFatture : public Form {
 public:
     explicit frmRisultatiRicercaFatture(Program& program);
@@ -20,6 +23,8 @@ public:
     TextBox txtAnnoDiRicerca{*this, "txtAnnoDiRicerca"};
     CommandButton cmdVisualizza{*this, "cmdVisualizza"};
 
+    void return_to(std::shared_ptr<InvoiceView> view) { view_ = std::move(view); }
+
 protected:
     void on_load() override;
     void on_unload(UnloadReason reason) override;
@@ -29,6 +34,7 @@ private:
     void show_selected_invoice();
 
     Program& program_;
+    std::shared_ptr<InvoiceView> view_;
 };
 
 } // namespace tarvello

@@ -1,5 +1,6 @@
 #include "failure.h"
 #include "invoices/invoice_form.h"
+#include "invoices/shared_results.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
 
@@ -12,15 +13,13 @@ namespace {
 
 bool blank(const TextEntry& field) { return trim(field.text()).empty(); }
 
-std::string yes_or_empty(const CheckBox& box) { return box.checked() ? "Sì" : ""; }
-
 } // namespace
 
 void frmTarvello::save_new_invoice() {
     if (!is_complete() || !date_fits_new_invoice()) return;
-    leave_customer_field(0);
+    customer.leave(CustomerBlock::codice_fiscale);
     if (!program_.confirm("\nSalvare la fattura?")) return;
-    if (!insert_new_customer()) return;
+    if (!customer.insert_if_new()) return;
     Calcola();
     insert_invoice();
 
@@ -29,14 +28,14 @@ void frmTarvello::save_new_invoice() {
     cmdNuovoAnnoFatturazione.set_enabled(false);
     ImpostaStato("Salva Fattura");
     cmdNuovaFattura.set_caption("Nuova Fattura");
-    show_toolbar_mode(1, "Nuova Fattura", new_picture);
+    show_toolbar_mode(invoice_tool::new_invoice, "Nuova Fattura", new_picture);
     txtNumeroFattura.set_locked(true);
 }
 
 void frmTarvello::save_changed_invoice() {
     if (!is_complete() || !date_fits_changed_invoice()) return;
-    leave_customer_field(2);
-    if (!insert_new_customer()) return;
+    customer.leave(CustomerBlock::cap);
+    if (!customer.insert_if_new()) return;
     BloccaAnagrafica();
     Calcola();
     BloccaFattura();
@@ -45,7 +44,7 @@ void frmTarvello::save_changed_invoice() {
 
     ImpostaStato("Aggiorna Dati");
     cmdModificaDati.set_caption("Modifica Dati");
-    show_toolbar_mode(2, "Modifica Dati", change_picture);
+    show_toolbar_mode(invoice_tool::change, "Modifica Dati", change_picture);
 }
 
 bool frmTarvello::is_complete() {
@@ -66,16 +65,19 @@ bool frmTarvello::every_field_is_filled() {
         return false;
     };
     if (blank(txtNumeroFattura)) return refuse("Inserire il Numero della Fattura.", &txtNumeroFattura);
-    if (blank(txtAnagrafica[5])) {
-        return refuse("Inserire il Cognome o Ragione Sociale del Cliente.", &txtAnagrafica[5]);
+    auto& block = customer.txtAnagrafica;
+    if (blank(block[CustomerBlock::cognome])) {
+        return refuse("Inserire il Cognome o Ragione Sociale del Cliente.", &block[CustomerBlock::cognome]);
     }
-    if (blank(txtAnagrafica[0]) && blank(txtAnagrafica[6])) {
-        return refuse("Inserire il Codice Fiscale o la Partita IVA.", &txtAnagrafica[0]);
+    if (blank(block[CustomerBlock::codice_fiscale]) && blank(block[CustomerBlock::partita_iva])) {
+        return refuse("Inserire il Codice Fiscale o la Partita IVA.", &block[CustomerBlock::codice_fiscale]);
     }
-    if (blank(txtAnagrafica[1])) return refuse("Inserire l'indirizzo.", &txtAnagrafica[1]);
-    if (blank(txtAnagrafica[2])) return refuse("Inserire il CAP.", &txtAnagrafica[2]);
-    if (blank(txtAnagrafica[3])) return refuse("Inserire la provincia.", &txtAnagrafica[3]);
-    if (blank(txtAnagrafica[4])) return refuse("Inserire la città.", &txtAnagrafica[4]);
+    if (blank(block[CustomerBlock::indirizzo]))
+        return refuse("Inserire l'indirizzo.", &block[CustomerBlock::indirizzo]);
+    if (blank(block[CustomerBlock::cap])) return refuse("Inserire il CAP.", &block[CustomerBlock::cap]);
+    if (blank(block[CustomerBlock::provincia]))
+        return refuse("Inserire la provincia.", &block[CustomerBlock::provincia]);
+    if (blank(block[CustomerBlock::citta])) return refuse("Inserire la città.", &block[CustomerBlock::citta]);
     if (blank(PrestazioneSingola[0])) {
         return refuse("Per completare la fattura è necessario inserire almeno una prestazione professionale.",
                       &PrestazioneSingola[0]);
@@ -109,86 +111,18 @@ bool frmTarvello::every_field_is_filled() {
     return true;
 }
 
-std::vector<frmTarvello::ColumnText> frmTarvello::column_texts() const {
-    // Apostrophes are doubled in names, addresses and services, and nowhere else: in any other column one
-    // breaks the statement.
-    const auto escaped = [](const TextBox& box) { return double_apostrophes(trim(box.text())); };
-    std::vector<ColumnText> columns = {
-        {"Numero_Fattura", plain_number(leading_number(txtNumeroFattura.text()))},
-        {"Data_Fattura", short_date_text(DTPicker1.date(), program_.regional())},
-        {"Anno", std::to_string(year_of(DTPicker1.date()))},
-        {"Numero_Cliente", ComboNumeroCliente.text()},
-        {"Codice_Fiscale", trim(txtAnagrafica[0].text())},
-        {"Partita_IVA", trim(txtAnagrafica[6].text())},
-        {"Nome", escaped(txtNome)},
-        {"Cognome_Ragione_Sociale", escaped(txtAnagrafica[5])},
-        {"Indirizzo", escaped(txtAnagrafica[1])},
-        {"CAP", escaped(txtAnagrafica[2])},
-        {"Provincia", escaped(txtAnagrafica[3])},
-        {"Città", escaped(txtAnagrafica[4])},
-    };
-    for (std::size_t i = 0; i < lines; ++i) {
-        const std::string number = std::to_string(i + 1);
-        columns.push_back({"Prestazione" + number, escaped(PrestazioneSingola[i])});
-        columns.push_back({"Importo" + number, txtImportoPrestazioni[i].text()});
-    }
-    columns.insert(columns.end(), {
-                                      {"Rivalsa", yes_or_empty(CheckRivalsa)},
-                                      {"Dicitura_Rivalsa", CheckRivalsa.caption()},
-                                      {"Percentuale_Rivalsa", ComboPercentualeRivalsa.text()},
-                                      {"Importo_Rivalsa", txtImportoRivalsa.text()},
-                                      {"Imponibile", txtImponibile.text()},
-                                      {"Aliquota_IVA", ComboIVAApplicata.text()},
-                                      {"Imposta_IVA", txtIVA.text()},
-                                      {"Spese", yes_or_empty(CheckSpese)},
-                                      {"IVA_Spese", ComboIVASpeseAnticipate.text()},
-                                      {"Importo_Spese", txtImportoSpeseAnticipate.text()},
-                                      {"Articolo_Esenzione", txtArticoloEsenzione.text()},
-                                      {"Totale_Fattura", txtTotaleFattura.text()},
-                                      {"Ritenuta", yes_or_empty(CheckRitenuta)},
-                                      {"Importo_Ritenuta", txtRitenutaAcconto.text()},
-                                      {"Percentuale_Ritenuta", ComboRitenuta.text()},
-                                      {"Ritenuta_Su", ComboRitenutaSu.text()},
-                                      {"Importo_Netto", txtImportoNetto.text()},
-                                      {"Check_Pagamento", yes_or_empty(CheckPagamento)},
-                                      {"Pagamento", txtPagamento.text()},
-                                  });
-    return columns;
-}
-
 void frmTarvello::insert_invoice() {
-    std::string names;
-    std::string values;
-    for (const auto& [column, text] : column_texts()) {
-        if (!names.empty()) {
-            names += ',';
-            values += ',';
-        }
-        names += column;
-        values += "'" + text + "'";
-    }
-    ChiudiRecordset();
     Database& database = program_.database();
-    database.rsFatture.open("INSERT INTO Fatture (" + names + ") VALUES (" + values + ")",
-                            database.dbConnection);
-    ChiudiRecordset();
+    run_statement(database, database.rsFatture, insert_statement("Fatture", column_texts()));
     // The new row is the one of the highest key.
-    database.rsFatture.open("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", database.dbConnection);
-    txtCurrent_ID.set_text(database.rsFatture.text("ID"));
-    ChiudiRecordset();
+    with_result(database, database.rsFatture, "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC",
+                [this](const Recordset& row) { txtCurrent_ID.set_text(row.text("ID")); });
 }
 
 void frmTarvello::update_invoice() {
-    std::string assignments;
-    for (const auto& [column, text] : column_texts()) {
-        if (!assignments.empty()) assignments += ',';
-        assignments += column + "='" + text + "'";
-    }
-    ChiudiRecordset();
-    program_.database().rsFatture.open("UPDATE Fatture SET " + assignments +
-                                           " WHERE ID=" + plain_number(leading_number(txtCurrent_ID.text())),
-                                       program_.database().dbConnection);
-    ChiudiRecordset();
+    Database& database = program_.database();
+    const std::string id = plain_number(leading_number(txtCurrent_ID.text()));
+    run_statement(database, database.rsFatture, update_statement("Fatture", column_texts(), "ID=" + id));
 }
 
 } // namespace tarvello

@@ -1,9 +1,9 @@
 #include "invoices/list_by_year_form.h"
 
 #include "failure.h"
-#include "invoices/invoice_form.h"
+#include "invoices/invoice_list.h"
 #include "invoices/invoice_results.h"
-#include "invoices/invoice_rows.h"
+#include "invoices/years.h"
 #include "program/program.h"
 #include "text/numbers.h"
 
@@ -15,10 +15,8 @@ namespace {
 const char* const nothing = "Annulla";
 const char* const all_invoices = "Elenca tutte le fatture";
 const char* const current_year = "Elenca fatture anno corrente";
-constexpr int first_year = 2004;
-constexpr int last_year = 2020;
 
-/// The register leaves the withholding's percentage out of every row: this guard is the name of no column.
+/// This list leaves the withholding's percentage out of every row: this guard is the name of no column.
 constexpr PercentageGuards guards{"Importo_rivalsa", "Importo Ritenuta"};
 
 const char* const every_row = "SELECT * FROM Fatture ORDER BY ID DESC";
@@ -35,7 +33,7 @@ frmSelectYear::frmSelectYear(Program& program) : Form(program, "frmSelectYear"),
 
 void frmSelectYear::on_load() {
     for (const char* item : {nothing, all_invoices, current_year}) Combo1.add_item(item);
-    for (int year = first_year; year <= last_year; ++year) Combo1.add_item(std::to_string(year));
+    add_years(Combo1);
 }
 
 void frmSelectYear::on_unload(UnloadReason reason) {
@@ -44,22 +42,21 @@ void frmSelectYear::on_unload(UnloadReason reason) {
     if (choice.empty() || choice == nothing) return;
     program_.platform().windows.close(*this); // off the screen before the list comes
     if (choice == all_invoices) {
-        show_register({"Tabella Fatture", "Elenco Fatture", every_row, std::nullopt, false});
+        show_list({"Tabella Fatture", "Elenco Fatture", every_row, std::nullopt, false});
         return;
     }
     std::int16_t year = 0; // what is no 16-bit number lists the year 0, so nothing
     if (choice == current_year) {
-        skip_failures(
-            [&] { year = leading_int16(program_.form<frmTarvello>().txtfield_CURRENT_YEAR.text()); });
+        skip_failures([&] { year = leading_int16(view_ ? view_->current_year() : std::string()); });
         Listing listing = listing_of(year);
         listing.sql = "SELECT * FROM Fatture WHERE Anno=" + std::to_string(year) + " ORDER BY ID DESC";
-        show_register(listing);
+        show_list(listing);
     } else {
         skip_failures([&] { year = leading_int16(choice); });
         Listing listing = listing_of(year);
         listing.sql = every_row;
         listing.only_year = year;
-        show_register(listing);
+        show_list(listing);
     }
 }
 
@@ -71,8 +68,9 @@ frmSelectYear::Listing frmSelectYear::listing_of(std::int16_t year) {
     return listing;
 }
 
-void frmSelectYear::show_register(const Listing& listing) {
+void frmSelectYear::show_list(const Listing& listing) {
     auto& window = program_.form<frmRisultatiRicercaFatture>();
+    window.return_to(view_);
     window.set_caption(listing.caption);
     window.Label1.set_caption(listing.heading);
 

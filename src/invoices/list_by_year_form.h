@@ -1,9 +1,11 @@
 #pragma once
 
+#include "invoices/invoice_view.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -11,7 +13,7 @@ namespace tarvello {
 
 class Program;
 
-/// Asks which invoices to list and, when it closes, shows the register of these.
+/// Asks which invoices to list, all or those of a year, and, when it closes, lists them.
 class frmSelectYear : public Form {
 public:
     explicit frmSelectYear(Program& program);
@@ -19,6 +21,9 @@ public:
     Label Label1{*this, "Label1"};
     ComboBox Combo1{*this, "Combo1"};
     CommandButton Command1{*this, "Command1"};
+
+    /// Where an invoice chosen from the list comes on view; before it is shown.
+    void return_to(std::shared_ptr<InvoiceView> view) { view_ = std::move(view); }
 
 protected:
     void on_load() override;
@@ -34,11 +39,12 @@ private:
         std::optional<std::int16_t> only_year; ///< leaves out the rows of other years
         bool counted = false;                  ///< the heading ends with the number of rows
     };
-    void show_register(const Listing& listing);
+    void show_list(const Listing& listing);
     /// The listing of a year without its statement.
     static Listing listing_of(std::int16_t year);
 
     Program& program_;
+    std::shared_ptr<InvoiceView> view_;
 };
 
 } // namespace tarvello

@@ -1,4 +1,5 @@
 #include "invoices/invoice_form.h"
+#include "invoices/shared_results.h"
 #include "text/numbers.h"
 
 /// Numbers by year, and dates that run with the numbers. The years are those of the rows: the last row
@@ -19,22 +20,22 @@ std::optional<Date> first_date(Database& database, const std::string& select) {
 } // namespace
 
 void frmTarvello::propose_number() {
-    ChiudiRecordset();
-    Recordset& rsFatture = program_.database().rsFatture;
-    rsFatture.open("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", program_.database().dbConnection);
-    std::int16_t last = 0;
-    if (rsFatture.eof()) {
-        program_.message(
-            "Attenzione: inserire manualmente il numero di fattura da cui iniziare la numerazione.\n",
-            BoxIcon::information);
-        start_numbering_year();
-        FrameData.set_enabled(false);
-    } else {
-        last = leading_int16(rsFatture.text_or_empty("Numero_Fattura"));
-    }
-    txtNumeroFattura.set_text(std::to_string(to_int16(last + 1.0)));
-    program_.AnnoCorrente = leading_int16(txtfield_CURRENT_YEAR.text());
-    ChiudiRecordset();
+    Database& database = program_.database();
+    const auto propose = [this](const Recordset& newest) {
+        std::int16_t last = 0;
+        if (newest.eof()) {
+            program_.message(
+                "Attenzione: inserire manualmente il numero di fattura da cui iniziare la numerazione.\n",
+                BoxIcon::information);
+            start_numbering_year();
+            FrameData.set_enabled(false);
+        } else {
+            last = leading_int16(newest.text_or_empty("Numero_Fattura"));
+        }
+        txtNumeroFattura.set_text(std::to_string(to_int16(last + 1.0)));
+        program_.AnnoCorrente = leading_int16(txtfield_CURRENT_YEAR.text());
+    };
+    with_result(database, database.rsFatture, "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", propose);
 }
 
 void frmTarvello::start_numbering_year() {
@@ -77,7 +78,7 @@ void frmTarvello::date_changed() {
 bool frmTarvello::date_fits_new_invoice() {
     // While the first number of a year is being typed, no date is checked.
     if (!txtNumeroFattura.locked()) return true;
-    ChiudiRecordset();
+    ChiudiRecordset(program_.database());
     const std::optional<Date> last =
         first_date(program_.database(), "SELECT * FROM Fatture ORDER BY ID DESC");
     if (!last || DTPicker1.date() >= *last) return true;
@@ -94,7 +95,7 @@ bool frmTarvello::date_fits_new_invoice() {
 bool frmTarvello::date_fits_changed_invoice() {
     if (!txtNumeroFattura.locked()) return true;
     const std::string id = std::to_string(leading_int16(txtCurrent_ID.text()));
-    ChiudiRecordset();
+    ChiudiRecordset(program_.database());
     Database& database = program_.database();
     std::optional<Date> previous =
         first_date(database, "SELECT * FROM Fatture WHERE ID<" + id + " ORDER BY ID DESC");

@@ -104,6 +104,12 @@ public:
     void show_modal() { host_.show_modal(*this); }
     bool unload(UnloadReason reason = UnloadReason::code) { return host_.unload(*this, reason); }
 
+    /// A part of this form for another window to write into: the form lives as long as the part is held.
+    template <typename Part>
+    std::shared_ptr<Part> share(Part& part) {
+        return {shared_from_this(), &part};
+    }
+
     FormView* view = nullptr;
 
 protected:

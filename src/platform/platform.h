@@ -15,6 +15,9 @@
 /// and a fake behind them in the tests of the core.
 namespace tarvello {
 
+/// The title of the program, on its boxes and on windows that have none of their own.
+inline constexpr const char* program_title = "Tarvello 4";
+
 enum class BoxIcon { none, information, exclamation, critical, question };
 enum class BoxButtons { ok, ok_cancel, yes_no };
 enum class Answer { ok, cancel, yes, no };
@@ -22,7 +25,7 @@ enum class Answer { ok, cancel, yes, no };
 /// A message or a question to the user.
 struct MessageBox {
     std::string text;
-    std::string caption = "Tarvello 4";
+    std::string caption = program_title;
     BoxIcon icon = BoxIcon::none;
     BoxButtons buttons = BoxButtons::ok;
     /// The button that Enter presses: the first or the second.

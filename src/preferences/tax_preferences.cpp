@@ -1,5 +1,6 @@
 #include "preferences/tax_preferences.h"
 
+#include "preferences/rates.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 #include "program/settings.h"
@@ -26,7 +27,7 @@ void frmImpostazioni::set_texts() {
     Option2.set_caption("Personalizza");
     Label4.set_caption("Dicitura usata attualmente:");
     Frame2.set_caption("Aliquota Rivalsa");
-    for (const char* rate : {"4", "2"}) ComboRivalsa.add_item(rate);
+    for (const char* rate : rates::rivalsa) ComboRivalsa.add_item(rate);
     Label5.set_caption("Aliquota usata attualmente:");
     Check1.set_caption("Includi Rivalsa 4% nel calcolo della R.A.");
     CheckEscludiRivalsaImponibile.set_caption(
@@ -34,12 +35,12 @@ void frmImpostazioni::set_texts() {
 
     Label2.set_caption("Impostazioni I.V.A.");
     Frame3.set_caption("Aliquota IVA Predefinita");
-    for (const char* rate : {"20", "10", "Esente"}) ComboIVAApplicata.add_item(rate);
+    for (const char* rate : rates::iva) ComboIVAApplicata.add_item(rate);
 
     Label3.set_caption("Impostazioni Ritenuta Acconto");
     Frame4.set_caption("Aliquota Ritenuta Acconto Predefinita");
-    for (const char* rate : {"20", "10"}) ComboRitenuta.add_item(rate);
-    for (const char* share : {"50", "75", "100"}) ComboRitenutaSu.add_item(share);
+    for (const char* rate : rates::ritenuta) ComboRitenuta.add_item(rate);
+    for (const char* share : rates::ritenuta_shares) ComboRitenutaSu.add_item(share);
     Label6.set_caption("% dell'imponibile");
 
     for (Label* in_use : {&Label13, &Label18, &Label14, &Label17}) in_use->set_caption(nothing_in_use);
@@ -140,6 +141,12 @@ void frmImpostazioni::save_withholding() {
     session.txt_RitenutaSu_default.set_text(ComboRitenutaSu.text());
     program_.message("Impostazioni Ritenuta d'Acconto salvate correttamente.", BoxIcon::information);
     Command4.set_enabled(false);
+}
+
+bool rivalsa_enters_ritenuta(Program& program) {
+    CheckBox& shown = program.form<frmImpostazioni>().Check1;
+    ReadValueSetting(program, shown);
+    return shown.checked();
 }
 
 } // namespace tarvello

@@ -29,7 +29,7 @@ public:
     ComboBox ComboRivalsa{Frame2, "ComboRivalsa"};
     Label Label5{Frame2, "Label5"};
     Label Label18{Frame2, "Label18"};
-    /// A surcharge of 4% enters the base of the withholding. Invoices read its stored value through this box.
+    /// A surcharge of 4% enters the base of the withholding.
     CheckBox Check1{Frame2, "Check1"};
     /// The surcharge stays out of the taxable amount.
     CheckBox CheckEscludiRivalsaImponibile{Frame2, "CheckEscludiRivalsaImponibile"};

@@ -9,10 +9,19 @@ Program::Program(Platform platform) : platform_(std::move(platform)), database_(
 
 Program::~Program() = default;
 
-SessionFields& Program::session() const {
-    if (!session_) throw Failure(failure_number::object_not_set, "Sessione", "La sessione è terminata.");
-    return *session_;
+namespace {
+
+template <typename Part>
+Part& living(Part* part) {
+    if (!part) throw Failure(failure_number::object_not_set, "Sessione", "La sessione è terminata.");
+    return *part;
 }
+
+} // namespace
+
+SessionFields& Program::session() const { return living(session_); }
+
+Doors& Program::doors() const { return living(doors_); }
 
 std::string Program::in_program_directory(const std::string& name) const {
     return platform_.program_directory + platform_.separator + name;
@@ -26,7 +35,27 @@ bool Program::confirm(const std::string& text, const std::string& caption) {
     return platform_.boxes.show({text, caption, BoxIcon::information, BoxButtons::yes_no, 2}) != Answer::no;
 }
 
+Form& Program::load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form) {
+    slot = form;
+    try {
+        FormLife::load(*form);
+    } catch (...) { // whatever it was: half a form is none
+        if (slot == form) slot.reset();
+        throw;
+    }
+    if (slot != form) gone_in_load_.push_back(form);
+    return *form;
+}
+
 void Program::run(const std::function<void()>& act) {
+    struct Act {
+        explicit Act(Program& owner) : program(owner) { ++program.acts_; }
+        ~Act() {
+            if (--program.acts_ == 0) program.gone_in_load_.clear();
+        }
+        Program& program;
+    };
+    const Act running(*this);
     try {
         act();
     } catch (const Failure& failure) {

@@ -10,13 +10,15 @@
 #include <memory>
 #include <string>
 #include <typeindex>
+#include <vector>
 
 namespace tarvello {
 
+class Doors;
 class SessionFields;
 
 /// What lives all session: the platform, the database, the forms. Every form knows the program and reaches
-/// the others through it.
+/// through it the others of its room, and by the doors those of other rooms.
 class Program final : public FormHost {
 public:
     explicit Program(Platform platform);
@@ -36,16 +38,12 @@ public:
     std::int16_t version_banner_ticks = 0;
 
     /// The one instance of a form. It is made and loaded when it is first used, and again after it was
-    /// unloaded.
+    /// unloaded. One that its own load unloads is there until the act of the user is over.
+    /// @throws what its load throws; then it is not loaded
     template <typename FormType>
     FormType& form() {
         auto& slot = forms_[typeid(FormType)];
-        if (!slot) {
-            slot = std::make_shared<FormType>(*this);
-            const auto alive = slot;
-            FormLife::load(*alive);
-            return static_cast<FormType&>(*alive);
-        }
+        if (!slot) return static_cast<FormType&>(load(slot, std::make_shared<FormType>(*this)));
         return static_cast<FormType&>(*slot);
     }
 
@@ -60,14 +58,17 @@ public:
     SessionFields& session() const;
     /// The main window has come, or (null) gone.
     void set_session(SessionFields* session) { session_ = session; }
+    /// The ways to the windows of other rooms. @throws Failure as session()
+    Doors& doors() const;
+    void set_doors(Doors* doors) { doors_ = doors; }
 
     /// A path in the program's directory.
     std::string in_program_directory(const std::string& name) const;
 
     /// Shows a message with one button.
-    void message(const std::string& text, BoxIcon icon, const std::string& caption = "Tarvello 4");
+    void message(const std::string& text, BoxIcon icon, const std::string& caption = program_title);
     /// The program's usual question: Yes and No, the information icon, No as the default.
-    bool confirm(const std::string& text, const std::string& caption = "Tarvello 4");
+    bool confirm(const std::string& text, const std::string& caption = program_title);
 
     // FormHost
     void run(const std::function<void()>& act) override;
@@ -76,10 +77,15 @@ public:
     bool unload(Form& form, UnloadReason reason) override;
 
 private:
+    Form& load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form);
+
     Platform platform_;
     Database database_;
     SessionFields* session_ = nullptr;
+    Doors* doors_ = nullptr;
     std::map<std::type_index, std::shared_ptr<Form>> forms_;
+    std::vector<std::shared_ptr<Form>> gone_in_load_; // until the act is over
+    int acts_ = 0;                                    // running, one inside the other
 };
 
 } // namespace tarvello

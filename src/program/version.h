@@ -10,7 +10,4 @@ std::string version_text();
 /// The program's name among the settings of the user.
 inline const std::string application_name = "Tarvello";
 
-/// Caption of the message boxes.
-inline const std::string box_caption = "Tarvello 4";
-
 } // namespace tarvello

@@ -13,7 +13,7 @@ namespace tarvello {
 frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(program) {
     set_caption("Informazioni su Tarvello");
     Image1.set_picture("tarvello");
-    lblTitle.set_caption("Tarvello 4");
+    lblTitle.set_caption(program_title);
     lblVersion.set_caption("Versione " + version_text());
     ListView1.add_column({"Componente", "name", false, 2700});
     ListView1.add_column({"Versione", "value", false, 5400});

@@ -34,7 +34,7 @@ void frmRegister::name_changed() {
     // blank name.
     if (emptying_) return;
     SaveTextSetting(program_, Text1);
-    if (Text1.text() == "False") {
+    if (Text1.text() == missing_setting) {
         emptying_ = true;
         Text1.clear();
         emptying_ = false;
@@ -56,7 +56,8 @@ void frmRegister::confirm() {
         return;
     }
     unload();
-    program_.form<frmIntestazioneFatture>().Text1[0].set_text(program_.NomeIntestatario);
+    auto& letterhead = program_.form<frmIntestazioneFatture>();
+    letterhead.Text1[frmIntestazioneFatture::nome].set_text(program_.NomeIntestatario);
 }
 
 void frmRegister::cancel() {

@@ -48,7 +48,7 @@ void MDIForm1::open_database() {
 }
 
 void MDIForm1::close_database() {
-    const MessageBox question{"Chiudere: " + session.txtDatabaseRoute.text() + "?", "Tarvello 4",
+    const MessageBox question{"Chiudere: " + session.txtDatabaseRoute.text() + "?", program_title,
                               BoxIcon::question, BoxButtons::yes_no, 1};
     if (program_.platform().boxes.show(question) != Answer::yes) return;
     ChiudiDatabase(program_);
@@ -70,7 +70,7 @@ void MDIForm1::look_for_updates() {
     const MessageBox question{
         "Per verificare la disponibilità di aggiornamenti è necessario essere collegati a internet. \n"
         "Se si è collegati a internet premere 'OK' altrimenti premere 'Annulla'",
-        "Tarvello 4", BoxIcon::none, BoxButtons::ok_cancel, 1};
+        program_title, BoxIcon::none, BoxButtons::ok_cancel, 1};
     if (program_.platform().boxes.show(question) == Answer::ok) open_update_page(program_);
 }
 

@@ -30,7 +30,8 @@ constexpr int least_height = 9000;
 
 } // namespace
 
-MDIForm1::MDIForm1(Program& program) : Form(program, "MDIForm1"), session(program, *this), program_(program) {
+MDIForm1::MDIForm1(Program& program)
+    : Form(program, "MDIForm1"), Doors(program), session(program, *this), program_(program) {
     set_texts();
     connect_menus();
     connect_panel();
@@ -40,7 +41,7 @@ MDIForm1::MDIForm1(Program& program) : Form(program, "MDIForm1"), session(progra
 void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + session.txtDatabaseRoute.text() + "]"); }
 
 void MDIForm1::set_texts() {
-    set_caption("Tarvello 4");
+    set_caption(program_title);
     mnuFile.set_caption("&File");
     mnuApri.set_caption("&Apri                    ");
     session.mnuChiudiDatabase.set_caption("Chiudi");

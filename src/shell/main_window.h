@@ -3,6 +3,7 @@
 #include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
+#include "program/doors.h"
 #include "program/session_fields.h"
 
 namespace tarvello {
@@ -14,7 +15,7 @@ class Program;
 ///
 /// Whether a database is connected shows on the commands that need one only when the pointer next moves over
 /// the window: directly after a change they keep their old state.
-class MDIForm1 : public Form {
+class MDIForm1 : public Form, public Doors {
 public:
     explicit MDIForm1(Program& program);
 
@@ -55,6 +56,14 @@ public:
 
     /// The holder fields, and the menu entry that says whether a database is connected.
     SessionFields session;
+
+    // Doors
+    void calculate_fiscal_code(const std::string& caller, const std::string& surname, const std::string& name,
+                               std::shared_ptr<TextBox> code) override;
+    void calculate_fiscal_code() override;
+    void pick_customer(std::shared_ptr<CustomerTarget> target) override;
+    void ask_issuer_name() override;
+    void show_help(const std::string& title, const std::string& text) override;
 
 protected:
     bool on_query_unload(UnloadReason reason) override;

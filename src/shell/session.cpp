@@ -13,6 +13,7 @@
 #include "invoices/invoice_form.h"
 #include "invoices/invoice_results.h"
 #include "preferences/tax_preferences.h"
+#include "program/folders.h"
 #include "program/open_database.h"
 #include "program/program.h"
 #include "program/settings.h"
@@ -35,9 +36,6 @@ namespace tarvello {
 
 namespace {
 
-const std::string default_database = "tarvello.mdb";
-const std::string default_backup = "tarvello.bak";
-
 /// Gives a field its default if it holds one of these texts. The lists of texts that count as missing differ
 /// from setting to setting.
 void replace(TextBox& field, std::initializer_list<std::string_view> missing, const std::string& value) {
@@ -52,15 +50,14 @@ void read_settings(Program& program, SessionFields& session) {
     for (TextBox* field :
          {&session.txtPercorsoLogo, &session.txt_IVA_default, &session.txt_RitenutaSu_default,
           &session.txt_Ritenuta_default, &session.txt_RIVALSA_default}) {
-        replace(*field, {"False"}, "");
+        replace(*field, {missing_setting}, "");
     }
     ReadTextSetting(program, session.txtModelloReport);
-    replace(session.txtModelloReport, {"", "false", "False", "falso", "Falso"}, "1");
+    replace(session.txtModelloReport, {"", "false", missing_setting, "falso", "Falso"}, "1");
     ReadTextSetting(program, session.txtContatoreAccessi);
-    replace(session.txtContatoreAccessi, {"", "false", "False", "falso", "Falso"}, "1");
+    replace(session.txtContatoreAccessi, {"", "false", missing_setting, "falso", "Falso"}, "1");
     ReadTextSetting(program, session.txtDatabaseRoute);
-    replace(session.txtDatabaseRoute, {"", "False", "false", "Falso"},
-            program.in_program_directory(default_database));
+    replace(session.txtDatabaseRoute, {"", missing_setting, "false", "Falso"}, default_database(program));
     ReadTextSetting(program, session.txtProfessione);
 }
 
@@ -68,7 +65,7 @@ void read_backup_settings(Program& program, SessionFields& session) {
     ReadValueSetting(program, session.CheckBoxBackup);
     ReadValueSetting(program, session.CheckEscludiRivalsaImponibile);
     ReadTextSetting(program, session.TxtDestinazioneBackup);
-    replace(session.TxtDestinazioneBackup, {"", "False"}, program.in_program_directory(default_backup));
+    replace(session.TxtDestinazioneBackup, {"", missing_setting}, default_backup(program));
 }
 
 void ask_name_at_first_run(Program& program, const SessionFields& session) {
@@ -80,7 +77,7 @@ void back_up(Program& program, SessionFields& session) {
     if (!session.CheckBoxBackup.checked() || EseguiBackupAutomatico(program)) return;
     // It is the route of the database that goes back to its default, not the place of the backup: after a
     // failed copy the next session starts on the default database.
-    session.txtDatabaseRoute.set_text(program.in_program_directory(default_database));
+    session.txtDatabaseRoute.set_text(default_database(program));
     SaveTextSetting(program, session.txtDatabaseRoute);
 }
 

@@ -9,7 +9,7 @@ namespace tarvello {
 
 frmSplash::frmSplash(Program& program) : Form(program, "frmSplash"), program_(program) {
     if (program.platform().desktop.is_another_copy_running()) program.platform().windows.abort();
-    set_caption("Tarvello 4");
+    set_caption(program_title);
     Image1.set_picture("tarvello-quadro");
     Timer1.on_timer = [this] { tick(); };
 }

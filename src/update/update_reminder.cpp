@@ -25,8 +25,8 @@ void ControllaAggiornamenti(Program& program) {
     TextBox& extra = session.txtGiorniTraCuiAvvisare;
     ReadTextSetting(program, last);
     ReadTextSetting(program, extra);
-    if (last.text() == "False") last.set_text("01/01/2005");
-    if (extra.text() == "False") extra.set_text("0");
+    if (last.text() == missing_setting) last.set_text("01/01/2005");
+    if (extra.text() == missing_setting) extra.set_text("0");
 
     int extra_days = 0;
     skip_failures([&] { extra_days = leading_int16(extra.text()); },
@@ -42,7 +42,7 @@ void ControllaAggiornamenti(Program& program) {
 
 DialogAggiornamento::DialogAggiornamento(Program& program)
     : Form(program, "DialogAggiornamento"), program_(program) {
-    set_caption("Tarvello 4");
+    set_caption(program_title);
     Frame1.set_caption("Verifica Aggiornamenti");
     Label2.set_caption("Premere OK per verificare la disponibilità di aggiornamenti.");
     Label3.set_caption("Avvisa di nuovo tra");

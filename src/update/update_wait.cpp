@@ -7,7 +7,7 @@ namespace tarvello {
 
 frmAttesaControlloAggiornamenti::frmAttesaControlloAggiornamenti(Program& program)
     : Form(program, "frmAttesaControlloAggiornamenti") {
-    set_caption("Tarvello 4");
+    set_caption(program_title);
     Label2.set_caption("Verifica Aggiornamenti...");
     Label1.set_caption("Collegamento a " + maker_host());
     Timer1.on_timer = [this] { tick(); };

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "customers/customer_form.h"
-#include "customers/customer_record.h"
 #include "support/program_test.h"
 
 #include <map>

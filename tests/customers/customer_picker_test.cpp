@@ -7,16 +7,20 @@ namespace {
 
 struct CustomerPicker : ProgramTest {
     frmTarvello& invoice() { return program->form<frmTarvello>(); }
-    frmCercaCliente& picker() { return program->form<frmCercaCliente>(); }
+    frmCercaCliente& picker() {
+        auto& picker = program->form<frmCercaCliente>();
+        picker.pick_for(invoice().share<CustomerTarget>(invoice().customer));
+        return picker;
+    }
 
     /// The invoice holds an announced customer who is not wanted after all.
     void fill_invoice() {
-        invoice().txtNuovoInserimento.set_text("NEW");
-        invoice().ComboNumeroCliente.set_text("77");
-        for (TextBox& box : invoice().txtAnagrafica) box.set_text("old");
-        invoice().txtNome.set_text("old");
+        invoice().customer.txtNuovoInserimento.set_text("NEW");
+        invoice().customer.ComboNumeroCliente.set_text("77");
+        for (TextBox& box : invoice().customer.txtAnagrafica) box.set_text("old");
+        invoice().customer.txtNome.set_text("old");
     }
-    std::string block(std::size_t i) { return invoice().txtAnagrafica[i].text(); }
+    std::string block(std::size_t i) { return invoice().customer.txtAnagrafica[i].text(); }
     bool closed() { return program->loaded<frmCercaCliente>() == nullptr; }
 };
 
@@ -52,11 +56,11 @@ TEST_F(CustomerPicker, TheChosenCustomerFillsTheInvoice) {
                     {"Città", "Roma"}});
     const auto expect_filled = [this] {
         EXPECT_TRUE(closed());
-        EXPECT_EQ(invoice().txtNuovoInserimento.text(), "");
-        EXPECT_EQ(invoice().ComboNumeroCliente.text(), "2");
+        EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "");
+        EXPECT_EQ(invoice().customer.ComboNumeroCliente.text(), "2");
         const char* const expected[] = {"CF", "Via", "00100", "RM", "Roma", "D'Angelo", "PI"};
         for (std::size_t i = 0; i < 7; ++i) EXPECT_EQ(block(i), expected[i]);
-        EXPECT_EQ(invoice().txtNome.text(), "Ada");
+        EXPECT_EQ(invoice().customer.txtNome.text(), "Ada");
         EXPECT_FALSE(program->database().rsClienti.is_open());
     };
     fill_invoice();
@@ -73,8 +77,8 @@ TEST_F(CustomerPicker, WithNothingSelectedTheInvoiceKeepsWhatItHad) {
     fill_invoice();
     picker().cmdSelect.click();
     EXPECT_TRUE(closed());
-    EXPECT_EQ(invoice().txtNuovoInserimento.text(), "");
-    EXPECT_EQ(invoice().ComboNumeroCliente.text(), "77");
+    EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "");
+    EXPECT_EQ(invoice().customer.ComboNumeroCliente.text(), "77");
     EXPECT_EQ(block(0), "old");
 }
 
@@ -83,29 +87,29 @@ TEST_F(CustomerPicker, ANullStopsTheCopyAndLeavesTheResultOpen) {
     fill_invoice();
     picker().ListView1.double_click(0);
     EXPECT_TRUE(closed());
-    EXPECT_EQ(invoice().ComboNumeroCliente.text(), "1");
+    EXPECT_EQ(invoice().customer.ComboNumeroCliente.text(), "1");
     EXPECT_EQ(block(0), "CF");
     EXPECT_EQ(block(1), "Via");
     EXPECT_EQ(block(2), "old") << "the postal code is null";
-    EXPECT_EQ(invoice().txtNome.text(), "old");
+    EXPECT_EQ(invoice().customer.txtNome.text(), "old");
     EXPECT_TRUE(program->database().rsClienti.is_open());
 }
 
 TEST_F(CustomerPicker, ANewCustomerIsAnnouncedToTheInvoice) {
     fill_invoice();
-    invoice().txtNuovoInserimento.clear();
+    invoice().customer.txtNuovoInserimento.clear();
     invoice().BloccaAnagrafica();
     picker().cmdNuovoCliente.click();
     EXPECT_TRUE(closed());
-    EXPECT_EQ(invoice().txtNuovoInserimento.text(), "NEW");
-    EXPECT_FALSE(invoice().ComboNumeroCliente.enabled());
-    EXPECT_EQ(invoice().ComboNumeroCliente.back_color(), colors::button_face);
-    for (TextBox& box : invoice().txtAnagrafica) {
+    EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "NEW");
+    EXPECT_FALSE(invoice().customer.ComboNumeroCliente.enabled());
+    EXPECT_EQ(invoice().customer.ComboNumeroCliente.back_color(), colors::button_face);
+    for (TextBox& box : invoice().customer.txtAnagrafica) {
         EXPECT_EQ(box.text(), "");
         EXPECT_FALSE(box.locked());
     }
-    EXPECT_EQ(invoice().txtNome.text(), "");
-    EXPECT_FALSE(invoice().txtNome.locked());
+    EXPECT_EQ(invoice().customer.txtNome.text(), "");
+    EXPECT_FALSE(invoice().customer.txtNome.locked());
     EXPECT_TRUE(sql("SELECT * FROM Clienti").empty());
 }
 
@@ -115,7 +119,7 @@ TEST_F(CustomerPicker, TheCloseBoxChangesNothing) {
     picker().ListView1.select_row(0);
     picker().close_by_user();
     EXPECT_TRUE(closed());
-    EXPECT_EQ(invoice().txtNuovoInserimento.text(), "NEW");
+    EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "NEW");
     EXPECT_EQ(block(0), "old");
 }
 

@@ -1,5 +1,6 @@
 #include "customers/customer_form.h"
 #include "desktop/desktop_test.h"
+#include "documents/wait_form.h"
 #include "invoices/invoice_form.h"
 #include "platform/qt/qt_text.h"
 
@@ -61,6 +62,22 @@ TEST_F(SessionWindows, AModalWindowReturnsWhenItIsClosedByItsBoxOrItsButton) {
         EXPECT_TRUE(user.is_shown("frmClienti")) << "Escape closes nothing that could be lost";
     });
     user.click("MDIForm1", "Label2_0");
+    finish();
+}
+
+TEST_F(SessionWindows, AWindowThatWasClosedUnderABoxIsGoneAfterIt) {
+    start();
+    std::weak_ptr<Form> closed;
+    user.expect_box("Fatto.");
+    program().run([&] {
+        auto& notice = program().form<frmAttesa>();
+        closed = notice.weak_from_this();
+        notice.show();
+        notice.unload();
+        program().message("Fatto.", BoxIcon::none);
+    });
+    user.settle();
+    EXPECT_TRUE(closed.expired());
     finish();
 }
 

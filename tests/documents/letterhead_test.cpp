@@ -116,71 +116,71 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
     const std::string logo = app + "/logo.jpg";
     fake.pictures.sizes[logo] = {4000, 1000};
     fake.settings.set("CheckAdattaLogo", "value", "0");
-    EXPECT_FALSE(form().CheckAdattaLogo.enabled());
-    EXPECT_FALSE(form().Command8.enabled());
+    EXPECT_FALSE(form().logo.CheckAdattaLogo.enabled());
+    EXPECT_FALSE(form().logo.Command8.enabled());
 
     fake.dialogs.answer_next(logo);
-    form().Command7.click();
+    form().logo.Command7.click();
     EXPECT_EQ(fake.dialogs.last().title, "Seleziona Logo");
     EXPECT_EQ(fake.dialogs.last().filters.at(0).pattern, "*.JPG");
     EXPECT_EQ(main().session.txtPercorsoLogo.text(), logo);
-    EXPECT_EQ(form().PicDest.picture(), logo);
-    EXPECT_FALSE(form().PicDest.painted()) << "at its own size";
+    EXPECT_EQ(form().logo.PicDest.picture(), logo);
+    EXPECT_FALSE(form().logo.PicDest.painted()) << "at its own size";
 
-    form().CheckAdattaLogo.click();
+    form().logo.CheckAdattaLogo.click();
     EXPECT_EQ(fake.settings.get("CheckAdattaLogo", "value"), "1") << "stored without a save";
-    EXPECT_EQ(form().PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
+    EXPECT_EQ(form().logo.PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
 
     form().Command1[1].click(); // and once more, from what is stored
-    EXPECT_TRUE(form().CheckAdattaLogo.checked());
-    EXPECT_EQ(form().PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
+    EXPECT_TRUE(form().logo.CheckAdattaLogo.checked());
+    EXPECT_EQ(form().logo.PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
 
-    form().Command8.click();
+    form().logo.Command8.click();
     EXPECT_EQ(main().session.txtPercorsoLogo.text(), "");
-    EXPECT_EQ(form().PicDest.picture(), "");
-    EXPECT_FALSE(form().CheckAdattaLogo.enabled());
-    EXPECT_FALSE(form().Command8.enabled());
+    EXPECT_EQ(form().logo.PicDest.picture(), "");
+    EXPECT_FALSE(form().logo.CheckAdattaLogo.enabled());
+    EXPECT_FALSE(form().logo.Command8.enabled());
 }
 
 TEST_F(Letterhead, FitsBySides) {
     const auto fitted = [&](PictureSize size) {
-        form().PicOrigine.set_picture("x");
-        form().PicOrigine.set_size(size.width, size.height);
-        RidimensionaImmagine(form().PicOrigine, form().PicDest);
-        return form().PicDest.painted().value_or(PictureBox{});
+        form().logo.PicOrigine.set_picture("x");
+        form().logo.PicOrigine.set_size(size.width, size.height);
+        RidimensionaImmagine(form().logo.PicOrigine, form().logo.PicDest);
+        return form().logo.PicDest.painted().value_or(PictureBox{});
     };
-    form().PicDest.set_size(1000, 500);
+    form().logo.PicDest.set_size(1000, 500);
     EXPECT_EQ(fitted({100, 100}), (PictureBox{250, 0, 500, 500}));
     EXPECT_EQ(fitted({400, 100}), (PictureBox{0, 125, 1000, 250}));
     EXPECT_EQ(fitted({4000, 2000}), (PictureBox{0, 0, 1000, 500}));
-    form().PicOrigine.clear();
-    form().PicDest.clear();
-    RidimensionaImmagine(form().PicOrigine, form().PicDest);
-    EXPECT_EQ(form().PicDest.picture(), "");
+    form().logo.PicOrigine.clear();
+    form().logo.PicDest.clear();
+    RidimensionaImmagine(form().logo.PicOrigine, form().logo.PicDest);
+    EXPECT_EQ(form().logo.PicDest.picture(), "");
 }
 
 TEST_F(Letterhead, ALogoThatIsNoPicture) {
     fake.dialogs.answer_next(app + "/testo.jpg");
     boxes().expect({"Immagine non valida.", "Tarvello 4", BoxIcon::exclamation});
-    form().Command7.click();
+    form().logo.Command7.click();
     form().Command1[1].click();
-    EXPECT_EQ(form().PicDest.picture(), "") << "a bad path leaves the boxes blank";
-    EXPECT_TRUE(form().Command8.enabled());
+    EXPECT_EQ(form().logo.PicDest.picture(), "") << "a bad path leaves the boxes blank";
+    EXPECT_TRUE(form().logo.Command8.enabled());
     fake.dialogs.answer_next(std::nullopt);
-    form().Command7.click();
+    form().logo.Command7.click();
     EXPECT_EQ(main().session.txtPercorsoLogo.text(), app + "/testo.jpg");
 }
 
 TEST_F(Letterhead, TheLayoutIsStoredByItsOwnButton) {
-    EXPECT_EQ(form().ListModelliReport.items(),
+    EXPECT_EQ(form().logo.ListModelliReport.items(),
               (std::vector<std::string>{"Arial (modello-1)", "Thaoma (modello-2)"}));
-    EXPECT_EQ(form().ListModelliReport.list_index(), -1);
-    form().ListModelliReport.choose(1);
+    EXPECT_EQ(form().logo.ListModelliReport.list_index(), -1);
+    form().logo.ListModelliReport.choose(1);
     EXPECT_EQ(main().session.txtModelloReport.text(), "2");
     EXPECT_FALSE(fake.settings.get("txtModelloReport"));
-    form().Command6.click();
+    form().logo.Command6.click();
     EXPECT_EQ(fake.settings.get("txtModelloReport"), "2");
-    EXPECT_FALSE(form().Command6.enabled());
+    EXPECT_FALSE(form().logo.Command6.enabled());
 }
 
 struct Templates : Letterhead {
@@ -194,31 +194,31 @@ struct Templates : Letterhead {
 };
 
 TEST_F(Templates, AreListedByFormatAndChosen) {
-    EXPECT_TRUE(form().Option1.selected());
-    EXPECT_EQ(form().File1.items(), (std::vector<std::string>{"Aria.RTF", "blu.rtf"}));
-    form().Option2.click();
-    EXPECT_EQ(form().File1.items(), std::vector<std::string>{"Standard.doc"});
-    EXPECT_FALSE(form().Command5.enabled());
-    form().File1.choose(0);
-    EXPECT_EQ(form().txtModello.text(), "Standard.doc");
+    EXPECT_TRUE(form().templates.Option1.selected());
+    EXPECT_EQ(form().templates.File1.items(), (std::vector<std::string>{"Aria.RTF", "blu.rtf"}));
+    form().templates.Option2.click();
+    EXPECT_EQ(form().templates.File1.items(), std::vector<std::string>{"Standard.doc"});
+    EXPECT_FALSE(form().templates.Command5.enabled());
+    form().templates.File1.choose(0);
+    EXPECT_EQ(form().templates.txtModello.text(), "Standard.doc");
     boxes().expect({"Impostazioni modello fattura per stampa su file salvate correttamente.", "Tarvello 4",
                     BoxIcon::information});
-    form().Command5.click();
+    form().templates.Command5.click();
     EXPECT_EQ(fake.files.read(folder + "/print.conf"), folder + "/Standard.doc\r\n");
-    EXPECT_EQ(form().txtModelloAttuale.text(), folder + "/Standard.doc");
-    EXPECT_FALSE(form().Command5.enabled());
+    EXPECT_EQ(form().templates.txtModelloAttuale.text(), folder + "/Standard.doc");
+    EXPECT_FALSE(form().templates.Command5.enabled());
 
     // Somebody has put a folder where the file belongs.
     std::filesystem::remove(folder + "/print.conf");
     std::filesystem::create_directory(folder + "/print.conf");
-    form().File1.choose(0);
+    form().templates.File1.choose(0);
     boxes().expect({"Impossibile salvare le impostazioni.", "Tarvello 4", BoxIcon::critical});
-    form().Command5.click();
-    EXPECT_TRUE(form().Command5.enabled());
+    form().templates.Command5.click();
+    EXPECT_TRUE(form().templates.Command5.enabled());
 
     std::filesystem::remove_all(folder);
     boxes().expect({"La cartella \"" + folder + "\" non esiste.", "Tarvello 4", BoxIcon::exclamation});
-    form().Option1.click();
+    form().templates.Option1.click();
 }
 
 TEST_F(Templates, TheFormReadsTheFileOneFolderUp) {
@@ -226,7 +226,7 @@ TEST_F(Templates, TheFormReadsTheFileOneFolderUp) {
     const auto shown = [&](std::optional<std::string> above) {
         if (above) fake.files.write(app + "/print.conf", *above);
         form().Command1[1].click();
-        return form().txtModelloAttuale.text();
+        return form().templates.txtModelloAttuale.text();
     };
     fake.files.write(folder + "/print.conf", folder + "/blu.rtf\r\n");
     EXPECT_EQ(shown(std::nullopt), "");
@@ -238,17 +238,17 @@ TEST_F(Templates, TheFormReadsTheFileOneFolderUp) {
 
 TEST_F(Templates, ThePreviewIsACopy) {
     boxes().expect({"Selezionare un modello dalla lista.", "Tarvello 4", BoxIcon::information});
-    form().cmdAnteprimaModelli.click();
-    form().File1.choose(1);
-    form().cmdAnteprimaModelli.click();
+    form().templates.cmdAnteprimaModelli.click();
+    form().templates.File1.choose(1);
+    form().templates.cmdAnteprimaModelli.click();
     EXPECT_EQ(fake.word_processor.log, (std::vector<std::string>{"start", "open " + folder + "/blu.rtf",
                                                                  "save " + app + "/temp/anteprima", "show"}));
     EXPECT_EQ(fake.word_processor.running, 0) << "let go of";
 
     fake.word_processor.installed = false;
     boxes().expect({"Il programma di scrittura non è installato.", "Tarvello 4", BoxIcon::exclamation});
-    form().cmdAnteprimaModelli.click();
-    EXPECT_TRUE(form().cmdAnteprimaModelli.enabled());
+    form().templates.cmdAnteprimaModelli.click();
+    EXPECT_TRUE(form().templates.cmdAnteprimaModelli.enabled());
 }
 
 TEST_F(Templates, ANewOneStartsFromTheStandard) {
@@ -257,15 +257,15 @@ TEST_F(Templates, ANewOneStartsFromTheStandard) {
          "voluto nella cartella: " +
              folder + "\n\nN.B.  Non omettere nessuna delle voci presenti nella fattura!",
          "Tarvello 4", BoxIcon::information});
-    form().cmdNuovoModello.click();
+    form().templates.cmdNuovoModello.click();
     EXPECT_EQ(fake.files.read(app + "/temp/nuovo-modello"), "modello");
     EXPECT_EQ(fake.word_processor.log.back(), "show");
 
     std::filesystem::remove(folder + "/Standard.doc");
     boxes().expect_any();
-    form().cmdNuovoModello.click();
+    form().templates.cmdNuovoModello.click();
     EXPECT_EQ(boxes().last().icon, BoxIcon::exclamation);
-    EXPECT_TRUE(form().cmdNuovoModello.enabled());
+    EXPECT_TRUE(form().templates.cmdNuovoModello.enabled());
     EXPECT_EQ(fake.word_processor.running, 0);
 }
 
@@ -273,20 +273,20 @@ TEST_F(Templates, AreImported) {
     fake.files.write(app + "/mio.rtf", "nuovo");
     fake.dialogs.answer_next(app + "/mio.rtf");
     boxes().expect({"Importazione modello completata.", "Tarvello 4", BoxIcon::information});
-    form().ImportaModello.click();
+    form().templates.ImportaModello.click();
     EXPECT_EQ(fake.dialogs.last().title, "Importa copia dei dati");
     EXPECT_EQ(fake.dialogs.last().filters.at(0).label, "Rich Text Format files (*.rtf)");
     EXPECT_EQ(fake.files.read(folder + "/mio.rtf"), "nuovo");
     EXPECT_EQ(fake.copy_dialog.titles.size(), 1u) << "the copy shows itself";
-    EXPECT_EQ(form().File1.items().size(), 2u) << "the list is not refreshed";
+    EXPECT_EQ(form().templates.File1.items().size(), 2u) << "the list is not refreshed";
 
-    form().Option2.click();
+    form().templates.Option2.click();
     fake.dialogs.answer_next(app + "/manca.doc");
     boxes().expect({"Errore nella copia del file.", "Tarvello 4", BoxIcon::critical});
-    form().ImportaModello.click();
+    form().templates.ImportaModello.click();
     EXPECT_EQ(fake.dialogs.last().filters.at(0).pattern, "*.doc");
     fake.dialogs.answer_next(std::nullopt);
-    form().ImportaModello.click();
+    form().templates.ImportaModello.click();
 }
 
 TEST_F(Letterhead, OpensItsHelpers) {
@@ -299,7 +299,7 @@ TEST_F(Letterhead, OpensItsHelpers) {
     form().Command2.click();
     windows().expect_modal("frmInfoModelli",
                            [](Form& info) { dynamic_cast<frmInfoModelli&>(info).Label6.click(); });
-    form().cmdInfoModelli.click();
+    form().templates.cmdInfoModelli.click();
     windows().expect_modal("frmHelp", [](Form& help) {
         EXPECT_EQ(help.caption(), " Tarvello - Intestazione Fatture");
         EXPECT_NE(dynamic_cast<frmHelp&>(help).Text1.text().find("'Salva Dati'\n\n\nE' possibile"),

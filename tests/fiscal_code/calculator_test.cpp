@@ -153,8 +153,8 @@ TEST_F(Calculator, WritesTheCodeIntoTheBoxOfItsCaller) {
     auto& invoices = program->form<frmTarvello>();
     invoices.Toolbar1.press("Modifica Dati");
     windows().expect_modal("frmCalcolaCF", compute);
-    invoices.cmdCalcolaCF.click();
-    EXPECT_EQ(invoices.txtAnagrafica[0].text(), "RSSMRA80A01H501U");
+    invoices.customer.cmdCalcolaCF.click();
+    EXPECT_EQ(invoices.customer.txtAnagrafica[0].text(), "RSSMRA80A01H501U");
 }
 
 TEST_F(Calculator, WithoutMunicipalitiesTellsAtTheLoadAndAtEveryKey) {

@@ -15,20 +15,20 @@ struct InvoiceCustomer : InvoiceFormTest {
         windows().expect_modal("frmCercaCliente", [](Form& picker) {
             dynamic_cast<frmCercaCliente&>(picker).cmdNuovoCliente.click();
         });
-        form().cmdCercaCliente.click();
+        form().customer.cmdCercaCliente.click();
         form().ComboIVAApplicata.set_text("20");
     }
 
     void type_customer(const std::string& surname, const std::string& fiscal_code,
                        const std::string& vat = "") {
-        fill(form().txtAnagrafica[5], surname);
-        fill(form().txtNome, "LUCA maria");
-        fill(form().txtAnagrafica[0], fiscal_code);
-        fill(form().txtAnagrafica[6], vat);
-        fill(form().txtAnagrafica[1], "VIA DELL'ORSO 5");
-        fill(form().txtAnagrafica[2], "i-00100");
-        fill(form().txtAnagrafica[3], "rm");
-        fill(form().txtAnagrafica[4], "sant'angelo in vado");
+        fill(form().customer.txtAnagrafica[5], surname);
+        fill(form().customer.txtNome, "LUCA maria");
+        fill(form().customer.txtAnagrafica[0], fiscal_code);
+        fill(form().customer.txtAnagrafica[6], vat);
+        fill(form().customer.txtAnagrafica[1], "VIA DELL'ORSO 5");
+        fill(form().customer.txtAnagrafica[2], "i-00100");
+        fill(form().customer.txtAnagrafica[3], "rm");
+        fill(form().customer.txtAnagrafica[4], "sant'angelo in vado");
     }
 };
 
@@ -44,22 +44,22 @@ TEST_F(InvoiceCustomer, PickedFromTheRegister) {
     press("Nuova Fattura");
     const auto pick = [](Form& picker) { dynamic_cast<frmCercaCliente&>(picker).ListView1.double_click(0); };
     windows().expect_modal("frmCercaCliente", pick);
-    form().cmdCercaCliente.click();
+    form().customer.cmdCercaCliente.click();
     EXPECT_EQ(form().focus(), &form().DTPicker1);
-    EXPECT_FALSE(form().txtAnagrafica[1].locked());
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "Rossi");
+    EXPECT_FALSE(form().customer.txtAnagrafica[1].locked());
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "Rossi");
 
     // A key in the block opens the picker again instead of writing.
     windows().expect_modal("frmCercaCliente");
-    form().txtAnagrafica[5].type("x");
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "Rossi");
+    form().customer.txtAnagrafica[5].type("x");
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "Rossi");
     windows().expect_modal("frmCercaCliente");
-    form().txtAnagrafica[5].paste("Bianchi");
+    form().customer.txtAnagrafica[5].paste("Bianchi");
     windows().expect_modal("frmCercaCliente");
-    form().txtAnagrafica[5].press_delete();
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "Rossi");
-    form().txtNome.type("x");
-    EXPECT_EQ(form().txtNome.text(), "xMario") << "the first name is not guarded";
+    form().customer.txtAnagrafica[5].press_delete();
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "Rossi");
+    form().customer.txtNome.type("x");
+    EXPECT_EQ(form().customer.txtNome.text(), "xMario") << "the first name is not guarded";
 
     fill_line(0, "Consulenza", "100");
     form().ComboIVAApplicata.set_text("20");
@@ -70,25 +70,25 @@ TEST_F(InvoiceCustomer, PickedFromTheRegister) {
 }
 
 TEST_F(InvoiceCustomer, KeysPassWhileBrowsing) {
-    form().txtAnagrafica[5].type("x"); // no picker: the block is locked
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "");
+    form().customer.txtAnagrafica[5].type("x"); // no picker: the block is locked
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "");
     press("Nuova Fattura");
     windows().expect_modal("frmCercaCliente"); // closed by its close box
-    form().txtAnagrafica[0].type("x");
-    EXPECT_EQ(form().txtAnagrafica[0].text(), "");
+    form().customer.txtAnagrafica[0].type("x");
+    EXPECT_EQ(form().customer.txtAnagrafica[0].text(), "");
     windows().expect_none_left();
 }
 
 TEST_F(InvoiceCustomer, ANewOneIsAddedAtSaving) {
     given_customer({{"Codice_Fiscale", "AAA"}});
     announce();
-    EXPECT_EQ(form().txtNuovoInserimento.text(), "NEW");
-    EXPECT_FALSE(form().ComboNumeroCliente.enabled());
+    EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "NEW");
+    EXPECT_FALSE(form().customer.ComboNumeroCliente.enabled());
     type_customer("d'ANGELO", "vrdlcu70a01h501x", "it01234567890");
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "D'angelo");
-    EXPECT_EQ(form().txtNome.text(), "Luca Maria");
-    EXPECT_EQ(form().txtAnagrafica[2].text(), "I-00100");
-    EXPECT_EQ(form().txtAnagrafica[6].text(), "IT01234567890");
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "D'angelo");
+    EXPECT_EQ(form().customer.txtNome.text(), "Luca Maria");
+    EXPECT_EQ(form().customer.txtAnagrafica[2].text(), "I-00100");
+    EXPECT_EQ(form().customer.txtAnagrafica[6].text(), "IT01234567890");
     fill_line(0, "Consulenza", "100");
     save();
     const auto customer = sql("SELECT * FROM Clienti ORDER BY Numero_Cliente DESC").at(0);
@@ -107,9 +107,9 @@ TEST_F(InvoiceCustomer, ANewOneIsAddedAtSaving) {
                                                          {"Appunti", ""}};
     EXPECT_EQ(customer, expected);
     EXPECT_EQ(newest().at("Numero_Cliente"), "2");
-    EXPECT_EQ(form().txtNuovoInserimento.text(), "");
-    EXPECT_TRUE(form().ComboNumeroCliente.enabled());
-    EXPECT_EQ(form().ComboNumeroCliente.back_color(), colors::white);
+    EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "");
+    EXPECT_TRUE(form().customer.ComboNumeroCliente.enabled());
+    EXPECT_EQ(form().customer.ComboNumeroCliente.back_color(), colors::white);
 }
 
 TEST_F(InvoiceCustomer, ANewOneWhoIsThereAlreadyIsRefused) {
@@ -122,24 +122,24 @@ TEST_F(InvoiceCustomer, ANewOneWhoIsThereAlreadyIsRefused) {
         "ATTENZIONE\n\nIl Codice Fiscale utilizzato risulta già inserito nell'anagrafica. Controllare il "
         "codice fiscale o selezionare un cliente con l'apposito pulsante."));
     press("Nuova Fattura");
-    EXPECT_EQ(form().focus(), &form().txtAnagrafica[0]);
-    EXPECT_EQ(form().txtNuovoInserimento.text(), "NEW");
+    EXPECT_EQ(form().focus(), &form().customer.txtAnagrafica[0]);
+    EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "NEW");
     EXPECT_EQ(form().cmdNuovaFattura.caption(), "Salva Fattura");
 
-    fill(form().txtAnagrafica[0], "ALTRO");
-    fill(form().txtAnagrafica[6], "11111111111");
+    fill(form().customer.txtAnagrafica[0], "ALTRO");
+    fill(form().customer.txtAnagrafica[6], "11111111111");
     boxes().expect_any(Answer::yes);
     boxes().expect(information("ATTENZIONE\n\nLa partita IVA utilizzata risulta già inserita "
                                "nell'anagrafica. Controllare la partita "
                                "IVA o selezionare un cliente con l'apposito pulsante."));
     press("Nuova Fattura");
-    EXPECT_EQ(form().focus(), &form().txtAnagrafica[0]) << "not the VAT number";
+    EXPECT_EQ(form().focus(), &form().customer.txtAnagrafica[0]) << "not the VAT number";
     EXPECT_EQ(sql("SELECT * FROM Fatture").size(), 1U);
 
     press("Annulla");
-    EXPECT_EQ(form().txtNuovoInserimento.text(), "");
-    EXPECT_TRUE(form().ComboNumeroCliente.enabled());
-    EXPECT_EQ(form().ComboNumeroCliente.back_color(), colors::white);
+    EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "");
+    EXPECT_TRUE(form().customer.ComboNumeroCliente.enabled());
+    EXPECT_EQ(form().customer.ComboNumeroCliente.back_color(), colors::white);
 }
 
 TEST_F(InvoiceCustomer, AnEmptyFiscalCodeMeetsAnotherEmptyOne) {
@@ -155,14 +155,14 @@ TEST_F(InvoiceCustomer, AnEmptyFiscalCodeMeetsAnotherEmptyOne) {
     press("Nuova Fattura");
     EXPECT_EQ(boxes().last().text.substr(0, 30), "ATTENZIONE\n\nIl Codice Fiscale ");
 
-    fill(form().txtAnagrafica[0], "O'X");
+    fill(form().customer.txtAnagrafica[0], "O'X");
     boxes().expect_any(Answer::yes);
     expect_process_end([&] { press("Nuova Fattura"); });
 }
 
 TEST_F(InvoiceCustomer, TheCalculatorGetsTheName) {
     press("Nuova Fattura");
-    EXPECT_FALSE(form().cmdCalcolaCF.enabled());
+    EXPECT_FALSE(form().customer.cmdCalcolaCF.enabled());
     fill_customer(1);
     boxes().expect_any(); // this program's folder has no municipalities
     windows().expect_modal("frmCalcolaCF", [](Form& calculator) {
@@ -171,7 +171,7 @@ TEST_F(InvoiceCustomer, TheCalculatorGetsTheName) {
         EXPECT_EQ(fields.txtNome.text(), "Mario");
         EXPECT_EQ(fields.txtparam.text(), "Fatture");
     });
-    form().cmdCalcolaCF.click();
+    form().customer.cmdCalcolaCF.click();
 }
 
 } // namespace

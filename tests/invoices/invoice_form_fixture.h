@@ -35,14 +35,14 @@ struct InvoiceFormTest : ProgramTest {
     }
 
     void fill_customer(int number) {
-        form().ComboNumeroCliente.set_text(std::to_string(number));
-        form().txtAnagrafica[0].set_text("RSSMRA80A01H501U");
-        form().txtAnagrafica[1].set_text("Via Roma 1");
-        form().txtAnagrafica[2].set_text("00100");
-        form().txtAnagrafica[3].set_text("RM");
-        form().txtAnagrafica[4].set_text("Roma");
-        form().txtAnagrafica[5].set_text("Rossi");
-        form().txtNome.set_text("Mario");
+        form().customer.ComboNumeroCliente.set_text(std::to_string(number));
+        form().customer.txtAnagrafica[0].set_text("RSSMRA80A01H501U");
+        form().customer.txtAnagrafica[1].set_text("Via Roma 1");
+        form().customer.txtAnagrafica[2].set_text("00100");
+        form().customer.txtAnagrafica[3].set_text("RM");
+        form().customer.txtAnagrafica[4].set_text("Roma");
+        form().customer.txtAnagrafica[5].set_text("Rossi");
+        form().customer.txtNome.set_text("Mario");
         form().SbloccaAnagrafica();
     }
 

@@ -52,11 +52,11 @@ TEST_F(InvoiceModes, OpensOnTheNewestInvoice) {
     EXPECT_EQ(form().txtCurrent_ID.text(), std::to_string(newest));
     EXPECT_EQ(form().txtNumeroFattura.text(), "12 - 2005");
     EXPECT_EQ(form().DTPicker1.date(), make_date(2005, 12, 31));
-    EXPECT_EQ(form().ComboNumeroCliente.text(), "7");
-    EXPECT_EQ(form().txtNome.text(), "Mario");
+    EXPECT_EQ(form().customer.ComboNumeroCliente.text(), "7");
+    EXPECT_EQ(form().customer.txtNome.text(), "Mario");
     const char* customer[] = {"RSSMRA80A01H501U", "Via Roma 1", "00100", "RM", "Roma",
                               "D'angelo",         "01234567890"};
-    for (std::size_t i = 0; i < 7; ++i) EXPECT_EQ(form().txtAnagrafica[i].text(), customer[i]);
+    for (std::size_t i = 0; i < 7; ++i) EXPECT_EQ(form().customer.txtAnagrafica[i].text(), customer[i]);
     EXPECT_EQ(form().PrestazioneSingola[4].text(), "Perizia 😀");
     EXPECT_EQ(form().txtImportoPrestazioni[4].text(), "€ 5,00");
     EXPECT_TRUE(form().ShapeImporto[4].visible());
@@ -68,7 +68,7 @@ TEST_F(InvoiceModes, OpensOnTheNewestInvoice) {
     EXPECT_FALSE(form().FrameData.enabled());
     EXPECT_FALSE(form().cmdNuovoAnnoFatturazione.enabled());
     EXPECT_TRUE(form().txtNumeroFattura.locked());
-    EXPECT_TRUE(form().txtAnagrafica[6].locked());
+    EXPECT_TRUE(form().customer.txtAnagrafica[6].locked());
     EXPECT_FALSE(program->database().rsFatture.is_open());
 }
 
@@ -98,16 +98,17 @@ TEST_F(InvoiceModes, NewInvoiceAndBack) {
     EXPECT_EQ(state_of(form().Toolbar1.button(1)), "on, Salva Fattura, salva");
     for (const std::size_t place : {2, 3, 4, 5, 7, 8}) EXPECT_FALSE(form().Toolbar1.button(place).visible());
     EXPECT_TRUE(form().Toolbar1.button(6).visible());
-    for (CommandButton* off : {&form().cmdNavigazione[0], &form().cmdNavigazione[5],
-                               &form().cmdEliminaFattura, &form().cmdModificaDati, &form().cmdStampaFattura,
-                               &form().cmdChiudi, &form().cmdCerca, &form().StampaWord, &form().CheckEmail}) {
+    for (CommandButton* off :
+         {&form().cmdNavigazione[0], &form().cmdNavigazione[5], &form().cmdEliminaFattura,
+          &form().cmdModificaDati, &form().cmdStampaFattura, &form().cmdChiudi, &form().search.cmdCerca,
+          &form().StampaWord, &form().CheckEmail}) {
         EXPECT_FALSE(off->enabled()) << off->name();
     }
     EXPECT_TRUE(form().cmdNuovoAnnoFatturazione.enabled());
     EXPECT_TRUE(form().cmdCalcola.enabled());
     EXPECT_TRUE(form().FrameBloccaFattura.enabled());
     EXPECT_FALSE(form().FrameData.enabled()) << "the date waits for the customer";
-    EXPECT_EQ(form().focus(), &form().cmdCercaCliente);
+    EXPECT_EQ(form().focus(), &form().customer.cmdCercaCliente);
     EXPECT_EQ(form().txtNumeroFattura.text(), "58");
     EXPECT_EQ(form().PrestazioneSingola[0].text(), "");
     EXPECT_EQ(form().ComboIVAApplicata.text(), "22");
@@ -142,12 +143,12 @@ TEST_F(InvoiceModes, ChangeAndBack) {
     for (const std::size_t place : {1, 3, 4, 5, 7, 8}) EXPECT_FALSE(form().Toolbar1.button(place).visible());
     EXPECT_TRUE(form().cmdModificaDati.enabled());
     for (CommandButton* off : {&form().cmdNavigazione[1], &form().cmdNuovaFattura, &form().cmdEliminaFattura,
-                               &form().cmdStampaFattura, &form().cmdChiudi, &form().cmdCerca,
+                               &form().cmdStampaFattura, &form().cmdChiudi, &form().search.cmdCerca,
                                &form().StampaWord, &form().CheckEmail, &form().cmdNuovoAnnoFatturazione}) {
         EXPECT_FALSE(off->enabled()) << off->name();
     }
     EXPECT_TRUE(form().FrameData.enabled());
-    EXPECT_FALSE(form().txtAnagrafica[0].locked());
+    EXPECT_FALSE(form().customer.txtAnagrafica[0].locked());
     EXPECT_FALSE(form().PrestazioneSingola[0].locked());
     form().PrestazioneSingola[0].set_text("typed");
     press("Annulla");
@@ -236,36 +237,36 @@ TEST_F(InvoiceModes, NoteMailAndMarkers) {
     const int reachable = given_customer({{"email", "mario@example.it"}});
     const int silent = given_customer();
     given_invoice({{"Numero_Cliente", std::to_string(reachable)}});
-    form().cmdNota.click();
-    EXPECT_EQ(form().FrameNota.height(), 2655);
-    form().Text1.type("Richiamare");
-    form().cmdNota.click();
-    EXPECT_EQ(form().FrameNota.height(), 580);
-    form().FrameNota.set_height(1000);
-    form().cmdNota.click();
-    EXPECT_EQ(form().FrameNota.height(), 1000);
+    form().note.cmdNota.click();
+    EXPECT_EQ(form().note.FrameNota.height(), 2655);
+    form().note.Text1.type("Richiamare");
+    form().note.cmdNota.click();
+    EXPECT_EQ(form().note.FrameNota.height(), 580);
+    form().note.FrameNota.set_height(1000);
+    form().note.cmdNota.click();
+    EXPECT_EQ(form().note.FrameNota.height(), 1000);
 
     press("Invia e-mail");
     EXPECT_EQ(fake.desktop.opened, std::vector<std::string>{"mailto:mario@example.it"});
     for (const std::string& customer : {std::to_string(silent), std::string("999"), std::string()}) {
-        form().ComboNumeroCliente.set_text(customer);
+        form().customer.ComboNumeroCliente.set_text(customer);
         boxes().expect(information("Indirizzo e-mail assente."));
         press("Invia e-mail");
     }
 
     press("Nuova Fattura");
-    EXPECT_EQ(form().Text1.text(), "Richiamare") << "a note stays across invoices";
+    EXPECT_EQ(form().note.Text1.text(), "Richiamare") << "a note stays across invoices";
     form().PrestazioneSingola[2].enter();
     EXPECT_TRUE(form().ShapePrestazioneSingola[2].visible());
     form().PrestazioneSingola[2].press_key(keys::enter);
     EXPECT_EQ(form().focus(), &form().txtImportoPrestazioni[2]) << "Enter moves on";
     EXPECT_FALSE(form().ShapePrestazioneSingola[2].visible());
     form().PrestazioneSingola[2].type("x");
-    form().txtNome.enter();
+    form().customer.txtNome.enter();
     EXPECT_TRUE(form().ShapePrestazioneSingola[2].visible());
-    EXPECT_TRUE(form().ShapeNome.visible());
+    EXPECT_TRUE(form().customer.ShapeNome.visible());
     form().PrestazioneSingola[2].press_key(keys::backspace);
-    EXPECT_FALSE(form().ShapeNome.visible());
+    EXPECT_FALSE(form().customer.ShapeNome.visible());
 }
 
 TEST_F(InvoiceModes, ClosingLeavesNoResultOpen) {

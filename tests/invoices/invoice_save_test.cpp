@@ -10,11 +10,11 @@ struct InvoiceSave : InvoiceFormTest {
 TEST_F(InvoiceSave, EveryColumnIsWritten) {
     settings().txtProfessione.set_text("Rivalsa INPS");
     start_invoice(3);
-    form().txtAnagrafica[0].enter();
-    form().txtAnagrafica[0].set_text(" rssmra80a01h501u ");
-    form().txtAnagrafica[6].set_text("01234567890");
-    form().txtAnagrafica[5].set_text(" D'Amico & C. \"Il 100%\"; -- 😀");
-    form().txtNome.set_text("مريم");
+    form().customer.txtAnagrafica[0].enter();
+    form().customer.txtAnagrafica[0].set_text(" rssmra80a01h501u ");
+    form().customer.txtAnagrafica[6].set_text("01234567890");
+    form().customer.txtAnagrafica[5].set_text(" D'Amico & C. \"Il 100%\"; -- 😀");
+    form().customer.txtNome.set_text("مريم");
     form().DTPicker1.pick(make_date(2006, 12, 31));
     for (std::size_t i = 0; i < 5; ++i) {
         fill_line(i, " L'opera n." + std::to_string(i + 1) + " ", "100," + std::to_string(i));
@@ -89,7 +89,7 @@ TEST_F(InvoiceSave, EveryColumnIsWritten) {
     form().CheckRivalsa.click();
     form().CheckRitenuta.click();
     form().CheckPagamento.click();
-    form().txtAnagrafica[2].set_text("i-00199");
+    form().customer.txtAnagrafica[2].set_text("i-00199");
     form().ComboIVAApplicata.set_text("Esente");
     fill(form().txtImportoPrestazioni[4], "0,40");
     press("Modifica Dati");
@@ -119,7 +119,7 @@ TEST_F(InvoiceSave, ChecksInTheirOrder) {
     frmTarvello& f = form();
     press("Nuova Fattura");
     f.SbloccaAnagrafica();
-    f.txtNuovoInserimento.set_text("NEW"); // the block may be typed
+    f.customer.txtNuovoInserimento.set_text("NEW"); // the block may be typed
     f.txtNumeroFattura.set_text(" ");
     windows().expect_modal("frmArticoloEsenzione");
     f.CheckSpese.click();
@@ -136,19 +136,19 @@ TEST_F(InvoiceSave, ChecksInTheirOrder) {
     };
     refused("Inserire il Numero della Fattura.", f.txtNumeroFattura);
     f.txtNumeroFattura.set_text("2");
-    refused("Inserire il Cognome o Ragione Sociale del Cliente.", f.txtAnagrafica[5]);
-    f.txtAnagrafica[5].set_text("Rossi");
-    f.txtAnagrafica[0].set_text("  ");
-    refused("Inserire il Codice Fiscale o la Partita IVA.", f.txtAnagrafica[0]);
-    f.txtAnagrafica[6].set_text("1");
-    refused("Inserire l'indirizzo.", f.txtAnagrafica[1]);
-    f.txtAnagrafica[1].set_text("Via Roma 1");
-    refused("Inserire il CAP.", f.txtAnagrafica[2]);
-    f.txtAnagrafica[2].set_text("00100");
-    refused("Inserire la provincia.", f.txtAnagrafica[3]);
-    f.txtAnagrafica[3].set_text("RM");
-    refused("Inserire la città.", f.txtAnagrafica[4]);
-    f.txtAnagrafica[4].set_text("Roma");
+    refused("Inserire il Cognome o Ragione Sociale del Cliente.", f.customer.txtAnagrafica[5]);
+    f.customer.txtAnagrafica[5].set_text("Rossi");
+    f.customer.txtAnagrafica[0].set_text("  ");
+    refused("Inserire il Codice Fiscale o la Partita IVA.", f.customer.txtAnagrafica[0]);
+    f.customer.txtAnagrafica[6].set_text("1");
+    refused("Inserire l'indirizzo.", f.customer.txtAnagrafica[1]);
+    f.customer.txtAnagrafica[1].set_text("Via Roma 1");
+    refused("Inserire il CAP.", f.customer.txtAnagrafica[2]);
+    f.customer.txtAnagrafica[2].set_text("00100");
+    refused("Inserire la provincia.", f.customer.txtAnagrafica[3]);
+    f.customer.txtAnagrafica[3].set_text("RM");
+    refused("Inserire la città.", f.customer.txtAnagrafica[4]);
+    f.customer.txtAnagrafica[4].set_text("Roma");
     f.PrestazioneSingola[0].set_text("   ");
     fill_line(2, "Consulenza", "");
     refused("Per completare la fattura è necessario inserire almeno una prestazione professionale.",
@@ -191,8 +191,8 @@ TEST_F(InvoiceSave, AStatementThatFailsEndsTheProgram) {
     };
     breaks(form().txtArticoloEsenzione, "dell'articolo 15");
     breaks(form().txtPagamento, "all'ordine");
-    breaks(form().txtAnagrafica[0], "O'X");
-    breaks(form().ComboNumeroCliente, "nessuno");
+    breaks(form().customer.txtAnagrafica[0], "O'X");
+    breaks(form().customer.ComboNumeroCliente, "nessuno");
 }
 
 TEST_F(InvoiceSave, TheInvoiceNumberMayBeTwiceInAYear) {

@@ -105,7 +105,7 @@ TEST_F(InvoiceShow, ANullLeavesItsFieldAsItWas) {
     EXPECT_EQ(form().txtCurrent_ID.text(), newest().at("ID"));
     EXPECT_EQ(form().PrestazioneSingola[0].text(), "Perizia");
     EXPECT_EQ(form().PrestazioneSingola[1].text(), "Sopralluogo");
-    EXPECT_EQ(form().txtAnagrafica[4].text(), "Roma");
+    EXPECT_EQ(form().customer.txtAnagrafica[4].text(), "Roma");
     EXPECT_EQ(form().txtPagamento.text(), "Ora");
     EXPECT_EQ(form().txtNumeroFattura.text(), "1 - 2006");
     EXPECT_EQ(form().DTPicker1.date(), make_date(2006, 3, 5));

@@ -7,7 +7,7 @@
 namespace tarvello {
 namespace {
 
-struct Register : testing::ProgramTest {
+struct ListByYear : testing::ProgramTest {
     frmTarvello& form() { return program->form<frmTarvello>(); }
 
     /// Presses "Show" and closes the window with this choice; then the windows that `expecting` expects come.
@@ -55,7 +55,7 @@ struct Register : testing::ProgramTest {
     }
 };
 
-TEST_F(Register, OffersItsChoicesAndNothingForNone) {
+TEST_F(ListByYear, OffersItsChoicesAndNothingForNone) {
     const auto& items = program->form<frmSelectYear>().Combo1.items();
     ASSERT_EQ(items.size(), 20U);
     EXPECT_EQ(items[0], "Annulla");
@@ -68,7 +68,7 @@ TEST_F(Register, OffersItsChoicesAndNothingForNone) {
     open("", {}, true);
 }
 
-TEST_F(Register, ListsAllTheCurrentYearOrOneYear) {
+TEST_F(ListByYear, ListsAllTheCurrentYearOrOneYear) {
     given_invoices();
     open("Elenca tutte le fatture", [&] {
         expect_list("Tabella Fatture", "Elenco Fatture", {"Tre", "Due", "Uno"});
@@ -97,7 +97,7 @@ TEST_F(Register, ListsAllTheCurrentYearOrOneYear) {
     });
 }
 
-TEST_F(Register, AYearThatIsNoNumberListsNothing) {
+TEST_F(ListByYear, AYearThatIsNoNumberListsNothing) {
     given_invoices();
     for (const char* text : {"duemila", "99999", "'; DELETE * FROM Fatture"}) {
         open(text, [&] {
@@ -110,12 +110,12 @@ TEST_F(Register, AYearThatIsNoNumberListsNothing) {
     });
 }
 
-TEST_F(Register, AClickedRowIsShownAndNoClickShowsNothing) {
+TEST_F(ListByYear, AClickedRowIsShownAndNoClickShowsNothing) {
     given_invoices();
     open("Elenca tutte le fatture", [&] {
         expect_list("Tabella Fatture", "Elenco Fatture", {"Tre", "Due", "Uno"});
     });
-    EXPECT_EQ(form().txtNome.text(), "Tre");
+    EXPECT_EQ(form().customer.txtNome.text(), "Tre");
     open("Elenca tutte le fatture", [&] {
         expect_list("Tabella Fatture", "Elenco Fatture", {"Tre", "Due", "Uno"},
                     [](frmRisultatiRicercaFatture& list) {
@@ -124,16 +124,16 @@ TEST_F(Register, AClickedRowIsShownAndNoClickShowsNothing) {
                         list.close_by_user();
                     });
     });
-    EXPECT_EQ(form().txtNome.text(), "Uno");
+    EXPECT_EQ(form().customer.txtNome.text(), "Uno");
     open("2005", [&] {
         expect_list("Tabella Fatture (anno 2005)", "Elenco Fatture dell'anno 2005 - Totale Fatture: 2",
                     {"Due", "Uno"}, [](frmRisultatiRicercaFatture& list) { list.ListView1.double_click(0); });
     });
-    EXPECT_EQ(form().txtNome.text(), "Due");
+    EXPECT_EQ(form().customer.txtNome.text(), "Due");
     EXPECT_FALSE(program->database().rsFatture.is_open());
 }
 
-TEST_F(Register, WithoutADatabaseTheListIsEmpty) {
+TEST_F(ListByYear, WithoutADatabaseTheListIsEmpty) {
     form();
     program->database().dbConnection.close();
     open("Elenca tutte le fatture", [&] { expect_list("Tabella Fatture", "Elenco Fatture", {}); });

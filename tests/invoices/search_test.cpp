@@ -1,6 +1,6 @@
 #include "invoices/invoice_form.h"
+#include "invoices/invoice_list.h"
 #include "invoices/invoice_results.h"
-#include "invoices/invoice_rows.h"
 #include "support/program_test.h"
 
 namespace tarvello {
@@ -13,11 +13,11 @@ struct InvoiceSearch : testing::ProgramTest {
 
     /// Opens the search if it is closed, fills its entries and presses "OK".
     void search(const std::string& year, const std::string& field, const std::string& text) {
-        if (form().cmdCerca.caption() == "Cerca Fattura") form().cmdCerca.click();
-        form().Combo3.set_text(year);
-        form().Combo1.set_text(field);
-        form().Text2.set_text(text);
-        form().cmdCerca.click();
+        if (form().search.cmdCerca.caption() == "Cerca Fattura") form().search.cmdCerca.click();
+        form().search.Combo3.set_text(year);
+        form().search.Combo1.set_text(field);
+        form().search.Text2.set_text(text);
+        form().search.cmdCerca.click();
     }
     /// The next result window lists these numbers; then `user` acts on it.
     void expect_results(const std::vector<std::string>& numbers,
@@ -51,11 +51,11 @@ struct InvoiceSearch : testing::ProgramTest {
 
 TEST_F(InvoiceSearch, OpensAndIsLeftByCancelling) {
     given_invoices();
-    EXPECT_EQ(form().FrameRicerca.height(), 540);
-    form().cmdCerca.click();
-    EXPECT_EQ(form().cmdCerca.caption(), "OK");
-    EXPECT_EQ(form().FrameRicerca.height(), 2580);
-    EXPECT_EQ(form().txtNome.text(), "");
+    EXPECT_EQ(form().search.FrameRicerca.height(), 540);
+    form().search.cmdCerca.click();
+    EXPECT_EQ(form().search.cmdCerca.caption(), "OK");
+    EXPECT_EQ(form().search.FrameRicerca.height(), 2580);
+    EXPECT_EQ(form().customer.txtNome.text(), "");
     EXPECT_NE(form().txtCurrent_ID.text(), "");
     for (const CommandButton& move : form().cmdNavigazione) EXPECT_FALSE(move.enabled());
     for (const CommandButton* button :
@@ -66,13 +66,13 @@ TEST_F(InvoiceSearch, OpensAndIsLeftByCancelling) {
     for (std::size_t place = 1; place <= 8; ++place) {
         EXPECT_EQ(form().Toolbar1.button(place).visible(), place == 6) << place;
     }
-    EXPECT_TRUE(form().Combo1.reachable());
-    EXPECT_TRUE(form().Combo3.reachable());
-    EXPECT_TRUE(form().Text2.reachable());
+    EXPECT_TRUE(form().search.Combo1.reachable());
+    EXPECT_TRUE(form().search.Combo3.reachable());
+    EXPECT_TRUE(form().search.Text2.reachable());
     form().Toolbar1.press("Annulla");
-    EXPECT_EQ(form().cmdCerca.caption(), "Cerca Fattura");
-    EXPECT_EQ(form().FrameRicerca.height(), 540);
-    EXPECT_EQ(form().txtNome.text(), "Maria") << "the invoice on view before";
+    EXPECT_EQ(form().search.cmdCerca.caption(), "Cerca Fattura");
+    EXPECT_EQ(form().search.FrameRicerca.height(), 540);
+    EXPECT_EQ(form().customer.txtNome.text(), "Maria") << "the invoice on view before";
     EXPECT_TRUE(form().cmdNavigazione[0].enabled());
     EXPECT_TRUE(form().cmdChiudi.enabled());
 }
@@ -81,18 +81,18 @@ TEST_F(InvoiceSearch, AMissingEntryIsToldAndThenThatNothingWasFound) {
     boxes().expect({"Selezionare l'anno.", "Tarvello 4", BoxIcon::exclamation});
     boxes().expect(none_found);
     search("", "", "");
-    EXPECT_EQ(form().focus(), &form().Combo3);
+    EXPECT_EQ(form().focus(), &form().search.Combo3);
     boxes().expect({"Selezionare il campo di ricerca", "Tarvello 4", BoxIcon::exclamation});
     boxes().expect(none_found);
     search("2006", "", "");
-    EXPECT_EQ(form().focus(), &form().Combo1);
+    EXPECT_EQ(form().focus(), &form().search.Combo1);
     boxes().expect({"Inserire il testo da cercare o selezionare una voce dall'elenco.", "Tarvello 4",
                     BoxIcon::exclamation});
     boxes().expect(none_found);
     search("2006", "Nome", "");
-    EXPECT_EQ(form().focus(), &form().Text2);
-    EXPECT_EQ(form().cmdCerca.caption(), "OK");
-    EXPECT_EQ(form().FrameRicerca.height(), 2580);
+    EXPECT_EQ(form().focus(), &form().search.Text2);
+    EXPECT_EQ(form().search.cmdCerca.caption(), "OK");
+    EXPECT_EQ(form().search.FrameRicerca.height(), 2580);
 }
 
 TEST_F(InvoiceSearch, ListsTheNewestFirstAndShowsTheSelectedRow) {
@@ -105,13 +105,13 @@ TEST_F(InvoiceSearch, ListsTheNewestFirstAndShowsTheSelectedRow) {
     });
     search("2006", "Cognome/Ragione Sociale", "rossi");
     EXPECT_EQ(form().txtNumeroFattura.text(), "1 - 2006");
-    EXPECT_EQ(form().txtAnagrafica[5].text(), "ROSSI");
-    EXPECT_EQ(form().cmdCerca.caption(), "Cerca Fattura");
-    EXPECT_EQ(form().FrameRicerca.height(), 540);
-    EXPECT_FALSE(form().Text2.enabled());
+    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "ROSSI");
+    EXPECT_EQ(form().search.cmdCerca.caption(), "Cerca Fattura");
+    EXPECT_EQ(form().search.FrameRicerca.height(), 540);
+    EXPECT_FALSE(form().search.Text2.enabled());
     EXPECT_TRUE(form().cmdNavigazione[0].enabled());
     for (std::size_t place = 1; place <= 8; ++place) EXPECT_TRUE(form().Toolbar1.button(place).visible());
-    EXPECT_FALSE(form().txtAnagrafica[5].locked()) << "the customer block is left unlocked";
+    EXPECT_FALSE(form().customer.txtAnagrafica[5].locked()) << "the customer block is left unlocked";
     EXPECT_FALSE(program->database().rsFatture.is_open());
 }
 
@@ -140,13 +140,13 @@ TEST_F(InvoiceSearch, FindsTheRowAgainByYearAndNumber) {
     given_invoice({{"Numero_Fattura", "7"}, {"Nome", "Secondo"}});
     expect_results({"7"});
     search("2006", "Nome", "secondo");
-    EXPECT_EQ(form().txtNome.text(), "Primo") << "the oldest row of that number";
+    EXPECT_EQ(form().customer.txtNome.text(), "Primo") << "the oldest row of that number";
 
     sql("INSERT INTO Fatture (Anno,Nome) VALUES ('2006','Senza Numero')");
-    form().cmdCerca.click();
+    form().search.cmdCerca.click();
     expect_results({""});
     search("2006", "Nome", "senza");
-    EXPECT_EQ(form().txtNome.text(), "") << "a row that cannot be found again leaves the form empty";
+    EXPECT_EQ(form().customer.txtNome.text(), "") << "a row that cannot be found again leaves the form empty";
 }
 
 TEST_F(InvoiceSearch, ANumberIsLookedForInTheFiscalCodes) {

@@ -1,5 +1,6 @@
 #include "platform/qt/application.h"
 
+#include "platform/platform.h"
 #include "platform/qt/look.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
@@ -54,7 +55,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     } catch (const std::exception& defect) {
         // Failures have been shown and have ended the process before they come here: this is a defect or the
         // end of the memory, and nothing is certain any more.
-        QMessageBox::critical(nullptr, QStringLiteral("Tarvello 4"),
+        QMessageBox::critical(nullptr, QString::fromLatin1(program_title),
                               QStringLiteral("Errore imprevisto. Il programma viene chiuso.\n\n") +
                                   QString::fromLocal8Bit(defect.what()));
         std::_Exit(EXIT_FAILURE);

@@ -153,7 +153,7 @@ QLabel* path_label(const QString& line) {
 QtCopyDialog::~QtCopyDialog() { end(); }
 
 bool QtCopyDialog::may_replace(const std::string& destination) {
-    return boxes_.show({"Il file esiste già:\n" + destination + "\n\nSostituirlo?", "Tarvello 4",
+    return boxes_.show({"Il file esiste già:\n" + destination + "\n\nSostituirlo?", program_title,
                         BoxIcon::question, BoxButtons::yes_no, 2}) == Answer::yes;
 }
 
@@ -178,7 +178,7 @@ bool QtCopyDialog::advance(std::uint64_t done, std::uint64_t total) {
 void QtCopyDialog::end() { delete progress_.data(); }
 
 void QtCopyDialog::report_failure(const std::string& description) {
-    boxes_.show({description, "Tarvello 4", BoxIcon::critical, BoxButtons::ok, 1});
+    boxes_.show({description, program_title, BoxIcon::critical, BoxButtons::ok, 1});
 }
 
 } // namespace tarvello::qt

@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 namespace tarvello::qt {
 
 /// A time in which the user is busy with a box, a dialog or a modal window, or in which the program waits:
@@ -13,7 +15,9 @@ public:
         ++count_;
         ++depth_;
     }
-    ~ModalTurn() { --depth_; }
+    ~ModalTurn() {
+        if (--depth_ == 0 && on_last_end) on_last_end();
+    }
     ModalTurn(const ModalTurn&) = delete;
     ModalTurn& operator=(const ModalTurn&) = delete;
 
@@ -23,6 +27,8 @@ public:
     static int count() { return count_; }
     /// True while one lasts: handlers are running below.
     static bool lasting() { return depth_ > 0; }
+    /// Called when none lasts any more, in the midst of the handler that had opened it.
+    inline static std::function<void()> on_last_end;
 
 private:
     inline static int count_ = 0;

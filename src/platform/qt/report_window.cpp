@@ -154,7 +154,7 @@ void ReportWindow::showEvent(QShowEvent* event) {
 void ReportWindow::print() {
     if (QPrinterInfo::availablePrinterNames().isEmpty()) { // the dialog would have nothing to choose from
         boxes_.show({"Nessuna stampante è installata su questo computer.\nLa fattura si può salvare in PDF.",
-                     "Tarvello 4", BoxIcon::exclamation});
+                     program_title, BoxIcon::exclamation});
         return;
     }
     const ModalTurn turn;
@@ -168,7 +168,7 @@ void ReportWindow::print() {
     if (dialog.exec() != QDialog::Accepted) return;
     QPainter painter;
     if (!painter.begin(&printer)) {
-        boxes_.show({"Impossibile eseguire la stampa.", "Tarvello 4", BoxIcon::critical});
+        boxes_.show({"Impossibile eseguire la stampa.", program_title, BoxIcon::critical});
         return;
     }
     const double dots_to_twip = printer.resolution() / double(twips_per_inch);
@@ -183,9 +183,9 @@ void ReportWindow::save_pdf() {
     if (files_.exists(*path) && !copy_dialog_.may_replace(*path)) return;
     try {
         files_.write(*path, report_pdf(report_).toStdString());
-        boxes_.show({"La fattura è stata salvata in:\n" + *path, "Tarvello 4", BoxIcon::information});
+        boxes_.show({"La fattura è stata salvata in:\n" + *path, program_title, BoxIcon::information});
     } catch (const Failure& failure) { // the preview stays, for another try
-        boxes_.show({failure.description(), "Tarvello 4", BoxIcon::critical});
+        boxes_.show({failure.description(), program_title, BoxIcon::critical});
     }
 }
 

@@ -27,9 +27,13 @@ QtWindows::QtWindows(const RegionalSettings& regional) : regional_(regional) {
             if (open->root == now || open->root->isAncestorOf(now)) return open->binder->focus().arrived(now);
         }
     });
+    ModalTurn::on_last_end = [this] { destroy_closed_later(); };
 }
 
-QtWindows::~QtWindows() { clear(); }
+QtWindows::~QtWindows() {
+    ModalTurn::on_last_end = nullptr;
+    clear();
+}
 
 QtWindows::Open::~Open() {
     binder.reset();
@@ -154,7 +158,6 @@ void QtWindows::show_modal(Form& form) {
         loop.exec();
     }
     if (Open* still = find(form)) std::erase(still->waiting, &loop); // the program is ending
-    destroy_closed();
 }
 
 void QtWindows::close(Form& form) {
@@ -168,16 +171,15 @@ void QtWindows::close(Form& form) {
         for (QEventLoop* loop : it->waiting) loop->quit();
         it->waiting.clear();
         closed_.splice(closed_.end(), open_, it);
-        QMetaObject::invokeMethod(
-            this, [this] { destroy_closed(); }, Qt::QueuedConnection);
+        destroy_closed_later();
         return;
     }
 }
 
-void QtWindows::destroy_closed() {
-    // Under a modal window, handlers of the windows below it are still running. A posted call of this
-    // function runs outside of all handlers, and there is one for each window that was closed.
-    if (ModalTurn::lasting() || closed_.empty()) return;
+void QtWindows::destroy_closed_later() {
+    // A posted call runs outside of all handlers, but for those below a modal window or a box: what is left
+    // then goes when the last of these has.
+    if (closed_.empty()) return;
     QMetaObject::invokeMethod(
         this,
         [this] {

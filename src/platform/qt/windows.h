@@ -80,7 +80,7 @@ private:
     QMdiArea* area() const;
     void bring_up(Open& open);
     void frame_resized(Open& open);
-    void destroy_closed();
+    void destroy_closed_later();
 
     const RegionalSettings& regional_;
     QMainWindow* main_ = nullptr;

@@ -3,7 +3,6 @@
 #include "store/access/access_support.h"
 
 #include "customers/customer_form.h"
-#include "customers/customer_record.h"
 #include "invoices/invoice_form.h"
 #include "support/program_test.h"
 
@@ -52,11 +51,11 @@ struct AccessRoad : ProgramTest, ::testing::WithParamInterface<const char*> {
     void add_invoice(const std::string& customer, int lines) {
         auto& form = program->form<frmTarvello>();
         form.Toolbar1.press("Nuova Fattura");
-        form.ComboNumeroCliente.set_text(customer);
+        form.customer.ComboNumeroCliente.set_text(customer);
         const char* const block[] = {"DMBNCL70A01H501W",  "Via dell'Orso 5",    "00184", "RM",
                                      "Città di Castello", "D'Ambrosio e Nicolò"};
-        for (std::size_t i = 0; i < std::size(block); ++i) form.txtAnagrafica[i].set_text(block[i]);
-        form.txtNome.set_text("Niccolò");
+        for (std::size_t i = 0; i < std::size(block); ++i) form.customer.txtAnagrafica[i].set_text(block[i]);
+        form.customer.txtNome.set_text("Niccolò");
         form.SbloccaAnagrafica();
         form.ComboIVAApplicata.set_text("20");
         for (int line = 0; line < lines; ++line) {

@@ -2,12 +2,21 @@
 #include "invoices/invoice_amounts.h"
 #include "invoices/invoice_form.h"
 #include "program/session_fields.h"
+#include "text/letter_case.h"
 #include "text/numbers.h"
 
-/// Showing a stored invoice. Its texts go into the fields as they stand; nothing is calculated again but the
-/// base of the withholding, which has no column. Every field is a step of its own: one that cannot be read
-/// leaves its field as it was.
+/// The columns of Fatture beside the fields of the form, both ways: how a stored invoice comes on view, and
+/// what of the fields goes into its row. Those of the customer stand in customer_block.cpp.
 namespace tarvello {
+namespace {
+
+std::string yes_or_empty(const CheckBox& box) { return box.checked() ? "Sì" : ""; }
+
+} // namespace
+
+// On view: texts go into the fields as they stand; nothing is calculated again but the base of the
+// withholding, which has no column. Every field is a step of its own: one that cannot be read leaves its
+// field as it was.
 
 void frmTarvello::MostraFattura() {
     Recordset& row = program_.database().rsFatture;
@@ -18,15 +27,7 @@ void frmTarvello::MostraFattura() {
         txtNumeroFattura.set_text(row.text("Numero_Fattura") + " - " +
                                   std::to_string(year_of(DTPicker1.date())));
     });
-    copy_column("Numero_Cliente", ComboNumeroCliente);
-    copy_column("Codice_Fiscale", txtAnagrafica[0]);
-    copy_column("Indirizzo", txtAnagrafica[1]);
-    copy_column("CAP", txtAnagrafica[2]);
-    copy_column("Provincia", txtAnagrafica[3]);
-    copy_column("Città", txtAnagrafica[4]);
-    copy_column("Cognome_Ragione_Sociale", txtAnagrafica[5]);
-    copy_column("Partita_IVA", txtAnagrafica[6]);
-    copy_column("Nome", txtNome);
+    customer.show(row);
     for (std::size_t i = 0; i < lines; ++i) {
         const std::string number = std::to_string(i + 1);
         copy_column("Prestazione" + number, PrestazioneSingola[i]);
@@ -121,6 +122,48 @@ void frmTarvello::show_pagamento() {
             txtPagamento.clear();
         }
     });
+}
+
+// Into the row
+
+std::vector<ColumnText> frmTarvello::column_texts() const {
+    // Apostrophes are doubled in names, addresses and services, and nowhere else: in any other column one
+    // breaks the statement.
+    const auto escaped = [](const TextBox& box) { return double_apostrophes(trim(box.text())); };
+    std::vector<ColumnText> columns = {
+        {"Numero_Fattura", plain_number(leading_number(txtNumeroFattura.text()))},
+        {"Data_Fattura", short_date_text(DTPicker1.date(), program_.regional())},
+        {"Anno", std::to_string(year_of(DTPicker1.date()))},
+    };
+    const std::vector<ColumnText> of_customer = customer.columns();
+    columns.insert(columns.end(), of_customer.begin(), of_customer.end());
+    for (std::size_t i = 0; i < lines; ++i) {
+        const std::string number = std::to_string(i + 1);
+        columns.push_back({"Prestazione" + number, escaped(PrestazioneSingola[i])});
+        columns.push_back({"Importo" + number, txtImportoPrestazioni[i].text()});
+    }
+    columns.insert(columns.end(), {
+                                      {"Rivalsa", yes_or_empty(CheckRivalsa)},
+                                      {"Dicitura_Rivalsa", CheckRivalsa.caption()},
+                                      {"Percentuale_Rivalsa", ComboPercentualeRivalsa.text()},
+                                      {"Importo_Rivalsa", txtImportoRivalsa.text()},
+                                      {"Imponibile", txtImponibile.text()},
+                                      {"Aliquota_IVA", ComboIVAApplicata.text()},
+                                      {"Imposta_IVA", txtIVA.text()},
+                                      {"Spese", yes_or_empty(CheckSpese)},
+                                      {"IVA_Spese", ComboIVASpeseAnticipate.text()},
+                                      {"Importo_Spese", txtImportoSpeseAnticipate.text()},
+                                      {"Articolo_Esenzione", txtArticoloEsenzione.text()},
+                                      {"Totale_Fattura", txtTotaleFattura.text()},
+                                      {"Ritenuta", yes_or_empty(CheckRitenuta)},
+                                      {"Importo_Ritenuta", txtRitenutaAcconto.text()},
+                                      {"Percentuale_Ritenuta", ComboRitenuta.text()},
+                                      {"Ritenuta_Su", ComboRitenutaSu.text()},
+                                      {"Importo_Netto", txtImportoNetto.text()},
+                                      {"Check_Pagamento", yes_or_empty(CheckPagamento)},
+                                      {"Pagamento", txtPagamento.text()},
+                                  });
+    return columns;
 }
 
 } // namespace tarvello

@@ -1,4 +1,4 @@
-#include "invoices/invoice_rows.h"
+#include "invoices/invoice_list.h"
 
 #include "failure.h"
 #include "text/numbers.h"

@@ -1,13 +1,13 @@
-#include "documents/letterhead.h"
-#include "documents/letterhead_form.h"
+#include "documents/templates_page.h"
 
 #include "db_tools/copy_file.h"
+#include "documents/letterhead.h"
+#include "documents/template_info_form.h"
 #include "failure.h"
 #include "program/program.h"
 
 #include <sstream>
 
-/// The tab of the letterhead form that has to do with templates of word processor documents.
 namespace tarvello {
 namespace {
 
@@ -25,17 +25,43 @@ private:
 
 } // namespace
 
-std::string frmIntestazioneFatture::in_templates(const std::string& name) const {
+TemplatesPage::TemplatesPage(Program& program, Form& form) : FrameWord(form, "FrameWord"), program_(program) {
+    FrameWord.set_caption("Impostazioni file di Microsoft Word");
+    Option1.set_caption("Rich Text Format (*.rtf)");
+    Option2.set_caption("Word (*.doc)");
+    txtModello.set_locked(true);
+    txtModelloAttuale.set_locked(true);
+    Command5.set_caption("Salva");
+    Command5.set_enabled(false);
+    cmdAnteprimaModelli.set_caption("Anteprima");
+    cmdNuovoModello.set_caption("Nuovo Modello");
+    ImportaModello.set_caption("Importa Modello");
+    cmdInfoModelli.set_caption("Informazioni sui modelli");
+
+    Option1.on_click = [this] { or_show_failure(program_, [this] { list_templates("*.rtf"); }); };
+    Option2.on_click = [this] { or_show_failure(program_, [this] { list_templates("*.doc"); }); };
+    File1.on_click = [this] {
+        txtModello.set_text(File1.text());
+        Command5.set_enabled(true);
+    };
+    Command5.on_click = [this] { save_template(); };
+    cmdAnteprimaModelli.on_click = [this] { preview_template(); };
+    cmdInfoModelli.on_click = [this] { program_.form<frmInfoModelli>().show_modal(); };
+    cmdNuovoModello.on_click = [this] { start_template(); };
+    ImportaModello.on_click = [this] { import_template(); };
+}
+
+std::string TemplatesPage::in_templates(const std::string& name) const {
     return templates_folder(program_) + program_.platform().separator + name;
 }
 
-std::string frmIntestazioneFatture::working_copy(const std::string& name) {
+std::string TemplatesPage::working_copy(const std::string& name) {
     const std::string folder = program_.in_program_directory("temp");
     program_.platform().files.make_folder(folder);
     return folder + program_.platform().separator + name;
 }
 
-void frmIntestazioneFatture::list_templates(const std::string& pattern) {
+void TemplatesPage::list_templates(const std::string& pattern) {
     Files& files = program_.platform().files;
     const std::string folder = templates_folder(program_);
     if (!files.folder_exists(folder)) {
@@ -44,7 +70,7 @@ void frmIntestazioneFatture::list_templates(const std::string& pattern) {
     File1.set_items(files.files_in(folder, pattern));
 }
 
-void frmIntestazioneFatture::save_template() {
+void TemplatesPage::save_template() {
     const std::string path = in_templates(txtModello.text());
     try {
         program_.platform().files.write(in_templates(print_conf), path + "\r\n");
@@ -57,12 +83,12 @@ void frmIntestazioneFatture::save_template() {
     }
 }
 
-void frmIntestazioneFatture::preview_template() {
+void TemplatesPage::preview_template() {
     if (txtModello.empty()) {
         program_.message("Selezionare un modello dalla lista.", BoxIcon::information);
         return;
     }
-    or_show_failure([this] {
+    or_show_failure(program_, [this] {
         const Disabled busy(cmdAnteprimaModelli);
         const auto application = program_.platform().word_processor.start();
         application->open_read_only(in_templates(txtModello.text()));
@@ -71,8 +97,8 @@ void frmIntestazioneFatture::preview_template() {
     });
 }
 
-void frmIntestazioneFatture::start_template() {
-    or_show_failure([this] {
+void TemplatesPage::start_template() {
+    or_show_failure(program_, [this] {
         const Disabled busy(cmdNuovoModello);
         const auto application = program_.platform().word_processor.start();
         application->open_read_only(in_templates("Standard.doc"));
@@ -87,7 +113,7 @@ void frmIntestazioneFatture::start_template() {
     });
 }
 
-void frmIntestazioneFatture::import_template() {
+void TemplatesPage::import_template() {
     const FileFilter filter = Option1.selected() ? FileFilter{"Rich Text Format files (*.rtf)", "*.rtf"}
                                                  : FileFilter{"Microsoft Word files (*.doc)", "*.doc"};
     const auto path = program_.platform().dialogs.open_file({"Importa copia dei dati", {filter}});
@@ -100,7 +126,7 @@ void frmIntestazioneFatture::import_template() {
     }
 }
 
-void frmIntestazioneFatture::read_template_in_force() {
+void TemplatesPage::read_template_in_force() {
     // This reader looks in the program's own folder, one above the place where the file is written. So it
     // finds something only where the user has put a copy there.
     std::istringstream lines(program_.platform().files.read(program_.in_program_directory(print_conf)));

@@ -16,6 +16,7 @@ struct InvoiceListColumn {
     std::string_view header;
     std::string_view source; ///< column of Fatture
     bool right_aligned = false;
+    int width = 1440; ///< twips, an inch
 };
 
 inline constexpr std::size_t invoice_list_columns = 27;
@@ -30,8 +31,8 @@ inline constexpr std::size_t rivalsa = 18;
 inline constexpr std::size_t ritenuta_percentage = 24;
 } // namespace invoice_list_column
 
-/// The columns whose emptiness leaves a percentage out of the list. The search and the register spell them
-/// each in its own way.
+/// The columns whose emptiness leaves a percentage out of the list. The search and the list by year spell
+/// them each in its own way.
 struct PercentageGuards {
     std::string_view rivalsa;
     std::string_view ritenuta;

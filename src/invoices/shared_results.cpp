@@ -1,0 +1,16 @@
+#include "invoices/shared_results.h"
+
+#include "failure.h"
+
+namespace tarvello {
+
+void ChiudiRecordset(Database& database) {
+    skip_failures([&] { database.rsFatture.close(); }, [&] { database.rsClienti.close(); },
+                  [&] { database.rsIntestazione.close(); }, [&] { database.rsReport.close(); });
+}
+
+void run_statement(Database& database, Recordset& result, const std::string& sql) {
+    with_result(database, result, sql, [](const Recordset&) {});
+}
+
+} // namespace tarvello
