@@ -95,6 +95,15 @@ constexpr std::array<std::uint8_t, 128> make_weights() {
 
 constexpr std::array<std::uint8_t, 128> weights = make_weights();
 
+/// The usual accents in the order of the Unicode Collation Algorithm: acute, grave, breve, circumflex, caron,
+/// ring, diaeresis, double acute, tilde, dot. Others follow by their numbers.
+char accent_weight(char32_t mark) {
+    constexpr std::u32string_view order = U"\u0301\u0300\u0306\u0302\u030C\u030A\u0308\u030B\u0303\u0307";
+    const auto place = order.find(mark);
+    const std::size_t weight = place != std::u32string_view::npos ? place : order.size() + (mark & 0x7F);
+    return static_cast<char>(plain + 1 + weight);
+}
+
 bool is_ascii(std::string_view text) {
     for (const char c : text) {
         if (static_cast<unsigned char>(c) >= 0x80) return false;
@@ -155,10 +164,7 @@ void append_any_key(std::string& key, std::string_view text) {
         accents.add(plain);
         capitals.add(static_cast<char>(small == code ? plain : plain + 1));
     };
-    // By number: the grave accent stands before the acute one.
-    const auto on_mark = [&](char32_t code) {
-        accents.set_last(static_cast<char>(plain + 1 + (code & 0x7F)));
-    };
+    const auto on_mark = [&](char32_t code) { accents.set_last(accent_weight(code)); };
     decompose(text, on_base, on_mark);
     key += static_cast<char>(level_mark);
     accents.append_to(key);
