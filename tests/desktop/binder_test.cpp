@@ -4,6 +4,7 @@
 #include "platform/lists.h"
 #include "platform/qt/binder.h"
 #include "platform/qt/qt_text.h"
+#include "support/plain_host.h"
 
 #include <gtest/gtest.h>
 
@@ -30,13 +31,6 @@ namespace tarvello::testing {
 namespace {
 
 using qt::to_qt;
-
-struct SampleHost final : FormHost {
-    void run(const std::function<void()>& act) override { act(); }
-    void show(Form&) override {}
-    void show_modal(Form&) override {}
-    bool unload(Form&, UnloadReason) override { return true; }
-};
 
 /// One control of each kind whose behaviour at the keyboard or the mouse is the binder's work.
 struct frmProva : Form {
@@ -122,7 +116,7 @@ struct Binder : ::testing::Test {
     std::string shown(const Control& control) { return user.shown("frmProva", control.name()); }
     void click(const Control& control) { user.click("frmProva", control.name()); }
 
-    SampleHost host;
+    PlainHost host;
     RegionalSettings regional;
     qt::QtWindows windows{regional};
     qt::QtBoxes boxes{windows};

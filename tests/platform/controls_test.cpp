@@ -3,18 +3,12 @@
 #include "platform/lists.h"
 
 #include "failure.h"
+#include "support/plain_host.h"
 
 #include <gtest/gtest.h>
 
 namespace tarvello {
 namespace {
-
-struct Host final : FormHost {
-    void run(const std::function<void()>& act) override { act(); }
-    void show(Form&) override {}
-    void show_modal(Form&) override {}
-    bool unload(Form&, UnloadReason) override { return true; }
-};
 
 struct SampleForm : Form {
     explicit SampleForm(FormHost& host) : Form(host, "SampleForm") {}
@@ -32,7 +26,7 @@ struct SampleForm : Form {
 };
 
 struct Controls : ::testing::Test {
-    Host host;
+    testing::PlainHost host;
     std::shared_ptr<SampleForm> form = std::make_shared<SampleForm>(host);
     int events = 0;
     Event counting = [this] { ++events; };

@@ -34,12 +34,13 @@ private:
     void run(const std::string& command, const std::string& arguments);
     static void hear(int event, const char* text, void* self);
 
-    std::unique_ptr<lok::Office> office_;
-    std::unique_ptr<lok::Document> document_;
-
+    // What hear() works on outlives the document that calls it from a thread of its own.
     std::mutex mutex_;
     std::condition_variable command_done_;
     bool done_ = false; ///< the command that runs has come to its end
+
+    std::unique_ptr<lok::Office> office_;
+    std::unique_ptr<lok::Document> document_;
 };
 
 } // namespace tarvello::office

@@ -64,6 +64,16 @@ private:
     QByteArray drawing_;
 };
 
+/// Every icon by its file. They go with the application, which all that is drawn needs.
+QHash<QString, QIcon>& known_icons() {
+    static QHash<QString, QIcon> icons;
+    [[maybe_unused]] static const bool cleared_in_time = [] {
+        qAddPostRoutine([] { icons.clear(); });
+        return true;
+    }();
+    return icons;
+}
+
 QIcon read_icon(const QString& file) {
     QFile drawing(file);
     if (!has_dark_desktop() || !file.endsWith(QLatin1String(".svg")) || !drawing.open(QFile::ReadOnly))
@@ -83,7 +93,7 @@ QString picture_file(const std::string& picture) {
 }
 
 QIcon picture_icon(const std::string& picture) {
-    static QHash<QString, QIcon> known;
+    QHash<QString, QIcon>& known = known_icons();
     const QString file = picture_file(picture);
     if (file.isEmpty()) return {};
     const auto found = known.constFind(file);

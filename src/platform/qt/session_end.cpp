@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -16,8 +17,10 @@ constexpr int signals_to_end[] = {SIGTERM, SIGHUP, SIGINT};
 volatile std::sig_atomic_t wake = -1;
 
 void tell(int) {
+    const int error = errno; // belongs to whom the signal has interrupted
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(wake, &byte, 1);
+    errno = error;
 }
 
 void handle_signals(void (*handler)(int)) {
