@@ -7,6 +7,8 @@
 #include "shell/main_window.h"
 #include "support/fake_platform.h"
 
+#include <gtest/gtest.h>
+
 namespace tarvello::bench {
 namespace {
 
@@ -34,6 +36,7 @@ void calculation(benchmark::State& state) {
 }
 
 const bool registered = [] {
+    GTEST_FLAG_SET(throw_on_failure, true); // a box that comes ends the run with its text
     row_within("one full calculation: six steps, five lines, all boxes ticked", calculation, 10);
     return true;
 }();

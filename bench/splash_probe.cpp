@@ -13,6 +13,8 @@
 int main(int argc, char** argv) {
     using namespace tarvello;
     qt::Application application(argc, argv);
+    bench::EndOnBox end_on_box;
+    application.installEventFilter(&end_on_box);
     bench::EndOnFirstPicture end;
     application.installEventFilter(&end);
     qt::QtPlatform platform(qt::program_directory(

@@ -22,6 +22,8 @@ def main(paths):
         with open(path, encoding="utf-8") as file:
             # The repetitions come mixed; the rows stand in the order in which they are registered.
             for run in sorted(json.load(file)["benchmarks"], key=lambda run: run["family_index"]):
+                if run.get("error_occurred"):
+                    sys.exit(f"{run['run_name']}: {run['error_message']}")
                 if run.get("aggregate_name") != "median":
                     continue
                 unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]

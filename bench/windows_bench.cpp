@@ -1,4 +1,5 @@
 #include "archive.h"
+#include "probe.h"
 #include "row.h"
 
 #include "fiscal_code/calculator_form.h"
@@ -6,6 +7,7 @@
 #include "invoices/invoice_list.h"
 #include "invoices/invoice_results.h"
 #include "platform/qt/application.h"
+#include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
 #include "program/program.h"
 #include "program/version.h"
@@ -29,6 +31,9 @@
 namespace tarvello::bench {
 namespace {
 
+/// Settings and lock of the measured program are its own.
+constexpr const char* user_folder = TARVELLO_BENCH_FOLDER "/user";
+
 void run_process(benchmark::State& state, const char* path) {
     for (auto _ : state) {
         char* arguments[] = {const_cast<char*>(path), nullptr};
@@ -46,7 +51,7 @@ void start_floor(benchmark::State& state) { run_process(state, TARVELLO_PROBES "
 
 /// The program on the archive, with its main window on the screen.
 struct Session {
-    Session() : platform(std::string(TARVELLO_PROBES)), program(platform.platform()) {
+    Session() : platform(qt::program_directory(TARVELLO_PROBES, user_folder)), program(platform.platform()) {
         SettingsStore& settings = program.platform().settings;
         settings.write(application_name, "txtContatoreAccessi", "text", "2");
         settings.write(application_name, "txtDatabaseRoute", "text", archive_path());
@@ -154,8 +159,7 @@ void open_and_close_results(benchmark::State& state) {
 
 int main(int argc, char** argv) {
     using namespace tarvello::bench;
-    // Settings and lock of the measured program are its own.
-    const std::filesystem::path user = TARVELLO_BENCH_FOLDER "/user";
+    const std::filesystem::path user = user_folder;
     std::filesystem::remove_all(user);
     std::filesystem::create_directories(user);
     std::filesystem::permissions(user, std::filesystem::perms::owner_all);
@@ -163,7 +167,9 @@ int main(int argc, char** argv) {
         setenv(folder, user.c_str(), 1);
     }
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    const tarvello::qt::Application application(argc, argv);
+    tarvello::qt::Application application(argc, argv);
+    EndOnBox end_on_box;
+    application.installEventFilter(&end_on_box);
     row("process start to splash on screen, offscreen", start, start_floor, 2, Clock::wall);
     row_within("opening the invoice form, offscreen", open_invoices, 60000);
     row_within("one key in the municipality box, drawn", municipality_key, 1000);
