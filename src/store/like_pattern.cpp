@@ -1,5 +1,6 @@
 #include "store/like_pattern.h"
 
+#include "text/ascii.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
 
@@ -8,21 +9,15 @@
 namespace tarvello::store {
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool is_ascii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 /// @param folded  an ASCII text in lower case
 bool contains_ascii(std::string_view text, std::string_view folded) {
     if (folded.empty()) return true;
     if (text.size() < folded.size()) return false;
     const std::size_t last = text.size() - folded.size();
     for (std::size_t at = 0; at <= last; ++at) {
-        if (lower(text[at]) != folded[0]) continue;
+        if (ascii::lower(text[at]) != folded[0]) continue;
         std::size_t same = 1;
-        while (same < folded.size() && lower(text[at + same]) == folded[same]) ++same;
+        while (same < folded.size() && ascii::lower(text[at + same]) == folded[same]) ++same;
         if (same == folded.size()) return true;
     }
     return false;
@@ -36,7 +31,7 @@ LikePattern::LikePattern(std::string_view pattern) {
         if (inside.find_first_of("%_[") == std::string_view::npos) {
             contains_only_ = true;
             contained_ = fold_case(inside);
-            contained_is_ascii_ = is_ascii(contained_);
+            contained_is_ascii_ = ascii::contains_all(contained_);
             return;
         }
     }
@@ -71,7 +66,7 @@ bool LikePattern::matches(std::string_view text) const {
     if (contains_only_) {
         if (contained_is_ascii_ && contains_ascii(text, contained_)) return true;
         // A text with letters outside ASCII may still hold it: some of them fold into ASCII ones.
-        return !is_ascii(text) && fold_case(text).find(contained_) != std::string::npos;
+        return !ascii::contains_all(text) && fold_case(text).find(contained_) != std::string::npos;
     }
 
     // Each % first takes nothing; on a mismatch the last one takes one character more.

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "store/failure_source.h"
+#include "text/ascii.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -16,17 +17,15 @@ constexpr std::array<std::string_view, 16> reserved_words{
     "AND",    "LIKE", "INTO", "SET",   "INSERT", "VALUES", "UPDATE", "DELETE"};
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 /// Letters, digits and _; every character outside ASCII counts as a letter.
 bool is_name_character(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || is_digit(c) || c == '_' ||
-           static_cast<unsigned char>(c) >= 0x80;
+    return ascii::is_letter(c) || ascii::is_digit(c) || c == '_' || !ascii::contains(c);
 }
 
 bool same_word(std::string_view word, std::string_view upper) {
     return std::equal(word.begin(), word.end(), upper.begin(), upper.end(),
-                      [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - ('a' - 'A') : a) == b; });
+                      [](char a, char b) { return ascii::upper(a) == b; });
 }
 
 class Parser {
@@ -254,7 +253,7 @@ private:
 
     std::size_t take_digits() {
         const std::size_t start = at_;
-        while (at_ < sql_.size() && is_digit(sql_[at_])) ++at_;
+        while (at_ < sql_.size() && ascii::is_digit(sql_[at_])) ++at_;
         return at_ - start;
     }
 
@@ -276,7 +275,8 @@ private:
 } // namespace
 
 bool is_plain_name(std::string_view name) {
-    return !name.empty() && !is_digit(name[0]) && std::all_of(name.begin(), name.end(), is_name_character) &&
+    return !name.empty() && !ascii::is_digit(name[0]) &&
+           std::all_of(name.begin(), name.end(), is_name_character) &&
            std::none_of(reserved_words.begin(), reserved_words.end(),
                         [&](std::string_view reserved) { return same_word(name, reserved); });
 }

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "store/failure_source.h"
+#include "text/ascii.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
 #include "text/utf8.h"
@@ -13,10 +14,6 @@
 
 namespace tarvello::store {
 namespace {
-
-bool only_digits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
 
 /// Cuts `text` at its start or end and says whether it was there.
 bool cut_front(std::string_view& text, std::string_view part) {
@@ -46,7 +43,7 @@ std::optional<std::string> ungrouped(std::string_view text, std::string_view sep
         const std::size_t end = separator.empty() ? std::string_view::npos : text.find(separator);
         const std::string_view group = text.substr(0, end);
         const bool alone = first && end == std::string_view::npos;
-        if (!only_digits(group)) return std::nullopt;
+        if (!ascii::only_digits(group)) return std::nullopt;
         if (!alone && (first ? group.empty() || group.size() > 3 : group.size() != 3)) return std::nullopt;
         digits += group;
         if (end == std::string_view::npos) return digits;
@@ -76,7 +73,8 @@ std::optional<std::string> decimal_in(std::string_view text, const RegionalSetti
         const auto whole = ungrouped(text.substr(0, at), separator);
         const std::string_view fraction =
             at == std::string_view::npos ? std::string_view() : text.substr(at + mark.size());
-        if (!whole || !only_digits(fraction) || whole->size() + fraction.size() == 0) return std::nullopt;
+        if (!whole || !ascii::only_digits(fraction) || whole->size() + fraction.size() == 0)
+            return std::nullopt;
         return (negative ? "-" : "") + *whole + (fraction.empty() ? "" : "." + std::string(fraction));
     };
     if (const auto plain = parse(".", "")) return plain;

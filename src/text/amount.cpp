@@ -1,5 +1,7 @@
 #include "text/amount.h"
 
+#include "text/ascii.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -10,8 +12,6 @@ namespace {
 
 constexpr std::size_t decimals = 4;
 constexpr double unit = 10000;
-
-bool only_digits(std::string_view text) { return text.find_first_not_of("0123456789") == text.npos; }
 
 /// What the digits behind the last one kept do to it.
 bool rounds_up(std::string_view cut, bool odd) {
@@ -33,7 +33,7 @@ std::optional<Amount> decimal_amount(std::string_view text) {
     const std::size_t point = text.find('.');
     const std::string_view whole = text.substr(0, point);
     std::string_view fraction = point == text.npos ? std::string_view() : text.substr(point + 1);
-    if (!only_digits(whole) || !only_digits(fraction) || whole.size() + fraction.size() == 0)
+    if (!ascii::only_digits(whole) || !ascii::only_digits(fraction) || whole.size() + fraction.size() == 0)
         return std::nullopt;
 
     std::string digits = std::string(whole) + std::string(fraction.substr(0, decimals));

@@ -1,6 +1,7 @@
 #include "text/currency.h"
 
 #include "failure.h"
+#include "text/ascii.h"
 
 #include <charconv>
 #include <cmath>
@@ -37,7 +38,7 @@ Decimal parse(std::string_view text, const RegionalSettings& regional) {
     bool closed = false; // a sign or symbol behind the digits: no digit may follow
     for (std::string_view rest = text; !rest.empty();) {
         const char c = rest.front();
-        if (c >= '0' && c <= '9') {
+        if (ascii::is_digit(c)) {
             if (closed) no_amount(text);
             digit = true;
             if (c != '0' || !number.digits.empty()) number.digits += c;

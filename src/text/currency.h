@@ -26,7 +26,9 @@ std::string currency_text(Amount amount, const RegionalSettings& regional);
 std::string currency_text(std::string_view typed, const RegionalSettings& regional);
 
 /// Amount reading: the value that the currency text of `text` shows, so always a whole number of cents, as
-/// the nearest double. "12,345" reads 12.35; "12.50" reads 1250 under Italian settings.
+/// the nearest double. "12,345" reads 12.35; "12.50" reads 1250 under Italian settings: a person writes the
+/// point to part thousands. In numbers that the program keeps as text it is the decimal mark, and both
+/// text/numbers.h and the store read "12.50" as 12.5.
 /// @throws Failure (type mismatch) if the text is no number
 double read_amount(std::string_view text, const RegionalSettings& regional);
 

@@ -1,5 +1,7 @@
 #include "text/dates.h"
 
+#include "text/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -84,7 +86,7 @@ std::optional<Date> read_date(std::string_view text, const RegionalSettings& reg
     std::array<std::size_t, 3> widths{};
     std::size_t count = 0;
     for (std::size_t at = 0; at < text.size();) {
-        if (text[at] < '0' || text[at] > '9') {
+        if (!ascii::is_digit(text[at])) {
             if (std::string_view("/-. ").find(text[at]) == std::string_view::npos) return std::nullopt;
             ++at;
             continue;

@@ -1,5 +1,6 @@
 #include "text/letter_case.h"
 
+#include "text/ascii.h"
 #include "text/utf8.h"
 
 #include <utf8proc.h>
@@ -8,13 +9,6 @@
 
 namespace tarvello {
 namespace {
-
-bool is_ascii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-char ascii_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-char ascii_upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
 
 char32_t lower(char32_t c) {
     return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(c)));
@@ -40,11 +34,11 @@ std::string map_ascii(std::string_view text, char (*mapping)(char)) {
 } // namespace
 
 std::string upper_case(std::string_view text) {
-    return is_ascii(text) ? map_ascii(text, ascii_upper) : map_characters(text, upper);
+    return ascii::contains_all(text) ? map_ascii(text, ascii::upper) : map_characters(text, upper);
 }
 
 std::string lower_case(std::string_view text) {
-    return is_ascii(text) ? map_ascii(text, ascii_lower) : map_characters(text, lower);
+    return ascii::contains_all(text) ? map_ascii(text, ascii::lower) : map_characters(text, lower);
 }
 
 std::string proper_case(std::string_view text, std::string_view separators) {
@@ -57,15 +51,15 @@ std::string proper_case(std::string_view text, std::string_view separators) {
 }
 
 std::string fold_case(std::string_view text) {
-    if (is_ascii(text)) return map_ascii(text, ascii_lower);
+    if (ascii::contains_all(text)) return map_ascii(text, ascii::lower);
     // Upper and then lower joins the letters of which only one direction is a pair, such as the long s.
     return map_characters(text, [](char32_t c) { return lower(upper(c)); });
 }
 
 bool equal_ignoring_case(std::string_view left, std::string_view right) {
-    if (is_ascii(left) && is_ascii(right)) {
+    if (ascii::contains_all(left) && ascii::contains_all(right)) {
         return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                          [](char a, char b) { return ascii_lower(a) == ascii_lower(b); });
+                          [](char a, char b) { return ascii::lower(a) == ascii::lower(b); });
     }
     return fold_case(left) == fold_case(right);
 }

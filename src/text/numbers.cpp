@@ -1,6 +1,7 @@
 #include "text/numbers.h"
 
 #include "failure.h"
+#include "text/ascii.h"
 
 #include <charconv>
 #include <cmath>
@@ -15,7 +16,7 @@ double leading_number(std::string_view text) {
         if (c == ' ' || c == '\t' || c == '\n') continue;
         if (c == '.' && !point_seen) {
             point_seen = true;
-        } else if (c < '0' || c > '9') {
+        } else if (!ascii::is_digit(c)) {
             break;
         }
         digits += c;

@@ -1,5 +1,6 @@
 #include "store/sqlite/sqlite_functions.h"
 
+#include "text/ascii.h"
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
@@ -13,9 +14,6 @@ namespace {
 
 constexpr const char* pattern_type = "tarvello::store::LikePattern";
 
-char ascii_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-bool is_ascii(char c) { return static_cast<unsigned char>(c) < 0x80; }
-
 int compare_ignoring_case(void*, int left_size, const void* left_bytes, int right_size,
                           const void* right_bytes) {
     const std::string_view left(static_cast<const char*>(left_bytes), static_cast<std::size_t>(left_size));
@@ -23,8 +21,8 @@ int compare_ignoring_case(void*, int left_size, const void* left_bytes, int righ
     const std::size_t common = std::min(left.size(), right.size());
     std::size_t at = 0;
     for (; at < common; ++at) {
-        if (!is_ascii(left[at]) || !is_ascii(right[at])) break;
-        if (const int difference = ascii_lower(left[at]) - ascii_lower(right[at])) return difference;
+        if (!ascii::contains(left[at]) || !ascii::contains(right[at])) break;
+        if (const int difference = ascii::lower(left[at]) - ascii::lower(right[at])) return difference;
     }
     if (at == common) return left_size - right_size;
     return fold_case(left.substr(at)).compare(fold_case(right.substr(at)));

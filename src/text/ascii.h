@@ -1,0 +1,21 @@
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+/// The letters and digits of ASCII alone: what is decided a byte at a time, and quickly. Words that people
+/// write have the letter case of text/letter_case.h.
+namespace tarvello::ascii {
+
+constexpr bool contains(char c) { return static_cast<unsigned char>(c) < 0x80; }
+constexpr bool contains_all(std::string_view text) { return std::all_of(text.begin(), text.end(), contains); }
+
+constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
+/// Also true of an empty text.
+constexpr bool only_digits(std::string_view text) { return std::all_of(text.begin(), text.end(), is_digit); }
+
+constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
+constexpr bool is_letter(char c) { return lower(c) >= 'a' && lower(c) <= 'z'; }
+
+} // namespace tarvello::ascii
