@@ -30,8 +30,7 @@ enum class Aspect : std::uint8_t {
     locked,
     visible,
     look, // colours, underline, picture, tool tip
-    size,
-    focus
+    size
 };
 
 /// The picture of a control on the screen.
@@ -51,7 +50,6 @@ using KeyEvent = std::function<void(int& key)>;
 
 namespace keys {
 inline constexpr int backspace = 8;
-inline constexpr int tab = 9;
 inline constexpr int enter = 13;
 inline constexpr int escape = 27;
 } // namespace keys

@@ -117,12 +117,6 @@ void ComboBox::add_item(std::string item) {
     changed(Aspect::items);
 }
 
-void ComboBox::clear_items() {
-    items_.clear();
-    list_index_ = -1;
-    changed(Aspect::items);
-}
-
 void ComboBox::set_list_index(int index) {
     if (index < -1 || index >= static_cast<int>(items_.size())) {
         throw Failure(380, "Controlli", "L'elenco non ha una voce numero " + std::to_string(index + 1) + ".");

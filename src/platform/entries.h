@@ -98,7 +98,6 @@ public:
 
     const std::vector<std::string>& items() const { return items_; }
     void add_item(std::string item);
-    void clear_items();
     /// The chosen item, or -1 when the text was typed or is none of them.
     int list_index() const { return list_index_; }
     /// Chooses an item: its text becomes the text and on_click is raised. -1 chooses none and empties the

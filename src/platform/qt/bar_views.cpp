@@ -22,11 +22,6 @@ public:
     MenuView(WindowBinder& binder, MenuItem& item, QMenu& menu)
         : MenuView(binder, item, menu, *menu.menuAction()) {}
 
-    void show_all() override {
-        if (!item_.caption().empty()) show(Aspect::caption); // else the words of the look stay
-        for (const Aspect aspect : {Aspect::enabled, Aspect::visible}) show(aspect);
-    }
-
 protected:
     void show(Aspect aspect) override {
         switch (aspect) {

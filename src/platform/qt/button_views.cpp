@@ -22,15 +22,9 @@ namespace {
 class ButtonView : public WidgetView {
 public:
     ButtonView(WindowBinder& binder, Captioned& control, QAbstractButton& button)
-        : WidgetView(binder, control, button), captioned_(control), button_(button),
+        : WidgetView(binder, control, button, {Aspect::value}), captioned_(control), button_(button),
           least_width_(button.minimumWidth()) {
         QObject::connect(&button_, &QAbstractButton::clicked, &binder, [this] { pressed(); });
-    }
-
-    void show_all() override {
-        WidgetView::show_all();
-        if (!captioned_.caption().empty()) show_caption(); // else the words of the look stay
-        show_value();
     }
 
     bool key_pressed(QKeyEvent& event) override {

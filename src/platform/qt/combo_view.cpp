@@ -6,7 +6,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include <limits>
 #include <utility>
 
 namespace tarvello::qt {
@@ -16,24 +15,18 @@ namespace {
 class ComboView final : public EntryView {
 public:
     ComboView(WindowBinder& binder, ComboBox& combo, QComboBox& box)
-        : EntryView(binder, combo, box), combo_(combo), box_(box) {
+        : EntryView(binder, combo, box, {Aspect::items, Aspect::text, Aspect::locked}), combo_(combo),
+          box_(box) {
         box_.setEditable(!combo_.list_only());
         box_.setInsertPolicy(QComboBox::NoInsert);
         if (QLineEdit* line = box_.lineEdit()) {
             box_.setCompleter(nullptr); // it would write more than the user has typed
-            line->setMaxLength(std::numeric_limits<int>::max());
-            QObject::connect(line, &QLineEdit::textEdited, &binder, [this] { edited(); });
-            QObject::connect(line, &QLineEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
-            QObject::connect(line, &QLineEdit::selectionChanged, &binder, [this] { caret_moved(); });
+            listen_to(*line);
         }
         QObject::connect(&box_, &QComboBox::highlighted, &binder, [this] { from_list_ = true; });
         QObject::connect(&box_, &QComboBox::activated, &binder, [this](int index) { chosen(index); });
     }
 
-    void show_all() override {
-        show(Aspect::items);
-        EntryView::show_all();
-    }
     bool rolls() const override { return true; }
 
 protected:
@@ -85,18 +78,10 @@ private:
     void show_locked(bool locked) override {
         if (box_.lineEdit()) box_.lineEdit()->setReadOnly(locked);
     }
-    int shown_start() const override {
-        const QLineEdit* line = box_.lineEdit();
-        if (!line) return 0;
-        return line->hasSelectedText() ? line->selectionStart() : line->cursorPosition();
-    }
+    int shown_start() const override { return box_.lineEdit() ? start_in(*box_.lineEdit()) : 0; }
     int shown_length() const override { return box_.lineEdit() ? box_.lineEdit()->selectionLength() : 0; }
     void show_selection(int start, int length) override {
-        QLineEdit* line = box_.lineEdit();
-        if (!line) return;
-        line->deselect();
-        line->setCursorPosition(start);
-        if (length > 0) line->setSelection(start, length);
+        if (box_.lineEdit()) select_in(*box_.lineEdit(), start, length);
     }
     int caret() const override { return box_.lineEdit() ? box_.lineEdit()->cursorPosition() : 0; }
 

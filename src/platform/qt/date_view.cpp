@@ -16,17 +16,12 @@ namespace {
 class DateView final : public WidgetView {
 public:
     DateView(WindowBinder& binder, DatePicker& picker, QDateEdit& edit)
-        : WidgetView(binder, picker, edit), picker_(picker), edit_(edit) {
+        : WidgetView(binder, picker, edit, {Aspect::value}), picker_(picker), edit_(edit) {
         edit_.setKeyboardTracking(false);
         edit_.setCalendarPopup(true);
         edit_.setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
         edit_.setDisplayFormat(to_qt(binder.regional().short_date));
         QObject::connect(&edit_, &QDateEdit::dateChanged, &binder, [this] { changed(); });
-    }
-
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::value);
     }
 
     bool rolls() const override { return true; }

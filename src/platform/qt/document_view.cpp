@@ -80,12 +80,7 @@ namespace {
 class DocumentView final : public WidgetView {
 public:
     DocumentView(WindowBinder& binder, Document& control, DocumentBrowser& browser)
-        : WidgetView(binder, control, browser), control_(control), browser_(browser) {}
-
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::text);
-    }
+        : WidgetView(binder, control, browser, {Aspect::text}), control_(control), browser_(browser) {}
 
 protected:
     void show(Aspect aspect) override {

@@ -20,8 +20,8 @@ namespace {
 /// A label, or a picture: both can be commands of their own, which the mouse and the keyboard press.
 class LabelView : public WidgetView {
 public:
-    LabelView(WindowBinder& binder, Control& control, QLabel& label)
-        : WidgetView(binder, control, label), label_(label) {
+    LabelView(WindowBinder& binder, Control& control, QLabel& label, std::initializer_list<Aspect> own = {})
+        : WidgetView(binder, control, label, own), label_(label) {
         label_.setTextFormat(Qt::PlainText);
         if (control.takes_focus()) label_.setCursor(Qt::PointingHandCursor);
     }
@@ -86,11 +86,6 @@ public:
     TextLabelView(WindowBinder& binder, Label& control, QLabel& label)
         : LabelView(binder, control, label), control_(control) {}
 
-    void show_all() override {
-        LabelView::show_all();
-        if (!control_.caption().empty()) show(Aspect::caption); // else the words of the look stay
-    }
-
 protected:
     void click() override { control_.click(); }
 
@@ -111,16 +106,11 @@ private:
 class PictureView final : public LabelView {
 public:
     PictureView(WindowBinder& binder, Picture& control, QLabel& label)
-        : LabelView(binder, control, label), control_(control) {}
+        : LabelView(binder, control, label, {Aspect::size}), control_(control) {}
 
     bool other_event(QObject& watched, QEvent& event) override {
         if (event.type() == QEvent::Resize) draw();
         return LabelView::other_event(watched, event);
-    }
-
-    void show_all() override {
-        LabelView::show_all();
-        show(Aspect::size);
     }
 
 protected:

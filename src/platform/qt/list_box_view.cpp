@@ -14,18 +14,13 @@ namespace {
 class ItemsView final : public WidgetView {
 public:
     ItemsView(WindowBinder& binder, ListBox& list, QListWidget& view)
-        : WidgetView(binder, list, view), list_(list), view_(view) {
+        : WidgetView(binder, list, view, {Aspect::items}), list_(list), view_(view) {
         view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
         view_.setTabKeyNavigation(false);
         QObject::connect(&view_, &QListWidget::itemClicked, &binder,
                          [this](QListWidgetItem* item) { clicked(view_.row(item)); });
         QObject::connect(&view_, &QListWidget::itemDoubleClicked, &binder,
                          [this](QListWidgetItem* item) { opened(view_.row(item)); });
-    }
-
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::items);
     }
 
     bool key_pressed(QKeyEvent& event) override {

@@ -64,7 +64,8 @@ private:
 class RowsView final : public WidgetView {
 public:
     RowsView(WindowBinder& binder, ListView& list, QTreeView& view)
-        : WidgetView(binder, list, view), list_(list), view_(view), header_(*view.header()), model_(list) {
+        : WidgetView(binder, list, view, {Aspect::items, Aspect::value}), list_(list), view_(view),
+          header_(*view.header()), model_(list) {
         view_.setSelectionBehavior(QAbstractItemView::SelectRows);
         view_.setSelectionMode(QAbstractItemView::SingleSelection);
         view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -80,12 +81,6 @@ public:
                          [this](const QModelIndex& index) { select(index.row()); });
         QObject::connect(&view_, &QAbstractItemView::doubleClicked, &binder,
                          [this](const QModelIndex& index) { double_clicked(index.row()); });
-    }
-
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::items);
-        show(Aspect::value);
     }
 
     bool key_pressed(QKeyEvent& event) override {

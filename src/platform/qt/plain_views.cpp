@@ -23,13 +23,8 @@ namespace {
 class FrameView final : public WidgetView {
 public:
     FrameView(WindowBinder& binder, Frame& frame, QWidget& widget)
-        : WidgetView(binder, frame, widget), frame_(frame), group_(qobject_cast<QGroupBox*>(&widget)) {}
-
-    void show_all() override {
-        WidgetView::show_all();
-        if (!frame_.caption().empty()) show(Aspect::caption); // else the words of the look stay
-        if (frame_.height() > 0) show(Aspect::size);
-    }
+        : WidgetView(binder, frame, widget, {Aspect::size}), frame_(frame),
+          group_(qobject_cast<QGroupBox*>(&widget)) {}
 
 protected:
     void show(Aspect aspect) override {
@@ -80,12 +75,8 @@ public:
 class ProgressView final : public WidgetView {
 public:
     ProgressView(WindowBinder& binder, ProgressBar& control, QProgressBar& bar)
-        : WidgetView(binder, control, bar), control_(control), bar_(bar) {
+        : WidgetView(binder, control, bar, {Aspect::value}), control_(control), bar_(bar) {
         bar_.setRange(0, 100);
-    }
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::value);
     }
 
 protected:
@@ -102,11 +93,7 @@ private:
 class StatusView final : public WidgetView {
 public:
     StatusView(WindowBinder& binder, StatusBar& control, QStatusBar& bar)
-        : WidgetView(binder, control, bar), control_(control), bar_(bar) {}
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::text);
-    }
+        : WidgetView(binder, control, bar, {Aspect::text}), control_(control), bar_(bar) {}
 
 protected:
     void show(Aspect aspect) override {
@@ -131,13 +118,9 @@ private:
 class TabView final : public WidgetView {
 public:
     TabView(WindowBinder& binder, TabControl& control, QTabWidget& tabs)
-        : WidgetView(binder, control, tabs), control_(control), tabs_(tabs) {
+        : WidgetView(binder, control, tabs, {Aspect::value}), control_(control), tabs_(tabs) {
         QObject::connect(&tabs_, &QTabWidget::currentChanged, &binder,
                          [this](int tab) { by_user([&] { control_.choose(tab); }, Aspect::value); });
-    }
-    void show_all() override {
-        WidgetView::show_all();
-        show(Aspect::value);
     }
 
 protected:
@@ -159,7 +142,6 @@ public:
         timer_.setTimerType(Qt::PreciseTimer);
         QObject::connect(&timer_, &QTimer::timeout, &binder, [this] { tick(); });
     }
-    void show_all() override { show(Aspect::enabled); }
     void part() override { timer_.stop(); }
 
 protected:

@@ -17,9 +17,6 @@ public:
     ReportWindow(const Report& report, FileDialogs& dialogs, Files& files, CopyDialog& copy_dialog,
                  MessageBoxes& boxes, QWidget* parent);
 
-    /// The size of the page on the screen, 1 for that of the paper.
-    double zoom() const { return zoom_; }
-
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -17,11 +17,6 @@ namespace tarvello::qt {
 
 // EntryView
 
-void EntryView::show_all() {
-    WidgetView::show_all();
-    for (const Aspect aspect : {Aspect::text, Aspect::locked}) show(aspect);
-}
-
 void EntryView::show(Aspect aspect) {
     switch (aspect) {
     case Aspect::text: {
@@ -120,6 +115,24 @@ QString EntryView::cut_to_fit(const QString& text, int& caret) const {
     return text.left(start) + fitting + tail;
 }
 
+void EntryView::listen_to(QLineEdit& line) {
+    // The longest text is a matter of the control: it stops the user and not the program.
+    line.setMaxLength(std::numeric_limits<int>::max());
+    QObject::connect(&line, &QLineEdit::textEdited, &binder(), [this] { edited(); });
+    QObject::connect(&line, &QLineEdit::cursorPositionChanged, &binder(), [this] { caret_moved(); });
+    QObject::connect(&line, &QLineEdit::selectionChanged, &binder(), [this] { caret_moved(); });
+}
+
+int start_in(const QLineEdit& line) {
+    return line.hasSelectedText() ? line.selectionStart() : line.cursorPosition();
+}
+
+void select_in(QLineEdit& line, int start, int length) {
+    if (length == 0) line.setCursorPosition(start);
+    if (length == 0) line.deselect();
+    if (length > 0) line.setSelection(start, length);
+}
+
 void EntryView::edited() {
     by_user(
         [this] {
@@ -137,26 +150,16 @@ class LineView final : public EntryView {
 public:
     LineView(WindowBinder& binder, TextEntry& entry, QLineEdit& line)
         : EntryView(binder, entry, line), line_(line) {
-        // The longest text is a matter of the control: it stops the user and not the program.
-        line_.setMaxLength(std::numeric_limits<int>::max());
-        QObject::connect(&line_, &QLineEdit::textEdited, &binder, [this] { edited(); });
-        QObject::connect(&line_, &QLineEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
-        QObject::connect(&line_, &QLineEdit::selectionChanged, &binder, [this] { caret_moved(); });
+        listen_to(line_);
     }
 
 private:
     QString shown_text() const override { return line_.text(); }
     void show_text(const QString& text) override { line_.setText(text); }
     void show_locked(bool locked) override { line_.setReadOnly(locked); }
-    int shown_start() const override {
-        return line_.hasSelectedText() ? line_.selectionStart() : line_.cursorPosition();
-    }
+    int shown_start() const override { return start_in(line_); }
     int shown_length() const override { return line_.selectionLength(); }
-    void show_selection(int start, int length) override {
-        if (length == 0) line_.setCursorPosition(start);
-        if (length == 0) line_.deselect();
-        if (length > 0) line_.setSelection(start, length);
-    }
+    void show_selection(int start, int length) override { select_in(line_, start, length); }
     int caret() const override { return line_.cursorPosition(); }
 
     QLineEdit& line_;

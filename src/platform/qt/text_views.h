@@ -5,16 +5,18 @@
 
 #include <QString>
 
+class QLineEdit;
+
 namespace tarvello::qt {
 
 /// What line edits, text areas and editable combo boxes share: keys go through the control's filters first,
 /// the widget does the editing, the control has the last word on the outcome.
 class EntryView : public WidgetView {
 public:
-    EntryView(WindowBinder& binder, TextEntry& entry, QObject& widget)
-        : WidgetView(binder, entry, widget), entry_(entry) {}
+    EntryView(WindowBinder& binder, TextEntry& entry, QObject& widget,
+              std::initializer_list<Aspect> own = {Aspect::text, Aspect::locked})
+        : WidgetView(binder, entry, widget, own), entry_(entry) {}
 
-    void show_all() override;
     bool key_pressed(QKeyEvent& event) override;
     void key_released(QKeyEvent& event) override;
     bool text_composed(QInputMethodEvent& event) override;
@@ -32,6 +34,8 @@ protected:
     virtual int caret() const = 0;
 
     void show(Aspect aspect) override;
+    /// Hears what the user does in a line that edits the text.
+    void listen_to(QLineEdit& line);
     /// The user has changed the text of the widget.
     void edited();
     /// The user has moved the caret or selected.
@@ -50,5 +54,9 @@ private:
     TextEntry& entry_;
     bool selected_by_code_ = false; // since the focus arrived
 };
+
+/// The start of the selection of a line, or else its caret.
+int start_in(const QLineEdit& line);
+void select_in(QLineEdit& line, int start, int length);
 
 } // namespace tarvello::qt

@@ -5,11 +5,15 @@
 
 namespace tarvello::qt {
 
-WidgetView::WidgetView(WindowBinder& binder, Control& control, QObject& widget)
-    : binder_(binder), control_(control), widget_(qobject_cast<QWidget*>(&widget)) {}
+WidgetView::WidgetView(WindowBinder& binder, Control& control, QObject& widget,
+                       std::initializer_list<Aspect> own)
+    : binder_(binder), control_(control), widget_(qobject_cast<QWidget*>(&widget)), own_(own) {}
 
 void WidgetView::show_all() {
     for (const Aspect aspect : {Aspect::enabled, Aspect::look, Aspect::visible}) show(aspect);
+    const auto* captioned = dynamic_cast<Captioned*>(&control_);
+    if (captioned && !captioned->caption().empty()) show(Aspect::caption); // else the words of the look stay
+    for (const Aspect aspect : own_) show(aspect);
 }
 
 void WidgetView::follow(Control&, Aspect aspect) {

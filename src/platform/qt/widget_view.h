@@ -3,6 +3,8 @@
 #include "platform/control.h"
 
 #include <functional>
+#include <initializer_list>
+#include <vector>
 
 class QInputMethodEvent;
 class QKeyEvent;
@@ -17,7 +19,9 @@ class WindowBinder;
 /// The picture of one control: its widget.
 class WidgetView : public ControlView {
 public:
-    WidgetView(WindowBinder& binder, Control& control, QObject& widget);
+    /// @param own  what the widget shows besides that which all have: enabled, visible, look and caption
+    WidgetView(WindowBinder& binder, Control& control, QObject& widget,
+               std::initializer_list<Aspect> own = {});
     virtual ~WidgetView() = default;
     WidgetView(const WidgetView&) = delete;
     WidgetView& operator=(const WidgetView&) = delete;
@@ -50,7 +54,7 @@ public:
     virtual void part() {}
 
 protected:
-    /// Shows one aspect. The base class knows enabled, visible and look.
+    /// Shows one aspect. The base class knows enabled, visible and look; what has a caption knows that.
     virtual void show(Aspect aspect);
     /// The widget reports something: runs the act that it is of the user. Then the widget shows that aspect
     /// as the control has it, which has the last word. What the widget reports because the program has
@@ -63,6 +67,7 @@ private:
     WindowBinder& binder_;
     Control& control_;
     QWidget* widget_;
+    std::vector<Aspect> own_;
 };
 
 } // namespace tarvello::qt
