@@ -1,6 +1,6 @@
--- The tables of a new database. The program itself never creates one: this makes the file that ships with it.
+-- The tables of a new database: of the file that ships with the program, and of the new archives that it makes.
 -- Amounts, percentages and yes/no facts are texts, as the forms show them ("€ 1.234,56", "20", "Sì").
--- DATE columns hold year-month-day.
+-- DATE columns hold year-month-day. A CLOB is a text of any length: in an Access file a memo, where TEXT has a limit.
 
 CREATE TABLE Clienti (
     Numero_Cliente INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -15,7 +15,7 @@ CREATE TABLE Clienti (
     Telefono TEXT,
     Fax TEXT,
     email TEXT,
-    Appunti TEXT
+    Appunti CLOB
 );
 
 -- Looked up without regard to letter case: the first index of each pair answers within ASCII, the second holds the
@@ -39,15 +39,15 @@ CREATE TABLE Fatture (
     CAP TEXT,
     Provincia TEXT,
     Città TEXT,
-    Prestazione1 TEXT,
+    Prestazione1 CLOB,
     Importo1 TEXT,
-    Prestazione2 TEXT,
+    Prestazione2 CLOB,
     Importo2 TEXT,
-    Prestazione3 TEXT,
+    Prestazione3 CLOB,
     Importo3 TEXT,
-    Prestazione4 TEXT,
+    Prestazione4 CLOB,
     Importo4 TEXT,
-    Prestazione5 TEXT,
+    Prestazione5 CLOB,
     Importo5 TEXT,
     Rivalsa TEXT,
     Dicitura_Rivalsa TEXT,
@@ -67,7 +67,7 @@ CREATE TABLE Fatture (
     Ritenuta_Su TEXT,
     Importo_Netto TEXT,
     Check_Pagamento TEXT,
-    Pagamento TEXT
+    Pagamento CLOB
 );
 
 CREATE INDEX Fatture_Anno ON Fatture (Anno);

@@ -102,7 +102,8 @@ void Transaction::commit() {
 
 void Recordset::open(std::string_view sql, Connection& connection, Parameters parameters) {
     if (rows_)
-        throw Failure(failure_number::object_open, store::source, "L'operazione richiede un risultato chiuso.");
+        throw Failure(failure_number::object_open, store::source,
+                      "L'operazione richiede un risultato chiuso.");
     auto rows = connection.execute(sql, parameters);
     const bool row = rows && rows->next(); // fails before anything here has changed
     rows_ = std::move(rows);
@@ -220,7 +221,8 @@ const RegionalSettings& Recordset::regional() const {
 
 void Recordset::need_open() const {
     if (!rows_)
-        throw Failure(failure_number::object_closed, store::source, "L'operazione richiede un risultato aperto.");
+        throw Failure(failure_number::object_closed, store::source,
+                      "L'operazione richiede un risultato aperto.");
 }
 
 void Recordset::need_row() const {

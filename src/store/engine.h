@@ -77,12 +77,14 @@ public:
     virtual void begin() = 0;
     /// @throws Failure, and nothing is changed
     virtual void commit() = 0;
+    /// Results that were begun before go on, but for a Failure if a table was made in between.
     virtual void roll_back() noexcept = 0;
 
     /// The tables of the file, without those of the engine itself.
     virtual std::vector<StoredTable> tables() = 0;
-    /// Makes a table; one that is there gets the columns that it lacks, and never one autonumber twice.
-    /// @param table  passes check_declaration
+    /// Makes a table; one that is there gets the columns and indexes that it lacks. Nothing is written, and
+    /// so nothing refused, if it lacks nothing.
+    /// @param table  as check_declaration wants it, but for names, which any engine has its own rules for
     /// @throws Failure if the file may not be written, and why; or if a table that is there lacks a column
     ///         that this engine cannot add to it
     virtual void create_table(const TableDeclaration& table) = 0;

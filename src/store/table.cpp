@@ -254,6 +254,24 @@ std::string value_text(const ValueView& value, const RegionalSettings& regional)
     return {};
 }
 
+ColumnType type_of(ColumnKind kind) {
+    switch (kind) {
+    case ColumnKind::autonumber:
+    case ColumnKind::whole:
+        return ColumnType::integer;
+    case ColumnKind::number:
+        return ColumnType::number;
+    case ColumnKind::currency:
+        return ColumnType::currency;
+    case ColumnKind::date:
+        return ColumnType::date;
+    case ColumnKind::yes_no:
+        return ColumnType::yes_no;
+    default:
+        return ColumnType::text;
+    }
+}
+
 void fail_for_missing_table(std::string_view name) {
     throw Failure(failure_number::no_such_element, source,
                   "Il database non ha la tabella \"" + std::string(name) + "\".");

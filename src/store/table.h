@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/declaration.h"
 #include "store/statement.h"
 #include "store/value.h"
 #include "text/regional_settings.h"
@@ -60,6 +61,9 @@ Value convert_comparand(const Literal& literal, const Column& column, const Regi
 /// the regional settings, dates in their short form, null as the empty text, yes and no as Access numbers
 /// them, -1 and 0.
 std::string value_text(const ValueView& value, const RegionalSettings& regional);
+
+/// What the values of a declared column are.
+ColumnType type_of(ColumnKind kind);
 
 /// The failure of a name that the database does not have.
 [[noreturn]] void fail_for_missing_table(std::string_view name);

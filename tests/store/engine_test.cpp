@@ -195,6 +195,20 @@ TEST_P(EngineTest, LetterCaseDoesNotCountInAnyAlphabet) {
                 ElementsAre("rossi", "ΣΊΣΥΦΟΣ", "ЖУКОВ"));
 }
 
+TEST_P(EngineTest, EqualFindsWhatLikeFinds) {
+    const std::vector<std::string> letters{"s", "S", "ſ", "k", "K", "\u212A", "i",
+                                           "I", "ı", "İ", "ß", "è", "È"};
+    for (const std::string& letter : letters) customer("x", letter);
+    for (const std::string& letter : letters) {
+        SCOPED_TRACE(letter);
+        const std::string where = "SELECT * FROM Clienti WHERE Codice_Fiscale";
+        const auto like = of("Numero_Cliente", where + " LIKE '" + letter + "'");
+        EXPECT_EQ(of("Numero_Cliente", where + "='" + letter + "'"), like);
+        EXPECT_EQ(of("Numero_Cliente", where + " IN ('" + letter + "')"), like);
+    }
+    EXPECT_EQ(of("Numero_Cliente", "SELECT * FROM Clienti WHERE Codice_Fiscale='ſ'").size(), 3U);
+}
+
 TEST_P(EngineTest, ALiteralBecomesWhatItsColumnHolds) {
     invoice("7", "2006");
     const auto stored = [&](const std::string& column, const std::string& literal) {

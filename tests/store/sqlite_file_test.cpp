@@ -140,6 +140,25 @@ TEST_F(SqliteFileTest, AFileOfSixteenBitTextsReadsAsAnyOther) {
     EXPECT_THAT(run(connection, by_town), ElementsAre(Row{"1", "Forlì", "02/01/1980"}));
 }
 
+TEST_F(SqliteFileTest, RowsThatAnotherProgramLeftBesideTheFileAreBroughtIn) {
+    const std::string left = folder.in("lasciato.mdb");
+    {
+        OtherProgram other(path);
+        EXPECT_EQ(other.run("PRAGMA journal_mode = WAL"), "wal");
+        EXPECT_EQ(other.run("INSERT INTO Clienti (Nome) VALUES ('suo')"), "");
+        EXPECT_THAT(open_failure(path), HasSubstr("occupato")) << "a copy would miss what it writes";
+        for (const char* part : {"", "-wal"}) write_bytes(left + part, bytes_of(path + part));
+    }
+    connection.open(left);
+    run(connection, insert_of_invoice(41));
+    EXPECT_THAT(folder.names(), ElementsAre("archivio.mdb", "lasciato.mdb"));
+    write_bytes(path, bytes_of(left));
+    connection.close();
+    connection.open(path);
+    EXPECT_THAT(column(connection, "SELECT * FROM Clienti", "Nome"), ElementsAre("suo"));
+    EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 41U);
+}
+
 TEST_F(SqliteFileTest, AFileThatAnotherProgramHasLockedFailsAndWorksAgainAfterwards) {
     connection.open(path);
     {

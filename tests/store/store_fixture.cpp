@@ -67,9 +67,9 @@ std::string failure_of(const std::function<void()>& act) {
     return {};
 }
 
-std::vector<Row> run(Connection& connection, const std::string& sql) {
+std::vector<Row> run(Connection& connection, const std::string& sql, const Parameters& parameters) {
     std::vector<Row> rows;
-    const auto source = connection.execute(sql);
+    const auto source = connection.execute(sql, parameters);
     while (source && source->next()) {
         Row& row = rows.emplace_back();
         for (std::size_t i = 0; i < source->columns().size(); ++i) {

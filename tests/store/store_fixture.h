@@ -46,7 +46,7 @@ std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info);
 using Row = std::vector<std::string>;
 
 /// Runs a statement by a recordset of its own. @return all rows, nulls as "(null)"
-std::vector<Row> run(Connection& connection, const std::string& sql);
+std::vector<Row> run(Connection& connection, const std::string& sql, const Parameters& parameters = {});
 
 /// The texts of one column, of all rows.
 std::vector<std::string> column(Connection& connection, const std::string& sql, const std::string& name);

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvello::store {
 
@@ -12,5 +13,14 @@ namespace tarvello::store {
 /// @param path  an existing file
 /// @throws Failure if it is damaged or another program has locked it
 std::unique_ptr<Engine> open_sqlite_engine(const std::string& path, const RegionalSettings& regional);
+
+/// Makes a new SQLite file with the tables of data/schema.sql. Nobody else knows of it yet and it is thrown
+/// away as a whole if anything fails, so it has no journal; what commit() has ended is synced.
+/// @param path  of a file that does not exist
+/// @throws Failure
+std::unique_ptr<Engine> make_sqlite_engine(const std::string& path, const RegionalSettings& regional);
+
+/// The tables of data/schema.sql.
+std::vector<TableDeclaration> schema_tables();
 
 } // namespace tarvello::store

@@ -2,14 +2,17 @@
 
 #include "failure.h"
 #include "store/failure_source.h"
-#include "store/like_pattern.h"
+#include "store/sqlite/query.h"
+#include "store/sqlite/schema.h"
 #include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 
@@ -68,50 +71,43 @@ const char* meaning(int code) {
     }
 }
 
-ColumnType type_of(const std::string& declared) {
-    const std::string upper = upper_case(declared);
-    const auto has = [&](const char* part) { return upper.find(part) != std::string::npos; };
-    if (has("DATE") || has("TIME")) return ColumnType::date;
-    if (has("INT")) return ColumnType::integer;
-    if (has("CHAR") || has("CLOB") || has("TEXT") || upper.empty()) return ColumnType::text;
-    if (has("REAL") || has("FLOA") || has("DOUB") || has("NUM") || has("DEC") || has("CURR"))
-        return ColumnType::number;
-    return ColumnType::text;
+/// Makes an empty file, which nobody else may have made meanwhile.
+void make_file(const std::string& path) {
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file < 0) {
+        const char* const why = errno == EEXIST ? "esiste già" : "non si può creare in quella cartella";
+        throw Failure(failure_number::file_access, source, "Il file \"" + path + "\" " + why + ".");
+    }
+    ::close(file);
 }
-
-std::string column_text(sqlite3_stmt* statement, int column) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-    return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)))
-                : std::string();
-}
-
-struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using OwnStatement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
 } // namespace
 
-SqliteFile::SqliteFile(const std::string& path) : path_(path) {
+SqliteFile::SqliteFile(const std::string& path, Use use) : path_(path) {
     // An absolute path, so that no name can be taken for one of SQLite's own, such as ":memory:".
     if (!path_.starts_with('/')) path_.insert(0, "./");
-    const int code =
-        sqlite3_open_v2(path_.c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (use == Use::fresh) make_file(path_);
     try {
-        if (handle_) sqlite3_extended_result_codes(handle_, 1);
-        if (code != SQLITE_OK) fail(handle_ ? sqlite3_extended_errcode(handle_) : code);
-        sqlite3_busy_timeout(handle_, lock_wait_ms);
-        // The file may come from anybody: nothing in its schema gets at more than the file.
-        sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-        sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-        // A quoted name that is no column is an error, and not the text of that name.
-        sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-        register_sqlite_functions(handle_);
-        check();
+        open(use);
+        check(use);
     } catch (...) {
         close(); // the destructor does not run for an object that was never made
         throw;
     }
+}
+
+void SqliteFile::open(Use use) {
+    const int code = sqlite3_open_v2(use == Use::in_memory ? ":memory:" : path_.c_str(), &handle_,
+                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (handle_) sqlite3_extended_result_codes(handle_, 1);
+    if (code != SQLITE_OK) fail(handle_ ? sqlite3_extended_errcode(handle_) : code);
+    sqlite3_busy_timeout(handle_, lock_wait_ms);
+    // The file may come from anybody: nothing in its schema gets at more than the file.
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    // A quoted name that is no column is an error, and not the text of that name.
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    register_sqlite_functions(handle_);
 }
 
 SqliteFile::~SqliteFile() { close(); }
@@ -123,19 +119,26 @@ void SqliteFile::close() {
     handle_ = nullptr;
 }
 
-void SqliteFile::check() const {
-    const auto run = [&](const std::string& sql) {
-        const OwnStatement statement(prepare(sql));
-        const int code = sqlite3_step(statement.get());
-        if (code != SQLITE_ROW && code != SQLITE_DONE) fail(code);
-        return code == SQLITE_ROW ? column_text(statement.get(), 0) : std::string();
+void SqliteFile::check(Use use) const {
+    const auto ask = [&](const std::string& sql) {
+        Query query(*this, sql);
+        return query.next() ? query.text(0) : std::string();
     };
-    run("PRAGMA synchronous = FULL");
-    run("PRAGMA cache_size = -" + std::to_string(cache_kib));
-    run("SELECT count(*) FROM sqlite_master"); // reads the head and every definition
+    ask("PRAGMA cache_size = -" + std::to_string(cache_kib));
+    if (use != Use::existing) {
+        // No journal on the disk: a file that is not whole is thrown away. What is committed is synced.
+        ask("PRAGMA journal_mode = MEMORY");
+        return;
+    }
+    // Extra: the folder is synced too when the journal has been unlinked. Else it may come back after a power
+    // cut, and take back what was saved.
+    ask("PRAGMA synchronous = EXTRA");
+    ask("SELECT count(*) FROM sqlite_master"); // reads the head and every definition
+    // Another program may have left it to keep its last rows in a file beside it, which no copy takes along.
+    if (ask("PRAGMA journal_mode") != "delete" && is_writable()) ask("PRAGMA journal_mode = DELETE");
     const std::int64_t bytes =
-        std::atoll(run("PRAGMA page_count").c_str()) * std::atoll(run("PRAGMA page_size").c_str());
-    if (bytes <= whole_check_bytes && run("PRAGMA quick_check(1)") != "ok") fail(SQLITE_CORRUPT);
+        std::atoll(ask("PRAGMA page_count").c_str()) * std::atoll(ask("PRAGMA page_size").c_str());
+    if (bytes <= whole_check_bytes && ask("PRAGMA quick_check(1)") != "ok") fail(SQLITE_CORRUPT);
 }
 
 void SqliteFile::need_in_place() const {
@@ -144,12 +147,16 @@ void SqliteFile::need_in_place() const {
     if (moved) fail(SQLITE_READONLY_DBMOVED);
 }
 
-void SqliteFile::need_writable() const {
+bool SqliteFile::is_writable() const {
     // The handle may write what the file's owner has forbidden since it was opened; and a super-user always.
     struct stat status {};
     constexpr mode_t any_write = S_IWUSR | S_IWGRP | S_IWOTH;
-    if (stat(path_.c_str(), &status) == 0 && (status.st_mode & any_write) == 0) fail(SQLITE_READONLY);
-    if (::access(path_.c_str(), W_OK) != 0) fail(SQLITE_READONLY);
+    if (stat(path_.c_str(), &status) == 0 && (status.st_mode & any_write) == 0) return false;
+    return ::access(path_.c_str(), W_OK) == 0;
+}
+
+void SqliteFile::need_writable() const {
+    if (!is_writable()) fail(SQLITE_READONLY);
 }
 
 bool SqliteFile::forget_what_is_in_doubt() {
@@ -159,40 +166,33 @@ bool SqliteFile::forget_what_is_in_doubt() {
     return true;
 }
 
-std::shared_ptr<const Table> SqliteFile::table(std::string_view name) {
+std::shared_ptr<const SqliteTable> SqliteFile::table(std::string_view name) {
     if (const auto known = tables_.find(name); known != tables_.end()) return known->second;
 
-    auto table = std::make_shared<Table>();
-    {
-        const OwnStatement names(prepare("SELECT name FROM sqlite_master WHERE type IN ('table', 'view')"));
-        int code = SQLITE_OK;
-        while ((code = sqlite3_step(names.get())) == SQLITE_ROW) {
-            const std::string found = column_text(names.get(), 0);
-            if (!equal_ignoring_case(found, name)) continue;
-            table->name = found;
-            code = SQLITE_DONE;
-            break;
-        }
-        if (code != SQLITE_DONE) fail(code);
+    auto table = std::make_shared<SqliteTable>();
+    Query names(*this, "SELECT name FROM sqlite_master WHERE type IN ('table', 'view')");
+    while (table->name.empty() && names.next()) {
+        if (equal_ignoring_case(names.text(0), name)) table->name = names.text(0);
     }
     if (table->name.empty()) fail_for_missing_table(name);
 
-    const OwnStatement columns(prepare("PRAGMA table_info(" + quoted_name(table->name) + ")"));
-    int key_parts = 0;
-    int code = SQLITE_OK;
-    while ((code = sqlite3_step(columns.get())) == SQLITE_ROW) {
-        constexpr int name_column = 1;
-        constexpr int type_column = 2;
-        constexpr int key_column = 5;
-        if (sqlite3_column_int(columns.get(), key_column) > 0) {
-            ++key_parts;
-            table->key = table->columns.size();
+    Query columns(*this, "SELECT name, type, pk FROM pragma_table_info(?1)");
+    columns.bind(1, table->name);
+    std::map<std::int64_t, std::size_t> key; // by the place in it
+    bool integer_key = false;
+    while (columns.next()) {
+        const std::string type = columns.text(1);
+        if (const std::int64_t place = columns.whole(2); place > 0) {
+            key[place] = table->columns.size();
+            integer_key = upper_case(type) == "INTEGER";
         }
-        table->columns.push_back(
-            {column_text(columns.get(), name_column), type_of(column_text(columns.get(), type_column))});
+        const auto kind = column_of_type(columns.text(0), type);
+        table->columns.push_back({columns.text(0), kind ? type_of(kind->kind) : ColumnType::text,
+                                  kind && kind->kind == ColumnKind::text ? kind->width : 0});
     }
-    if (code != SQLITE_DONE) fail(code);
-    if (key_parts > 1) table->key.reset();
+    for (const auto& [place, column] : key) table->key_columns.push_back(column);
+    if (key.size() == 1) table->key = table->key_columns[0];
+    table->gives_key = key.size() == 1 && integer_key;
     return tables_.emplace(name, std::move(table)).first->second;
 }
 
@@ -202,6 +202,15 @@ sqlite3_stmt* SqliteFile::prepare(const std::string& sql) const {
                                         SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
     if (code != SQLITE_OK) fail(code);
     return statement;
+}
+
+void SqliteFile::run_script(const std::string& script) const {
+    const int code =
+        sqlite3_exec(handle_, ("BEGIN;" + script + ";COMMIT").c_str(), nullptr, nullptr, nullptr);
+    if (code == SQLITE_OK) return;
+    const int extended = sqlite3_extended_errcode(handle_);
+    sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
+    fail(extended);
 }
 
 void SqliteFile::fail(int code) const {
