@@ -46,12 +46,11 @@ std::optional<std::int32_t> progressive_in(std::string_view name, std::string_vi
     return number;
 }
 
-std::int32_t next_progressive(std::int32_t counter, const std::vector<std::string>& names,
-                              std::string_view sender_code) {
-    for (const std::string& name : names) {
-        counter = std::max(counter, progressive_in(name, sender_code).value_or(0));
-    }
-    return counter + 1;
+std::int32_t last_progressive_in(const std::vector<std::string>& names, std::string_view sender_code) {
+    std::int32_t last = 0;
+    for (const std::string& name : names)
+        last = std::max(last, progressive_in(name, sender_code).value_or(0));
+    return last;
 }
 
 } // namespace tarvello::e_invoice

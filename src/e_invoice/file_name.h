@@ -24,9 +24,8 @@ std::string file_name(std::string_view sender_code, std::string_view progressive
 /// @return nothing if the name is none of this sender's
 std::optional<std::int32_t> progressive_in(std::string_view name, std::string_view sender_code);
 
-/// The next number that was never used: above the counter, and above every name that is there, since a
-/// restored archive knows less than the folder.
-std::int32_t next_progressive(std::int32_t counter, const std::vector<std::string>& names,
-                              std::string_view sender_code);
+/// The highest progressive among names; 0 if there is none of this sender's. A restored archive knows less
+/// than the folder with the files.
+std::int32_t last_progressive_in(const std::vector<std::string>& names, std::string_view sender_code);
 
 } // namespace tarvello::e_invoice

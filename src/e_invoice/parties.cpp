@@ -141,7 +141,7 @@ FatturaElettronicaHeaderType head_of(const StoredInvoice& invoice, const Issuer&
     sending.FormatoTrasmissione = customer.public_administration ? "FPA12" : "FPR12";
     sending.CodiceDestinatario = plain_code(customer.CodiceDestinatario);
     const auto& number = head.CessionarioCommittente.DatiAnagrafici.IdFiscaleIVA;
-    if (is_abroad(customer) && number->IdPaese != "IT") {
+    if (sending.CodiceDestinatario.empty() && is_abroad(customer) && number->IdPaese != "IT") {
         sending.CodiceDestinatario = abroad;
     } else if (sending.CodiceDestinatario.empty() && !customer.public_administration) {
         sending.CodiceDestinatario = nobody;

@@ -69,14 +69,14 @@ extern const TextType bank_code;
 
 /// A document's type, constant or not.
 template <typename Part, typename Type>
-concept A = std::same_as<std::remove_const_t<Part>, Type>;
+concept Is = std::same_as<std::remove_const_t<Part>, Type>;
 
-void describe(auto& v, A<IdFiscaleType> auto& d) {
+void describe(auto& v, Is<IdFiscaleType> auto& d) {
     v.text("IdPaese", d.IdPaese, types::country);
     v.text("IdCodice", d.IdCodice, types::id_code);
 }
 
-void describe(auto& v, A<DatiTrasmissioneType> auto& d) {
+void describe(auto& v, Is<DatiTrasmissioneType> auto& d) {
     v.element("IdTrasmittente", d.IdTrasmittente);
     v.text("ProgressivoInvio", d.ProgressivoInvio, types::ascii(10));
     v.text("FormatoTrasmissione", d.FormatoTrasmissione, types::versione);
@@ -84,14 +84,14 @@ void describe(auto& v, A<DatiTrasmissioneType> auto& d) {
     v.optional_text("PECDestinatario", d.PECDestinatario, types::certified_mail);
 }
 
-void describe(auto& v, A<AnagraficaType> auto& d) {
+void describe(auto& v, Is<AnagraficaType> auto& d) {
     v.optional_text("Denominazione", d.Denominazione, types::latin(80));
     v.optional_text("Nome", d.Nome, types::latin(60));
     v.optional_text("Cognome", d.Cognome, types::latin(60));
     v.optional_text("Titolo", d.Titolo, types::ascii(10, 2));
 }
 
-void describe(auto& v, A<IndirizzoType> auto& d) {
+void describe(auto& v, Is<IndirizzoType> auto& d) {
     v.text("Indirizzo", d.Indirizzo, types::latin(60));
     v.text("CAP", d.CAP, types::postal_code);
     v.text("Comune", d.Comune, types::latin(60));
@@ -99,7 +99,7 @@ void describe(auto& v, A<IndirizzoType> auto& d) {
     v.text("Nazione", d.Nazione, types::country);
 }
 
-void describe(auto& v, A<DatiAnagraficiCedenteType> auto& d) {
+void describe(auto& v, Is<DatiAnagraficiCedenteType> auto& d) {
     v.element("IdFiscaleIVA", d.IdFiscaleIVA);
     v.optional_text("CodiceFiscale", d.CodiceFiscale, types::fiscal_code);
     v.element("Anagrafica", d.Anagrafica);
@@ -110,7 +110,7 @@ void describe(auto& v, A<DatiAnagraficiCedenteType> auto& d) {
     v.text("RegimeFiscale", d.RegimeFiscale, types::regime);
 }
 
-void describe(auto& v, A<IscrizioneREAType> auto& d) {
+void describe(auto& v, Is<IscrizioneREAType> auto& d) {
     v.text("Ufficio", d.Ufficio, types::province);
     v.text("NumeroREA", d.NumeroREA, types::ascii(20));
     v.amount("CapitaleSociale", d.CapitaleSociale);
@@ -118,49 +118,49 @@ void describe(auto& v, A<IscrizioneREAType> auto& d) {
     v.text("StatoLiquidazione", d.StatoLiquidazione, types::liquidation);
 }
 
-void describe(auto& v, A<ContattiType> auto& d) {
+void describe(auto& v, Is<ContattiType> auto& d) {
     v.optional_text("Telefono", d.Telefono, types::contact_number);
     v.optional_text("Fax", d.Fax, types::contact_number);
     v.optional_text("Email", d.Email, types::contact_mail);
 }
 
-void describe(auto& v, A<CedentePrestatoreType> auto& d) {
+void describe(auto& v, Is<CedentePrestatoreType> auto& d) {
     v.element("DatiAnagrafici", d.DatiAnagrafici);
     v.element("Sede", d.Sede);
     v.element("IscrizioneREA", d.IscrizioneREA);
     v.element("Contatti", d.Contatti);
 }
 
-void describe(auto& v, A<DatiAnagraficiCessionarioType> auto& d) {
+void describe(auto& v, Is<DatiAnagraficiCessionarioType> auto& d) {
     v.element("IdFiscaleIVA", d.IdFiscaleIVA);
     v.optional_text("CodiceFiscale", d.CodiceFiscale, types::fiscal_code);
     v.element("Anagrafica", d.Anagrafica);
 }
 
-void describe(auto& v, A<CessionarioCommittenteType> auto& d) {
+void describe(auto& v, Is<CessionarioCommittenteType> auto& d) {
     v.element("DatiAnagrafici", d.DatiAnagrafici);
     v.element("Sede", d.Sede);
 }
 
-void describe(auto& v, A<FatturaElettronicaHeaderType> auto& d) {
+void describe(auto& v, Is<FatturaElettronicaHeaderType> auto& d) {
     v.element("DatiTrasmissione", d.DatiTrasmissione);
     v.element("CedentePrestatore", d.CedentePrestatore);
     v.element("CessionarioCommittente", d.CessionarioCommittente);
 }
 
-void describe(auto& v, A<DatiRitenutaType> auto& d) {
+void describe(auto& v, Is<DatiRitenutaType> auto& d) {
     v.text("TipoRitenuta", d.TipoRitenuta, types::withholding_kind);
     v.amount("ImportoRitenuta", d.ImportoRitenuta);
     v.rate("AliquotaRitenuta", d.AliquotaRitenuta);
     v.text("CausalePagamento", d.CausalePagamento, types::withholding_reason);
 }
 
-void describe(auto& v, A<DatiBolloType> auto& d) {
+void describe(auto& v, Is<DatiBolloType> auto& d) {
     v.text("BolloVirtuale", d.BolloVirtuale, types::yes);
     v.amount("ImportoBollo", d.ImportoBollo);
 }
 
-void describe(auto& v, A<DatiCassaPrevidenzialeType> auto& d) {
+void describe(auto& v, Is<DatiCassaPrevidenzialeType> auto& d) {
     v.text("TipoCassa", d.TipoCassa, types::fund);
     v.rate("AlCassa", d.AlCassa);
     v.amount("ImportoContributoCassa", d.ImportoContributoCassa);
@@ -170,7 +170,7 @@ void describe(auto& v, A<DatiCassaPrevidenzialeType> auto& d) {
     v.optional_text("Natura", d.Natura, types::nature);
 }
 
-void describe(auto& v, A<DatiGeneraliDocumentoType> auto& d) {
+void describe(auto& v, Is<DatiGeneraliDocumentoType> auto& d) {
     v.text("TipoDocumento", d.TipoDocumento, types::document_kind);
     v.text("Divisa", d.Divisa, types::currency);
     v.date("Data", d.Data);
@@ -182,7 +182,7 @@ void describe(auto& v, A<DatiGeneraliDocumentoType> auto& d) {
     v.texts("Causale", d.Causale, types::latin(200));
 }
 
-void describe(auto& v, A<DatiDocumentiCorrelatiType> auto& d) {
+void describe(auto& v, Is<DatiDocumentiCorrelatiType> auto& d) {
     v.text("IdDocumento", d.IdDocumento, types::ascii(20));
     v.date("Data", d.Data);
     v.optional_text("NumItem", d.NumItem, types::ascii(20));
@@ -191,7 +191,7 @@ void describe(auto& v, A<DatiDocumentiCorrelatiType> auto& d) {
     v.optional_text("CodiceCIG", d.CodiceCIG, types::ascii(15));
 }
 
-void describe(auto& v, A<DatiGeneraliType> auto& d) {
+void describe(auto& v, Is<DatiGeneraliType> auto& d) {
     v.element("DatiGeneraliDocumento", d.DatiGeneraliDocumento);
     v.element("DatiOrdineAcquisto", d.DatiOrdineAcquisto);
     v.element("DatiContratto", d.DatiContratto);
@@ -199,13 +199,13 @@ void describe(auto& v, A<DatiGeneraliType> auto& d) {
     v.element("DatiFattureCollegate", d.DatiFattureCollegate);
 }
 
-void describe(auto& v, A<AltriDatiGestionaliType> auto& d) {
+void describe(auto& v, Is<AltriDatiGestionaliType> auto& d) {
     v.text("TipoDato", d.TipoDato, types::ascii(10));
     v.optional_text("RiferimentoTesto", d.RiferimentoTesto, types::latin(60));
     v.date("RiferimentoData", d.RiferimentoData);
 }
 
-void describe(auto& v, A<DettaglioLineeType> auto& d) {
+void describe(auto& v, Is<DettaglioLineeType> auto& d) {
     v.number("NumeroLinea", d.NumeroLinea);
     v.text("Descrizione", d.Descrizione, types::latin(1000));
     v.amount("PrezzoUnitario", d.PrezzoUnitario);
@@ -216,7 +216,7 @@ void describe(auto& v, A<DettaglioLineeType> auto& d) {
     v.element("AltriDatiGestionali", d.AltriDatiGestionali);
 }
 
-void describe(auto& v, A<DatiRiepilogoType> auto& d) {
+void describe(auto& v, Is<DatiRiepilogoType> auto& d) {
     v.rate("AliquotaIVA", d.AliquotaIVA);
     v.optional_text("Natura", d.Natura, types::nature);
     v.amount("ImponibileImporto", d.ImponibileImporto);
@@ -225,12 +225,12 @@ void describe(auto& v, A<DatiRiepilogoType> auto& d) {
     v.optional_text("RiferimentoNormativo", d.RiferimentoNormativo, types::latin(100));
 }
 
-void describe(auto& v, A<DatiBeniServiziType> auto& d) {
+void describe(auto& v, Is<DatiBeniServiziType> auto& d) {
     v.element("DettaglioLinee", d.DettaglioLinee);
     v.element("DatiRiepilogo", d.DatiRiepilogo);
 }
 
-void describe(auto& v, A<DettaglioPagamentoType> auto& d) {
+void describe(auto& v, Is<DettaglioPagamentoType> auto& d) {
     v.text("ModalitaPagamento", d.ModalitaPagamento, types::payment_way);
     v.amount("ImportoPagamento", d.ImportoPagamento);
     v.optional_text("IstitutoFinanziario", d.IstitutoFinanziario, types::latin(80));
@@ -239,19 +239,19 @@ void describe(auto& v, A<DettaglioPagamentoType> auto& d) {
     v.optional_text("CAB", d.CAB, types::bank_code);
 }
 
-void describe(auto& v, A<DatiPagamentoType> auto& d) {
+void describe(auto& v, Is<DatiPagamentoType> auto& d) {
     v.text("CondizioniPagamento", d.CondizioniPagamento, types::payment_term);
     v.element("DettaglioPagamento", d.DettaglioPagamento);
 }
 
-void describe(auto& v, A<FatturaElettronicaBodyType> auto& d) {
+void describe(auto& v, Is<FatturaElettronicaBodyType> auto& d) {
     v.element("DatiGenerali", d.DatiGenerali);
     v.element("DatiBeniServizi", d.DatiBeniServizi);
     v.element("DatiPagamento", d.DatiPagamento);
 }
 
 /// The root itself has an attribute, versione, which its visitor deals with.
-void describe(auto& v, A<FatturaElettronicaType> auto& d) {
+void describe(auto& v, Is<FatturaElettronicaType> auto& d) {
     v.element("FatturaElettronicaHeader", d.FatturaElettronicaHeader);
     v.element("FatturaElettronicaBody", d.FatturaElettronicaBody);
 }

@@ -28,7 +28,6 @@ void expect_finding(const std::vector<Finding>& findings, const Finding& wanted,
     ADD_FAILURE() << what << ": not found: " << shown(wanted) << "\namong:" << all;
 }
 
-
 /// What lies wrong with the stored row, the parties or the decisions.
 struct SourceFault {
     const char* sample;

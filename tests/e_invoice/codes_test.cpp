@@ -199,14 +199,13 @@ TEST(EInvoiceFileName, IsNeverUsedTwice) {
     EXPECT_EQ(file_name("DNGNCL75E14F205Y", "0000A"), "ITDNGNCL75E14F205Y_0000A.xml");
 
     const char* const code = "DNGNCL75E14F205Y";
-    EXPECT_EQ(next_progressive(0, {}, code), 1);
-    EXPECT_EQ(next_progressive(7, {"ITDNGNCL75E14F205Y_00003.xml"}, code), 8);
-    EXPECT_EQ(next_progressive(2,
-                               {"itdngncl75e14f205y_0000b.XML.P7M", "ITDNGNCL75E14F205Y_0000C_RC_001.xml",
-                                "ITPREGLI85P52L219S_0000Z.xml", "ITDNGNCL75E14F205Y_123456.xml",
-                                "ITDNGNCL75E14F205Y_00-01.xml", "ITDNGNCL75E14F205Y_.xml", "note.txt"},
-                               code),
-              13);
+    EXPECT_EQ(last_progressive_in({}, code), 0);
+    EXPECT_EQ(last_progressive_in({"itdngncl75e14f205y_0000b.XML.P7M", "ITDNGNCL75E14F205Y_0000C_RC_001.xml",
+                                   "ITDNGNCL75E14F205Y_00003.xml", "ITPREGLI85P52L219S_0000Z.xml",
+                                   "ITDNGNCL75E14F205Y_123456.xml", "ITDNGNCL75E14F205Y_00-01.xml",
+                                   "ITDNGNCL75E14F205Y_.xml", "note.txt"},
+                                  code),
+              12);
 }
 
 } // namespace

@@ -110,6 +110,97 @@ Draft Sample::draft() const { return from_row(invoice, issuer, customer, decisio
 
 std::vector<Finding> Sample::findings() const { return check(draft(), {.today = soon_after}); }
 
+std::vector<std::string*> texts_of(Sample& s) {
+    StoredInvoice& row = s.invoice;
+    Issuer& issuer = s.issuer;
+    Customer& customer = s.customer;
+    Decisions& d = s.decisions;
+    d.Causale.resize(1);
+    std::vector<std::string*> texts{&row.Numero_Fattura,
+                                    &row.Anno,
+                                    &row.Codice_Fiscale,
+                                    &row.Partita_IVA,
+                                    &row.Nome,
+                                    &row.Cognome_Ragione_Sociale,
+                                    &row.Indirizzo,
+                                    &row.CAP,
+                                    &row.Provincia,
+                                    &row.Citta,
+                                    &row.Rivalsa,
+                                    &row.Percentuale_Rivalsa,
+                                    &row.Importo_Rivalsa,
+                                    &row.Imponibile,
+                                    &row.Aliquota_IVA,
+                                    &row.Imposta_IVA,
+                                    &row.Spese,
+                                    &row.IVA_Spese,
+                                    &row.Importo_Spese,
+                                    &row.Articolo_Esenzione,
+                                    &row.Totale_Fattura,
+                                    &row.Ritenuta,
+                                    &row.Importo_Ritenuta,
+                                    &row.Percentuale_Ritenuta,
+                                    &row.Ritenuta_Su,
+                                    &row.Importo_Netto,
+                                    &row.Check_Pagamento,
+                                    &row.Pagamento,
+                                    &issuer.Nome_Azienda,
+                                    &issuer.Indirizzo,
+                                    &issuer.Telefono,
+                                    &issuer.Fax,
+                                    &issuer.Codice_Fiscale,
+                                    &issuer.Partita_IVA,
+                                    &issuer.email,
+                                    &issuer.Banca,
+                                    &issuer.ABI,
+                                    &issuer.CAB,
+                                    &issuer.CC,
+                                    &issuer.Nome,
+                                    &issuer.Cognome,
+                                    &issuer.Titolo,
+                                    &issuer.CAP,
+                                    &issuer.Comune,
+                                    &issuer.Provincia,
+                                    &issuer.RegimeFiscale,
+                                    &issuer.TipoRitenuta,
+                                    &issuer.CausalePagamento,
+                                    &issuer.TipoCassa,
+                                    &issuer.TipoDocumento,
+                                    &issuer.IBAN,
+                                    &issuer.DescrizioneSpese,
+                                    &issuer.AlboProfessionale,
+                                    &issuer.ProvinciaAlbo,
+                                    &issuer.NumeroIscrizioneAlbo,
+                                    &issuer.IscrizioneREA.Ufficio,
+                                    &issuer.IscrizioneREA.NumeroREA,
+                                    &customer.CodiceDestinatario,
+                                    &customer.PECDestinatario,
+                                    &customer.Nazione,
+                                    &customer.IdPaese,
+                                    &customer.IdCodice,
+                                    &customer.Indirizzo,
+                                    &customer.Comune,
+                                    &d.TipoDocumento,
+                                    &d.Natura,
+                                    &d.NaturaSpese,
+                                    &d.RiferimentoNormativo,
+                                    &d.RiferimentoNormativoSpese,
+                                    &d.DescrizioneSpese,
+                                    &d.EsigibilitaIVA,
+                                    &d.Causale.front(),
+                                    &d.reference.IdDocumento,
+                                    &d.reference.NumItem,
+                                    &d.reference.CodiceCommessaConvenzione,
+                                    &d.reference.CodiceCUP,
+                                    &d.reference.CodiceCIG,
+                                    &d.FatturaCollegata.IdDocumento,
+                                    &d.ProtocolloIntento,
+                                    &s.progressive};
+    for (std::string& text : row.Prestazione) texts.push_back(&text);
+    for (std::string& text : row.Importo) texts.push_back(&text);
+    return texts;
+}
+
 std::vector<std::string> sample_names() {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {

@@ -26,6 +26,9 @@ struct Sample {
     std::vector<Finding> findings() const;
 };
 
+/// Every text of it that a person can have typed, by its place; Causale has one line then.
+std::vector<std::string*> texts_of(Sample& sample);
+
 /// The names of the samples, such as "01-worked-a".
 std::vector<std::string> sample_names();
 Sample sample(const std::string& name);
