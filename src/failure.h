@@ -34,10 +34,13 @@ namespace failure_number {
 inline constexpr int overflow = 6;
 inline constexpr int type_mismatch = 13;
 inline constexpr int file_not_found = 53;
+inline constexpr int disk_full = 61;
 inline constexpr int file_access = 75;
+inline constexpr int content_lost = 76; // a file could not be written, and is not what it was either
 inline constexpr int object_not_set = 91;
 inline constexpr int invalid_use_of_null = 94;
 inline constexpr int database = 3000; // what the database engine reports
+inline constexpr int in_use = 3045;   // by another program
 inline constexpr int no_current_record = 3021;
 inline constexpr int statement = 3075;       // an SQL text that is none
 inline constexpr int no_such_element = 3265; // also a table or a column

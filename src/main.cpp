@@ -12,10 +12,14 @@ int main(int argc, char** argv) {
     using namespace tarvello;
 
     qt::Application application(argc, argv);
-    qt::QtPlatform platform(qt::program_directory(
-        qt::from_qt(QCoreApplication::applicationDirPath()),
-        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
+    const std::string here = qt::from_qt(QCoreApplication::applicationDirPath());
+    const std::string directory = qt::program_directory(
+        here,
+        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello");
+    qt::QtPlatform platform(directory);
     Program program(platform.platform());
+    // A second copy ends with its splash, and leaves everything alone until then.
+    if (!program.platform().desktop.is_another_copy_running()) qt::fill_program_directory(here, directory);
     const qt::SessionEnd session_end([&] { program.run([&] { end_with_desktop(program); }); });
     program.run([&] { start_program(program); });
     const int result = QApplication::exec();

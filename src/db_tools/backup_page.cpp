@@ -1,9 +1,11 @@
 #include "db_tools/database_form.h"
 
+#include "platform/file_names.h"
 #include "program/folders.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 #include "program/settings.h"
+#include "text/letter_case.h"
 
 namespace tarvello {
 
@@ -59,6 +61,15 @@ void frmGestioneDatabase::read_backup_settings() {
     cmdSaveBackupSettings.set_enabled(false); // reading is no change of the user's
 }
 
+std::string frmGestioneDatabase::backup_file(const std::string& destination) const {
+    Platform& platform = program_.platform();
+    if (platform.files.folder_exists(destination)) {
+        const bool ended = destination.ends_with(platform.separator);
+        return (ended ? destination : destination + platform.separator) + file_name::backup;
+    }
+    return upper_case(destination).ends_with(".BAK") ? destination : destination + ".bak";
+}
+
 void frmGestioneDatabase::enable_backup(bool enabled) {
     OptionDestinazioneDefault.set_enabled(enabled);
     OptionDestinazioneBackup.set_enabled(enabled);
@@ -74,6 +85,7 @@ bool frmGestioneDatabase::SalvaImpostazioniBackup() {
         TxtDestinazioneBackup.set_focus();
         return false;
     }
+    TxtDestinazioneBackup.set_text(backup_file(TxtDestinazioneBackup.text()));
     SessionFields& session = program_.session();
     SaveValueSetting(program_, session.CheckBoxBackup);
     SaveTextSetting(program_, session.TxtDestinazioneBackup);

@@ -1,6 +1,6 @@
 #include "db_tools/backup_restore.h"
 
-#include "db_tools/copy_file.h"
+#include "db_tools/copy_database.h"
 #include "program/program.h"
 #include "program/session_fields.h"
 
@@ -15,7 +15,16 @@ bool EseguiBackupAutomatico(Program& program) {
                         BoxIcon::exclamation);
         return true;
     }
-    if (CopiaFile(program.platform(), session.txtDatabaseRoute.text(), destination)) return true;
+    const std::string source = session.txtDatabaseRoute.text();
+    const DatabaseCopy copy = back_up_database(program.platform(), source, destination);
+    if (copy.outcome == CopyOutcome::made) {
+        if (!copy.kept_as.empty() && !copy.unsound.empty()) {
+            program.message("L'archivio\n" + source + "\nnon si apre più. " + copy.unsound +
+                                "\n\nLa copia precedente è stata conservata:\n" + copy.kept_as,
+                            BoxIcon::exclamation);
+        }
+        return true;
+    }
     program.message("Si è verificato un errore durante il backup. \n"
                     "Se l'errore dovesse ripetersi controllare le impostazioni di backup.",
                     BoxIcon::critical);

@@ -26,28 +26,36 @@ std::string file_destination(Platform& platform, const std::string& source, cons
 
 } // namespace
 
-bool CopiaFile(Platform& platform, const std::string& source, const std::string& destination, bool may_ask,
-               bool show_progress) {
+CopyOutcome run_copy(Platform& platform, const std::string& source, const std::string& destination,
+                     bool may_ask, bool show_progress, const CopyStep& step) {
     CopyDialog& dialog = platform.copy_dialog;
     try {
         const std::string target = file_destination(platform, source, destination);
         const bool would_replace = platform.files.exists(source) && platform.files.exists(target);
-        if (may_ask && would_replace && !dialog.may_replace(target)) return true;
+        if (may_ask && would_replace && !dialog.may_replace(target)) return CopyOutcome::given_up;
+        bool made = false;
         if (!show_progress) {
-            platform.files.copy(source, target);
+            made = step(target, {});
         } else {
             const ProgressWindow window(dialog, "Copia " + destination);
-            platform.files.copy(source, target, [&](std::uint64_t done, std::uint64_t total) {
-                return dialog.advance(done, total);
-            });
+            made = step(target,
+                        [&](std::uint64_t done, std::uint64_t total) { return dialog.advance(done, total); });
         }
-        return true;
+        return made ? CopyOutcome::made : CopyOutcome::given_up;
     } catch (const Failure& failure) {
         // The answer tells the caller; the reason is for the user, who is only watching a copy that shows
         // itself.
         if (show_progress) dialog.report_failure(failure.description());
-        return false;
+        return failure.number() == failure_number::content_lost ? CopyOutcome::spoilt : CopyOutcome::failed;
     }
+}
+
+bool CopiaFile(Platform& platform, const std::string& source, const std::string& destination, bool may_ask,
+               bool show_progress) {
+    const auto copy = [&](const std::string& target, const CopyProgress& progress) {
+        return platform.files.copy(source, target, progress);
+    };
+    return run_copy(platform, source, destination, may_ask, show_progress, copy) != CopyOutcome::failed;
 }
 
 } // namespace tarvello

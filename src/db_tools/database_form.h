@@ -93,6 +93,9 @@ private:
     void prepare_backup();
     void read_backup_settings();
     void enable_backup(bool enabled);
+    /// The file that a typed destination stands for: the list of backups to restore shows files of that
+    /// extension only.
+    std::string backup_file(const std::string& destination) const;
     /// @return false if there was nothing to save under
     bool SalvaImpostazioniBackup();
 
@@ -102,6 +105,8 @@ private:
     void ElencaBackup();
     void open_selected_row();
     void RipristinaBackup();
+    /// Says what a restore has come to that brought no archive, and opens the former one if the user likes.
+    void offer_former(const std::string& truth, const std::string& former);
 
     void prepare_import_export();
     void enable_import_export(bool enabled);

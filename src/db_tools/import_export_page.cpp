@@ -1,4 +1,4 @@
-#include "db_tools/copy_file.h"
+#include "db_tools/copy_database.h"
 #include "db_tools/database_form.h"
 
 #include "program/open_database.h"
@@ -53,11 +53,22 @@ void frmGestioneDatabase::EseguiCopia() {
     const std::string source = txtOrigine.text();
     const std::string destination = txtDest.text();
     ChiudiDatabase(program_);
-    if (CopiaFile(program_.platform(), source, destination, true, true)) {
+    const DatabaseCopy copy = CopiaDatabase(program_.platform(), source, destination);
+    const bool given_up = copy.outcome == CopyOutcome::given_up;
+    if (copy.outcome == CopyOutcome::made || given_up) {
         report_copy("Copia file completata", source, destination);
     }
     ApriDatabase(program_);
     cmdImpExp.set_enabled(false);
+    // The words above are those of a copy that went its way. What is true:
+    if (given_up) {
+        const bool there = program_.platform().files.exists(copy.target);
+        program_.message("La copia non è stata fatta: il file\n" + copy.target +
+                             (there ? "\nnon è stato toccato." : "\nnon è stato creato."),
+                         BoxIcon::information);
+    } else if (!copy.unsound.empty()) {
+        program_.message("Il file copiato non si apre come archivio. " + copy.unsound, BoxIcon::exclamation);
+    }
 }
 
 } // namespace tarvello

@@ -1,4 +1,4 @@
-#include "db_tools/copy_file.h"
+#include "db_tools/copy_database.h"
 #include "db_tools/database_form.h"
 #include "db_tools/file_info.h"
 #include "db_tools/restore_name_form.h"
@@ -24,6 +24,26 @@ std::string parent_of(const std::string& folder, char separator) {
 
 std::string inside(const std::string& folder, const std::string& name, char separator) {
     return folder.ends_with(separator) ? folder + name : folder + separator + name;
+}
+
+/// What a restore that did not bring its archive has left; empty if it brought it.
+std::string what_is_true(Program& program, const DatabaseCopy& copy, bool opened) {
+    const std::string file = "il file\n" + copy.target + "\n";
+    const bool there = program.platform().files.exists(copy.target);
+    switch (copy.outcome) {
+    case CopyOutcome::made:
+        return opened ? "" : "Il file ripristinato non si apre come archivio. " + copy.unsound;
+    case CopyOutcome::given_up:
+        if (!there) return "Il ripristino è stato interrotto: " + file + "non è stato creato.";
+        return "Il ripristino non è stato fatto: " + file + "non è stato toccato" +
+               (opened ? ", ed è ora l'archivio aperto." : ".");
+    case CopyOutcome::failed:
+        if (!there) return "Il ripristino non è stato fatto e nessun archivio è aperto.";
+        return "Il ripristino non è stato fatto: " + file + "non è stato toccato. Nessun archivio è aperto.";
+    case CopyOutcome::spoilt:
+        break;
+    }
+    return "Il ripristino non è riuscito e " + file + "non è più integro. Nessun archivio è aperto.";
 }
 
 } // namespace
@@ -139,12 +159,35 @@ void frmGestioneDatabase::RipristinaBackup() {
 
     const std::string source = txtSelectedFile.text();
     const std::string destination = program_.in_program_directory(Text2.text());
+    const std::string former = program_.session().txtDatabaseRoute.text();
     ChiudiDatabase(program_);
-    if (!CopiaFile(program_.platform(), source, destination, true, true)) return;
-    report_copy("Ripristino file di backup completato.", source, destination);
-    program_.session().take_route(destination);
-    ApriDatabase(program_);
-    txtPercorsoDatabase.set_text(destination);
+    const DatabaseCopy copy = CopiaDatabase(program_.platform(), source, destination);
+    bool opened = false;
+    if (copy.outcome == CopyOutcome::made || copy.outcome == CopyOutcome::given_up) {
+        report_copy("Ripristino file di backup completato.", source, destination);
+        program_.session().take_route(destination);
+        opened = ApriDatabase(program_);
+        txtPercorsoDatabase.set_text(destination);
+    }
+    const std::string truth = what_is_true(program_, copy, opened);
+    if (truth.empty()) return;
+    const bool untouched = former != copy.target || copy.outcome == CopyOutcome::failed;
+    if (untouched) {
+        offer_former(truth, former);
+    } else {
+        program_.message(truth, BoxIcon::information);
+    }
+}
+
+void frmGestioneDatabase::offer_former(const std::string& truth, const std::string& former) {
+    const MessageBox question{truth + "\n\nL'archivio di prima è intatto. Riaprirlo?\n" + former,
+                              "Tarvello 4", BoxIcon::question, BoxButtons::yes_no, 1};
+    if (program_.platform().boxes.show(question) != Answer::yes) return;
+    program_.session().take_route(former);
+    txtPercorsoDatabase.set_text(former);
+    ChiudiDatabase(program_);
+    if (ApriDatabase(program_)) return;
+    program_.message("L'archivio\n" + former + "\nnon si apre.", BoxIcon::critical);
 }
 
 } // namespace tarvello

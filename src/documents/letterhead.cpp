@@ -1,11 +1,12 @@
 #include "documents/letterhead.h"
 
 #include "failure.h"
+#include "platform/file_names.h"
 #include "program/program.h"
 
 namespace tarvello {
 
-std::string templates_folder(Program& program) { return program.in_program_directory("modelli"); }
+std::string templates_folder(Program& program) { return program.in_program_directory(file_name::templates); }
 
 bool open_letterhead(Program& program) {
     Database& database = program.database();

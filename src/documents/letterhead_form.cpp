@@ -1,7 +1,9 @@
 #include "documents/letterhead_form.h"
 
+#include "db_tools/file_info.h"
 #include "failure.h"
 #include "program/doors.h"
+#include "program/drafts.h"
 #include "program/open_database.h"
 #include "program/program.h"
 #include "store/column_text.h"
@@ -52,11 +54,15 @@ void frmIntestazioneFatture::on_load() {
     logo.load();
     Text1[nome].set_text(program_.NomeIntestatario);
     load_letterhead();
+    offer_draft();
 }
 
 bool frmIntestazioneFatture::on_query_unload(UnloadReason) {
     if (!Command1[save_button].enabled()) return false;
-    if (!program_.confirm("Le impostazioni sono state modificate.Salvare le modifiche?")) return false;
+    if (!program_.confirm("Le impostazioni sono state modificate.Salvare le modifiche?")) {
+        if (program_.platform().windows.deserted()) keep_unsaved(); // nobody has said so
+        return false;
+    }
     // The user looks at what was saved, or at what is wrong with it, and closes again.
     save_letterhead();
     return true;
@@ -123,6 +129,32 @@ void frmIntestazioneFatture::save_letterhead() {
     Command1[save_button].set_enabled(false);
     ChiudiDatabase(program_);
     ApriDatabase(program_);
+}
+
+std::vector<TextEntry*> frmIntestazioneFatture::boxes_of_letterhead() {
+    return {&Text1[1],       &Text1[2],    &Text1[3],    &Text1[4],    &Text1[6],   &Text1[7],
+            &txtDescrizione, &txtBanca[0], &txtBanca[1], &txtBanca[2], &txtBanca[3]};
+}
+
+void frmIntestazioneFatture::keep_unsaved() {
+    if (Command1[save_button].enabled()) keep_draft(program_, *this, boxes_of_letterhead());
+}
+
+void frmIntestazioneFatture::offer_draft() {
+    const auto draft = kept_draft(program_, *this);
+    if (!draft) return;
+    const MessageBox question{"Quando il programma è stato chiuso, " +
+                                  CFileInfo(program_.platform()).FormatFileDate(draft->kept) +
+                                  ", le modifiche all'intestazione non erano salvate.\n\nRiprenderle?",
+                              "Tarvello 4", BoxIcon::question, BoxButtons::yes_no, 1};
+    if (program_.platform().boxes.show(question) == Answer::yes) {
+        for (TextEntry* box : boxes_of_letterhead()) {
+            if (const auto text = draft->texts.find(box->name()); text != draft->texts.end())
+                box->set_text(text->second);
+        }
+        Command1[save_button].set_enabled(true);
+    }
+    if (!program_.platform().windows.deserted()) drop_draft(program_, *this);
 }
 
 void frmIntestazioneFatture::show_help() {

@@ -7,6 +7,7 @@
 #include "platform/lists.h"
 
 #include <cstddef>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -58,6 +59,9 @@ public:
 
     ControlArray<CommandButton, 3> Command1{*this, "Command1"};
 
+    /// Keeps what has not been saved as a draft, if there is anything.
+    void keep_unsaved();
+
 protected:
     void on_load() override;
     bool on_query_unload(UnloadReason reason) override;
@@ -69,6 +73,9 @@ private:
     void load_letterhead();
     bool may_be_saved();
     void save_letterhead();
+    std::vector<TextEntry*> boxes_of_letterhead();
+    /// Offers to take up what could not be saved when the program was closed.
+    void offer_draft();
     void show_help();
 
     Program& program_;

@@ -4,6 +4,7 @@
 #include "documents/letterhead.h"
 #include "documents/template_info_form.h"
 #include "failure.h"
+#include "platform/file_names.h"
 #include "program/program.h"
 
 #include <sstream>
@@ -56,7 +57,7 @@ std::string TemplatesPage::in_templates(const std::string& name) const {
 }
 
 std::string TemplatesPage::working_copy(const std::string& name) {
-    const std::string folder = program_.in_program_directory("temp");
+    const std::string folder = program_.in_program_directory(file_name::working_copies);
     program_.platform().files.make_folder(folder);
     return folder + program_.platform().separator + name;
 }

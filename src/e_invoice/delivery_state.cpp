@@ -6,27 +6,27 @@ namespace tarvello::e_invoice {
 namespace {
 
 using S = DeliveryState;
-using A = DeliveryAct;
+using Act = DeliveryAct;
 
 constexpr struct {
     S now;
-    A act;
+    Act act;
     S then;
 } acts[] = {
-    {S::to_create, A::create, S::created},
-    {S::to_create, A::create_to_sign, S::to_sign},
-    {S::to_sign, A::create, S::created},
-    {S::to_sign, A::create_to_sign, S::to_sign},
-    {S::to_sign, A::sign, S::created},
-    {S::created, A::create, S::created},
-    {S::created, A::create_to_sign, S::to_sign},
-    {S::created, A::sign, S::created},
-    {S::created, A::send, S::sent},
-    {S::sent, A::take_back, S::created},
-    {S::rejected, A::create, S::created},
-    {S::rejected, A::create_to_sign, S::to_sign},
-    {S::refused, A::create, S::created},
-    {S::refused, A::create_to_sign, S::to_sign},
+    {S::to_create, Act::create, S::created},
+    {S::to_create, Act::create_to_sign, S::to_sign},
+    {S::to_sign, Act::create, S::created},
+    {S::to_sign, Act::create_to_sign, S::to_sign},
+    {S::to_sign, Act::sign, S::created},
+    {S::created, Act::create, S::created},
+    {S::created, Act::create_to_sign, S::to_sign},
+    {S::created, Act::sign, S::created},
+    {S::created, Act::send, S::sent},
+    {S::sent, Act::take_back, S::created},
+    {S::rejected, Act::create, S::created},
+    {S::rejected, Act::create_to_sign, S::to_sign},
+    {S::refused, Act::create, S::created},
+    {S::refused, Act::create_to_sign, S::to_sign},
 };
 
 S told_by(ReceiptKind receipt) {

@@ -1,6 +1,7 @@
 #include "fiscal_code/calculator_form.h"
 
 #include "fiscal_code/fiscal_code.h"
+#include "platform/file_names.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -48,7 +49,7 @@ void frmCalcolaCF::on_load() {
     cmdElabora.set_enabled(false);
     telling_failures([this] {
         try {
-            municipalities_.emplace(program_.in_program_directory("Comuni.mdb"));
+            municipalities_.emplace(program_.in_program_directory(file_name::municipalities));
         } catch (const Failure& failure) {
             not_opened_ = failure; // every search fails in the same way
             throw;

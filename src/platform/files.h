@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,8 +14,8 @@ namespace tarvello {
 /// What the disk knows about a file or a folder. Times are local; one that is not kept is missing.
 struct FileFacts {
     bool folder = false;
-    std::uint64_t size = 0; ///< bytes; 0 for a folder
-    bool read_only = false; ///< this user may not write it
+    std::uint64_t size = 0;  ///< bytes; 0 for a folder
+    bool read_only = false;  ///< this user may not write it
     bool compressed = false; ///< by the file system
     std::optional<DateTime> created;
     std::optional<DateTime> accessed;
@@ -23,6 +24,19 @@ struct FileFacts {
 
 /// Tells how far a copy has come, in bytes. @return false to give it up
 using CopyProgress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+
+/// A copy that is whole and on the disk, and lies beside its destination. It goes with the object if it never
+/// takes its place.
+class PendingCopy {
+public:
+    virtual ~PendingCopy() = default;
+    /// Where it lies.
+    virtual const std::string& path() const = 0;
+    /// Where it goes: a link is followed to the file that it leads to.
+    virtual const std::string& destination() const = 0;
+    /// Takes the place of what may stand at the destination, durably and at once. @throws Failure
+    virtual void place() = 0;
+};
 
 /// Files and folders. Paths are absolute. Failures say in Italian what could not be done and why.
 class Files {
@@ -51,8 +65,10 @@ public:
     /// Gives a file this content: all of it, on disk when the call returns, or else the file is what it was.
     /// @throws Failure
     virtual void write(const std::string& path, const std::string& content) = 0;
+    /// The same for what nobody but the user is to read.
+    virtual void write_private(const std::string& path, const std::string& content) = 0;
 
-    /// Makes a folder, and those above it that are missing. @throws Failure
+    /// Makes a folder that is nobody else's business, and those above it that are missing. @throws Failure
     virtual void make_folder(const std::string& path) = 0;
 
     /// Copies a file over what may stand at the destination: all or nothing, whatever happens to the program,
@@ -61,6 +77,28 @@ public:
     /// @throws Failure if it could not be done: the destination is what it was
     virtual bool copy(const std::string& source, const std::string& destination,
                       const CopyProgress& progress = {}) = 0;
+
+    /// The first half of a copy, for who wants to look at it before it replaces anything.
+    /// @return null if `progress` gave it up
+    /// @throws Failure; with failure_number::disk_full if the disk has no room for it beside what is there
+    virtual std::unique_ptr<PendingCopy> prepare_copy(const std::string& source,
+                                                      const std::string& destination,
+                                                      const CopyProgress& progress = {}) = 0;
+    /// Copies a file into the one that stands at the destination, for a disk that has no room for both. What
+    /// stood there is lost from the start.
+    /// @throws Failure if it could not be done to the end
+    virtual void overwrite(const std::string& source, const std::string& destination,
+                           const CopyProgress& progress = {}) = 0;
+    /// Bytes that this user may still write on the disk that holds a path; 0 if that is not known.
+    virtual std::uint64_t free_bytes(const std::string& path) = 0;
+
+    /// Gives a file another name, durably: a second one, where the disk knows such, else in place of the
+    /// first.
+    /// @return false if that name is taken
+    /// @throws Failure
+    virtual bool keep_as(const std::string& path, const std::string& name) = 0;
+    /// Takes files of one folder away, durably; those that are not there are no fault. @throws Failure
+    virtual void remove(const std::vector<std::string>& paths) = 0;
 
 protected:
     ~Files() = default;

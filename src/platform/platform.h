@@ -128,6 +128,11 @@ public:
     virtual void set_pointer(Pointer pointer) = 0;
     /// Draws what has changed, in the midst of a handler.
     virtual void repaint() = 0;
+    /// The user's desktop ends, and nobody answers any more: what stands open for an answer is closed as by
+    /// its close box, and what comes later answers so at once.
+    virtual void stop_waiting() = 0;
+    /// True from then on.
+    virtual bool deserted() const = 0;
     /// Waits while the windows stay alive, for a step of an animation.
     virtual void pause(int milliseconds) = 0;
     /// Ends the process after the handlers that are running.
@@ -173,6 +178,8 @@ struct Platform {
     std::string program_directory;
     /// The folder of what came with the program and stays as it is (the guide, the licences), likewise.
     std::string shipped_directory;
+    /// The folder of what is kept from one session to the next and is no setting, likewise; it may not exist.
+    std::string state_directory;
     /// The platform's separator between folders.
     char separator = '/';
 };

@@ -80,6 +80,7 @@ bool Program::unload(Form& form, UnloadReason reason) {
     if (slot() == forms_.end()) return true; // already gone
     const auto alive = form.shared_from_this();
     if (FormLife::refuses(form, reason)) return false;
+    if (slot() == forms_.end()) return true; // gone while it was asking: the desktop has ended
     FormLife::unload(form, reason);
     if (const auto it = slot(); it != forms_.end()) it->second.reset();
     platform_.windows.close(form);

@@ -73,6 +73,8 @@ void MDIForm1::set_texts() {
 }
 
 bool MDIForm1::on_query_unload(UnloadReason reason) {
+    if (closing_) return true; // under a box of the closing that goes on
+    closing_ = true;
     close_session(program_, reason);
     return false;
 }

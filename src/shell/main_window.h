@@ -96,6 +96,7 @@ private:
 
     Program& program_;
     bool sliding_ = false;
+    bool closing_ = false;
 };
 
 /// The numbers of the commands of the side panel.

@@ -112,6 +112,8 @@ void close_session(Program& program, UnloadReason reason) {
     SessionFields& session = program.session();
     const bool desktop_ends = reason == UnloadReason::shut_down;
     skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::code); });
+    // The user wanted it saved, and it could not be: the closing goes on all the same.
+    if (auto* letterhead = program.loaded<frmIntestazioneFatture>()) letterhead->keep_unsaved();
     for (TextBox* field : {&session.txtDatabaseRoute, &session.txtProfessione, &session.txt_IVA_default,
                            &session.txt_Ritenuta_default, &session.txt_RitenutaSu_default,
                            &session.txt_RIVALSA_default, &session.txtPercorsoLogo}) {
@@ -141,6 +143,7 @@ void UnloadAllForms(Program& program, UnloadReason reason) {
 }
 
 void end_with_desktop(Program& program) {
+    program.platform().windows.stop_waiting();
     MDIForm1* const main = program.loaded<MDIForm1>();
     if (main && main->session.loaded) {
         main->unload(UnloadReason::shut_down);

@@ -22,8 +22,8 @@ void load_session(Program& program);
 /// closing, counts the session, closes the database and backs it up. A failing step is skipped.
 void close_session(Program& program, UnloadReason reason);
 
-/// The user's desktop ends while the program runs: the main window closes as it always does. A session whose
-/// settings have not been read yet has nothing to save and ends as it is.
+/// The user's desktop ends while the program runs: the main window closes as it always does, but waits for no
+/// answer. A session whose settings have not been read yet has nothing to save and ends as it is.
 void end_with_desktop(Program& program);
 
 /// Reads the name of the invoicing person or company.

@@ -195,24 +195,161 @@ TEST_F(DatabaseTools, RestoreMovesToTheRestoredFile) {
     EXPECT_TRUE(fs::exists(database_path)) << "the old file stays";
 }
 
-TEST_F(DatabaseTools, AFailedRestoreLeavesTheConnectionClosed) {
-    form().CheckBoxRipristinaBackup.click();
-    windows().expect_modal("frmRipristinaBackup", [](Form& dialog) {
-        dynamic_cast<frmRipristinaBackup&>(dialog).Text1.type("ripreso");
-    });
-    boxes().expect("Si conferma l'operazione di ripristino?", Answer::yes);
-    form().Command5.click(); // no file was chosen
-    EXPECT_FALSE(connected());
-    EXPECT_EQ(main().session.txtDatabaseRoute.text(), database_path);
-    EXPECT_EQ(fake.copy_dialog.failures.size(), 1U) << "the copy itself says why";
+TEST_F(DatabaseTools, ABackupIsFoundAgainByItsExtension) {
+    const struct {
+        std::string typed, saved;
+    } cases[] = {{in_folder("copia"), in_folder("copia.bak")},
+                 {in_folder("copia.mdb"), in_folder("copia.mdb.bak")},
+                 {in_folder("Copia.BAK"), in_folder("Copia.BAK")},
+                 {in_folder("modelli"), in_folder("modelli/tarvello.bak")},
+                 {in_folder("modelli/"), in_folder("modelli/tarvello.bak")}};
+    form().CheckBoxBackup.click();
+    for (const auto& c : cases) {
+        form().TxtDestinazioneBackup.set_text(c.typed);
+        boxes().expect("Impostazioni di backup salvate.");
+        form().cmdSaveBackupSettings.click();
+        EXPECT_EQ(form().TxtDestinazioneBackup.text(), c.saved);
+        EXPECT_EQ(fake.settings.get("TxtDestinazioneBackup"), c.saved);
+    }
 }
 
-TEST_F(DatabaseTools, ACopyThatFailsReopensTheDatabase) {
+TEST_F(DatabaseTools, AnAutomaticBackupCostsNoOtherArchiveAndNoLastCopyThatOpens) {
+    database_with("copia.bak", "Bruno");
+    const std::string of_another = bytes_of(in_folder("copia.bak"));
+    given_customer({{"Nome", "Anna"}});
+    program->database().dbConnection.close();
+    main().session.TxtDestinazioneBackup.set_text(in_folder("copia.bak"));
+    EXPECT_TRUE(EseguiBackupAutomatico(*program));
+    EXPECT_EQ(bytes_of(in_folder("copia.bak")), bytes_of(database_path));
+    EXPECT_EQ(bytes_of(in_folder("copia-2006-03-05.bak")), of_another);
+
+    const std::string last = bytes_of(in_folder("copia.bak"));
+    std::ofstream(database_path) << "rovinato";
+    boxes().expect({"L'archivio\n" + database_path + "\nnon si apre più. Impossibile aprire il database \"" +
+                        database_path +
+                        "\": il file non è un database.\n\nLa copia precedente è stata conservata:\n" +
+                        in_folder("copia-2006-03-05-2.bak"),
+                    "Tarvello 4", BoxIcon::exclamation});
+    EXPECT_TRUE(EseguiBackupAutomatico(*program));
+    EXPECT_EQ(bytes_of(in_folder("copia.bak")), "rovinato");
+    EXPECT_EQ(bytes_of(in_folder("copia-2006-03-05-2.bak")), last);
+    EXPECT_TRUE(EseguiBackupAutomatico(*program)) << "a copy that does not open is no loss";
+}
+
+/// A restore that brings no archive: what is true is told, and the way back offered.
+struct RestoreThatDidNotHappen : DatabaseTools {
+    MessageBox offer(const std::string& truth) {
+        return {truth + "\n\nL'archivio di prima è intatto. Riaprirlo?\n" + database_path, "Tarvello 4",
+                BoxIcon::question, BoxButtons::yes_no, 1};
+    }
+    void restore_as(const std::string& name) {
+        windows().expect_modal("frmRipristinaBackup", [name](Form& dialog) {
+            dynamic_cast<frmRipristinaBackup&>(dialog).Text1.type(name);
+        });
+        boxes().expect("Si conferma l'operazione di ripristino?", Answer::yes);
+    }
+    void expect_report(const std::string& name) {
+        boxes().expect("Ripristino file di backup completato.\nOrigine Dati:      " + in_folder("copia.bak") +
+                       "\nDestinazione:    " + in_folder(name));
+    }
+};
+
+TEST_F(RestoreThatDidNotHappen, WhatTheUserGaveUpIsUntouchedAndTheFormerArchiveOpensAgain) {
+    database_with("copia.bak", "Bruno");
+    const std::string other = database_with("altro.mdb", "Carla");
+    given_customer({{"Nome", "Anna"}});
+    choose_backup(in_folder("copia.bak"));
+    fake.copy_dialog.answer_replace = false;
+    const std::string untouched = "Il ripristino non è stato fatto: il file\n" + other +
+                                  "\nnon è stato toccato, ed è ora l'archivio aperto.";
+    for (const Answer answer : {Answer::yes, Answer::no}) {
+        restore_as("altro.mdb");
+        expect_report("altro.mdb");
+        boxes().expect(offer(untouched), answer);
+        form().Command5.click();
+        EXPECT_EQ(first_customer(), answer == Answer::yes ? "Anna" : "Carla");
+        EXPECT_EQ(main().session.txtDatabaseRoute.text(), answer == Answer::yes ? database_path : other);
+        EXPECT_EQ(form().txtPercorsoDatabase.text(), main().session.txtDatabaseRoute.text());
+    }
+    restore_as("altro.mdb"); // the one that is open now
+    expect_report("altro.mdb");
+    boxes().expect({untouched, "Tarvello 4", BoxIcon::information});
+    form().Command5.click();
+
+    main().session.take_route(database_path);
+    fake.copy_dialog.give_up_at = 0;
+    restore_as("nuovo.mdb");
+    expect_report("nuovo.mdb");
+    boxes().expect(offer("Il ripristino è stato interrotto: il file\n" + in_folder("nuovo.mdb") +
+                         "\nnon è stato creato."),
+                   Answer::yes);
+    form().Command5.click();
+    EXPECT_EQ(first_customer(), "Anna");
+}
+
+TEST_F(RestoreThatDidNotHappen, AFailedOneLeavesTheConnectionClosedUnlessTheUserOpensIt) {
+    form().CheckBoxRipristinaBackup.click();
+    for (const Answer answer : {Answer::no, Answer::yes}) {
+        restore_as("ripreso");
+        boxes().expect(offer("Il ripristino non è stato fatto e nessun archivio è aperto."), answer);
+        form().Command5.click(); // no file was chosen
+        EXPECT_EQ(connected(), answer == Answer::yes);
+        EXPECT_EQ(main().session.txtDatabaseRoute.text(), database_path);
+    }
+    EXPECT_EQ(fake.copy_dialog.failures.size(), 2U) << "the copy itself says why";
+    std::ofstream(database_path) << "rovinato";
+    restore_as("ripreso");
+    boxes().expect(offer("Il ripristino non è stato fatto e nessun archivio è aperto."), Answer::yes);
+    boxes().expect({"L'archivio\n" + database_path + "\nnon si apre.", "Tarvello 4", BoxIcon::critical});
+    form().Command5.click();
+}
+
+TEST_F(RestoreThatDidNotHappen, ACopyThatIsNoArchiveIsToldAsOne) {
+    std::ofstream(in_folder("copia.bak")) << "un testo";
+    choose_backup(in_folder("copia.bak"));
+    const std::string reason =
+        "Impossibile aprire il database \"" + in_folder("copia.bak") + "\": il file non è un database.";
+    restore_as("ripreso");
+    expect_report("ripreso");
+    boxes().expect(offer("Il file ripristinato non si apre come archivio. " + reason), Answer::yes);
+    form().Command5.click();
+    EXPECT_TRUE(connected());
+
+    restore_as("tarvello.mdb");
+    boxes().expect(offer("Il ripristino non è stato fatto: il file\n" + database_path +
+                         "\nnon è stato toccato. Nessun archivio è aperto."),
+                   Answer::yes);
+    form().Command5.click();
+    EXPECT_TRUE(connected());
+    EXPECT_NE(fake.copy_dialog.failures.at(0).find(reason), std::string::npos);
+
+    form().CheckBoxImportaEsporta.click();
+    form().txtOrigine.set_text(in_folder("copia.bak"));
+    form().txtDest.set_text(in_folder("esportato"));
+    boxes().expect_any();
+    boxes().expect(
+        {"Il file copiato non si apre come archivio. " + reason, "Tarvello 4", BoxIcon::exclamation});
+    form().cmdImpExp.click();
+}
+
+TEST_F(DatabaseTools, ACopyThatFailsOrIsGivenUpReopensTheDatabase) {
     form().CheckBoxImportaEsporta.click();
     form().cmdImpExp.click(); // the prompts are no paths
     EXPECT_EQ(fake.copy_dialog.failures.size(), 1U);
     EXPECT_TRUE(connected());
     EXPECT_TRUE(main().session.mnuChiudiDatabase.enabled());
+
+    const std::string other = database_with("altro.mdb", "Carla");
+    fake.copy_dialog.answer_replace = false;
+    form().txtOrigine.set_text(other);
+    form().txtDest.set_text(database_path);
+    boxes().expect("Copia file completata\nOrigine Dati:      " + other +
+                   "\nDestinazione:    " + database_path);
+    boxes().expect({"La copia non è stata fatta: il file\n" + database_path + "\nnon è stato toccato.",
+                    "Tarvello 4", BoxIcon::information});
+    form().cmdImpExp.click();
+    EXPECT_TRUE(connected());
+    EXPECT_EQ(first_customer(), "");
 }
 
 } // namespace

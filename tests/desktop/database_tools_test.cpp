@@ -127,13 +127,16 @@ protected:
     static std::string below(const std::string& path) {
         return "Impossibile scrivere il file \"" + path + "\": una parte del percorso non è una cartella.";
     }
+    void expect_offer_of(const std::string& truth, Answer answer) {
+        user.expect_box(truth + "\n\nL'archivio di prima è intatto. Riaprirlo?\n" + database, answer);
+    }
     static std::string done(const std::string& headline, const std::string& from, const std::string& to) {
         return headline + "\nOrigine Dati:      " + from + "\nDestinazione:    " + to;
     }
     /// A copy that fails leaves nothing of itself behind.
     void expect_no_debris() {
         for (const auto& entry : fs::directory_iterator(program_folder())) {
-            EXPECT_NE(entry.path().extension(), ".parziale") << entry.path();
+            EXPECT_EQ(entry.path().string().find("parziale"), std::string::npos) << entry.path();
         }
     }
 };
@@ -259,6 +262,9 @@ TEST_F(DatabaseToolsOnScreen, ABackupIsRestoredOverTheOpenDatabase) {
         restore_as("tarvello.mdb");
         expect_question_of(database, Answer::yes);
         user.expect_box(full(database));
+        expect_offer_of("Il ripristino non è stato fatto: il file\n" + database +
+                            "\nnon è stato toccato. Nessun archivio è aperto.",
+                        Answer::no);
         user.click(tools, "Command5");
         user.expect_none_left();
     }
@@ -267,9 +273,11 @@ TEST_F(DatabaseToolsOnScreen, ABackupIsRestoredOverTheOpenDatabase) {
     EXPECT_FALSE(connected()) << "until the user opens one again";
     restore_as("Comuni.mdb/ripreso.mdb");
     user.expect_box(below(in_program("Comuni.mdb/ripreso.mdb")));
+    expect_offer_of("Il ripristino non è stato fatto e nessun archivio è aperto.", Answer::yes);
     user.click(tools, "Command5");
     user.expect_none_left();
     EXPECT_EQ(route(), database);
+    EXPECT_TRUE(connected());
 
     restore_as("tarvello.mdb");
     expect_question_of(database, Answer::yes);
@@ -314,6 +322,7 @@ TEST_F(DatabaseToolsOnScreen, DatabasesAreImportedAndExported) {
 
     expect_question_of(database, Answer::no); // giving up is no failure
     user.expect_box(done("Copia file completata", other, database));
+    user.expect_box("La copia non è stata fatta: il file\n" + database + "\nnon è stato toccato.");
     copy_from_to(other, database);
     EXPECT_EQ(newest_customer(), "(none)");
     expect_question_of(database, Answer::yes);
@@ -378,6 +387,8 @@ TEST_F(DatabaseToolsOnScreen, AnotherDatabaseIsChosen) {
     user.expect_box("Nuovo database caricato.");
     choose_database(other);
     finish();
+    EXPECT_NE(bytes_of(settings_file()).find("text\t\\p/altro.mdb\n"), std::string::npos)
+        << "a portable program takes the route along";
     start();
     EXPECT_EQ(route(), other);
     open_tools(choice_page);

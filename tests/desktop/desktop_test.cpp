@@ -308,7 +308,8 @@ UserFolders::UserFolders() {
     const QString run = to_qt(path("run"));
     QFile::setPermissions(run, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     const QProcessEnvironment own = environment();
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+    for (const char* name :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
         qputenv(name, own.value(QString::fromLatin1(name)).toUtf8());
     }
 }
@@ -322,6 +323,7 @@ QProcessEnvironment UserFolders::environment() const {
     environment.insert("HOME", to_qt(path("home")));
     environment.insert("XDG_CONFIG_HOME", to_qt(path("config")));
     environment.insert("XDG_DATA_HOME", to_qt(path("data")));
+    environment.insert("XDG_STATE_HOME", to_qt(path("state")));
     environment.insert("XDG_RUNTIME_DIR", to_qt(path("run")));
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("LC_ALL", "C");

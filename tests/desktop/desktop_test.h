@@ -135,6 +135,7 @@ protected:
     Program& program() { return *program_; }
     qt::QtPlatform& platform() { return *platform_; }
     std::string program_folder() const { return folders_.path("program"); }
+    std::string settings_file() const { return folders_.path("config") + "/tarvello/impostazioni"; }
 
     UserFolders folders_;
     DesktopUser user;

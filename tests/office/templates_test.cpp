@@ -30,6 +30,7 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
                              platform.regional,
                              platform.program_directory,
                              platform.shipped_directory,
+                             platform.state_directory,
                              platform.separator};
         program = std::make_unique<Program>(with_office);
         program->form<MDIForm1>();

@@ -220,6 +220,90 @@ TEST_F(Session, TheEndOfTheDesktopIsAClosing) {
     EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), "3");
 }
 
+TEST_F(Session, TheClosingRunsOnceWhateverComesWhileABoxStands) {
+    given_database();
+    set("TxtDestinazioneBackup", in_directory("nessuna/cartella/copia.bak"));
+    fake.settings.set("CheckBoxBackup", "value", "1");
+    const std::function<void()> events[] = {[&] { main().close_by_user(); },
+                                            [&] { end_with_desktop(*program); }};
+    for (std::size_t i = 0; i < std::size(events); ++i) {
+        restart();
+        load_session(*program);
+        fake.boxes.meanwhile = events[i];
+        fake.boxes.expect(failed_backup);
+        main().close_by_user();
+        fake.boxes.expect_none_left();
+        EXPECT_TRUE(fake.windows.has_quit);
+        EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), i == 0 ? "3" : "4");
+    }
+}
+
+TEST_F(Session, AtTheEndOfTheDesktopNothingWaitsAndWhatWasTypedIsKept) {
+    given_database();
+    set("TxtDestinazioneBackup", in_directory("nessuna/cartella/copia.bak"));
+    fake.settings.set("CheckBoxBackup", "value", "1");
+    // By itself; and under the question of a closing by hand, which would then be answered by nobody.
+    for (const bool by_hand : {false, true}) {
+        restart();
+        load_session(*program);
+        program->form<frmIntestazioneFatture>().Text1[1].type("Via Roma");
+        if (by_hand) {
+            fake.boxes.meanwhile = [&] { end_with_desktop(*program); };
+            fake.boxes.expect("Le impostazioni sono state modificate.Salvare le modifiche?", Answer::yes);
+            main().mnuFileExit.click();
+        } else {
+            end_with_desktop(*program);
+        }
+        fake.boxes.deserted = false;
+        EXPECT_EQ(fake.settings.get("txtDatabaseRoute"), in_directory("tarvello.mdb")) << "the backup failed";
+        EXPECT_EQ(fake.settings.get("txtContatoreAccessi"), by_hand ? "4" : "3");
+        EXPECT_EQ(program->loaded<frmIntestazioneFatture>(), nullptr);
+
+        restart();
+        load_session(*program);
+        fake.boxes.expect_any(Answer::yes);
+        auto& form = program->form<frmIntestazioneFatture>();
+        EXPECT_NE(fake.boxes.last().text.find("le modifiche all'intestazione non erano salvate"),
+                  std::string::npos);
+        EXPECT_EQ(form.Text1[1].text(), "Via Roma");
+        EXPECT_TRUE(form.Command1[0].enabled());
+    }
+}
+
+TEST_F(Session, EditsThatCouldNotBeSavedAtClosingAreOfferedAgain) {
+    given_database();
+    load_session(*program);
+    auto& typed = program->form<frmIntestazioneFatture>();
+    typed.Text1[2].type("06");
+    typed.txtDescrizione.set_text("a\tb è\\\nc");
+    typed.txtBanca[3].type("000123");
+    fake.boxes.expect("Le impostazioni sono state modificate.Salvare le modifiche?", Answer::yes);
+    fake.boxes.expect("Inserire indirizzo della Ditta");
+    program->NomeIntestatario = "Studio";
+    typed.Text1[0].set_text("Studio");
+    main().close_by_user();
+    EXPECT_TRUE(fake.windows.has_quit);
+    EXPECT_EQ(std::filesystem::status(in_directory("stato/bozze/frmIntestazioneFatture")).permissions(),
+              std::filesystem::perms{0600});
+
+    // Not in another archive; and once only, whatever the answer.
+    make_database(in_directory("altro.mdb"));
+    set("txtDatabaseRoute", in_directory("altro.mdb"));
+    restart();
+    load_session(*program);
+    EXPECT_EQ(program->form<frmIntestazioneFatture>().Text1[2].text(), "");
+    set("txtDatabaseRoute", in_directory("tarvello.mdb"));
+    for (const bool offered : {true, false}) {
+        restart();
+        load_session(*program);
+        if (offered) fake.boxes.expect_any(Answer::yes);
+        auto& form = program->form<frmIntestazioneFatture>();
+        EXPECT_EQ(form.Text1[2].text(), offered ? "06" : "");
+        EXPECT_EQ(form.txtDescrizione.text(), offered ? "a\tb è\\\nc" : "");
+        EXPECT_EQ(form.txtBanca[3].text(), offered ? "000123" : "");
+    }
+}
+
 TEST_F(Session, TheSplashCannotBeClosedByHand) {
     start_program(*program);
     program->form<frmSplash>().close_by_user();

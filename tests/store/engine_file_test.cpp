@@ -11,21 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-/// While it lives the super-user, as whom tests may run, is nobody: permissions count again.
-class AsOrdinaryUser {
-public:
-    AsOrdinaryUser() {
-        constexpr uid_t nobody = 65534;
-        EXPECT_TRUE(!was_root_ || ::seteuid(nobody) == 0);
-    }
-    ~AsOrdinaryUser() { EXPECT_TRUE(!was_root_ || ::seteuid(0) == 0); }
-    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
-    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
-
-private:
-    const bool was_root_ = ::geteuid() == 0;
-};
-
 class EngineFileTest : public ::testing::TestWithParam<EngineKind>, protected FileOfInvoices {
 protected:
     EngineFileTest() : FileOfInvoices(GetParam()) {}

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 namespace tarvello::testing {
 
 /// A folder of the test's own, gone when the test is over.
@@ -26,6 +28,21 @@ public:
     std::vector<std::string> names() const;
 
     std::filesystem::path path;
+};
+
+/// While it lives the super-user, as whom tests may run, is nobody: permissions count again.
+class AsOrdinaryUser {
+public:
+    AsOrdinaryUser() {
+        constexpr uid_t nobody = 65534;
+        EXPECT_TRUE(!was_root_ || ::seteuid(nobody) == 0);
+    }
+    ~AsOrdinaryUser() { EXPECT_TRUE(!was_root_ || ::seteuid(0) == 0); }
+    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
+    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
+
+private:
+    const bool was_root_ = ::geteuid() == 0;
 };
 
 std::string bytes_of(const std::string& path);

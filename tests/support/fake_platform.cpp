@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 namespace tarvello::testing {
 
@@ -34,9 +35,11 @@ void FakeBoxes::expect_none_left() {
 
 Answer FakeBoxes::show(const MessageBox& box) {
     last_ = box;
+    const bool question = box.buttons == BoxButtons::yes_no;
+    if (deserted) return question ? Answer::no : box.buttons == BoxButtons::ok ? Answer::ok : Answer::cancel;
     if (expected_.empty()) {
         ADD_FAILURE() << "unexpected box: " << box.text;
-        return box.buttons == BoxButtons::yes_no ? Answer::no : Answer::ok;
+        return question ? Answer::no : Answer::ok;
     }
     const Expected expected = expected_.front();
     expected_.pop_front();
@@ -49,7 +52,8 @@ Answer FakeBoxes::show(const MessageBox& box) {
         EXPECT_EQ(box.buttons, expected.box.buttons) << box.text;
         EXPECT_EQ(box.default_button, expected.box.default_button) << box.text;
     }
-    return expected.answer;
+    if (const auto act = std::exchange(meanwhile, {})) act();
+    return deserted && question ? Answer::no : expected.answer;
 }
 
 // Dialogs
@@ -179,6 +183,7 @@ FakePlatform::FakePlatform() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tarvello-XXXXXX").string();
     if (!::mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder: " << pattern;
     program_directory = pattern;
+    windows.boxes = &boxes;
     std::filesystem::create_directory(program_directory + "/modelli"); // as it is installed
 }
 
@@ -188,8 +193,21 @@ FakePlatform::~FakePlatform() {
 }
 
 Platform FakePlatform::platform() {
-    return {boxes,       dialogs,  settings,       clock,   desktop,  windows,           files,
-            copy_dialog, pictures, word_processor, reports, regional, program_directory, program_directory,
+    return {boxes,
+            dialogs,
+            settings,
+            clock,
+            desktop,
+            windows,
+            files,
+            copy_dialog,
+            pictures,
+            word_processor,
+            reports,
+            regional,
+            program_directory,
+            program_directory,
+            program_directory + "/stato",
             '/'};
 }
 

@@ -33,6 +33,10 @@ public:
     void expect_none_left();
     /// The last box that was shown.
     const MessageBox& last() const { return last_; }
+    /// What happens while the next box stands.
+    std::function<void()> meanwhile;
+    /// Nobody answers: boxes answer as their close box does, expected or not.
+    bool deserted = false;
 
     Answer show(const MessageBox& box) override;
 
@@ -114,6 +118,7 @@ public:
     std::vector<std::string> shown;
     Pointer pointer = Pointer::normal;
     bool has_quit = false;
+    FakeBoxes* boxes = nullptr;
 
     void show(Form& form) override;
     void show_modal(Form& form) override;
@@ -121,6 +126,8 @@ public:
     void set_pointer(Pointer to) override { pointer = to; }
     void repaint() override {}
     void pause(int) override {}
+    void stop_waiting() override { boxes->deserted = true; }
+    bool deserted() const override { return boxes->deserted; }
     void quit() override { has_quit = true; }
     [[noreturn]] void abort() override { throw ProcessEnded{}; }
 

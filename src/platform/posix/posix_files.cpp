@@ -1,140 +1,22 @@
 #include "platform/posix/posix_files.h"
 
-#include "failure.h"
+#include "platform/posix/error_words.h"
+#include "platform/posix/new_file.h"
+#include "platform/posix/source_file.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
+#include <cstdio>
 #include <ctime>
 #include <filesystem>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <sys/statvfs.h>
 
 namespace tarvello {
 namespace {
-
-/// How much is copied between two looks at the progress.
-constexpr std::size_t piece = std::size_t{8} << 20;
-
-std::string reason(int error) {
-    switch (error) {
-    case ENOENT:
-        return "il file o la cartella non esiste";
-    case ENOTDIR:
-        return "una parte del percorso non è una cartella";
-    case EACCES:
-    case EPERM:
-        return "non si hanno i permessi necessari";
-    case EROFS:
-        return "il disco è protetto da scrittura";
-    case ENOSPC:
-    case EDQUOT:
-        return "lo spazio sul disco è esaurito";
-    case EFBIG:
-        return "il file è troppo grande";
-    case EISDIR:
-        return "è una cartella";
-    case ENAMETOOLONG:
-        return "il nome è troppo lungo";
-    case EIO:
-        return "il disco non risponde correttamente";
-    default:
-        return std::strerror(error);
-    }
-}
-
-Failure file_failure(int error, const std::string& what, const std::string& path) {
-    const int number = error == ENOENT ? failure_number::file_not_found : failure_number::file_access;
-    return {number, "File", what + " \"" + path + "\": " + reason(error) + "."};
-}
-
-/// An open file, closed at the end.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) ::close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int operator*() const { return number_; }
-    explicit operator bool() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
-
-/// A file in the making beside its destination, under a fixed name: what a kill leaves behind is taken up by
-/// the next attempt. Nothing of it is seen until it takes its place.
-class NewFile {
-public:
-    explicit NewFile(const std::string& destination)
-        : path_(target_of(destination)), temporary_(path_ + ".parziale"), file_(create()) {}
-    ~NewFile() {
-        if (!placed_) ::unlink(temporary_.c_str());
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    int descriptor() const { return *file_; }
-
-    void write(const char* data, std::size_t size) {
-        while (size > 0) {
-            const ssize_t written = ::write(*file_, data, size);
-            if (written < 0 && errno == EINTR) continue;
-            if (written < 0) throw failure(errno);
-            data += written;
-            size -= static_cast<std::size_t>(written);
-        }
-    }
-
-    /// Flushes the file, puts it in its place and flushes the folder.
-    void place() {
-        if (::fsync(*file_) != 0) throw failure(errno);
-        if (::rename(temporary_.c_str(), path_.c_str()) != 0) throw failure(errno);
-        placed_ = true;
-        const std::string folder = std::filesystem::path(path_).parent_path().string();
-        const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        // Not every file system can flush a folder; the file itself is safe by now.
-        if (opened) ::fsync(*opened);
-    }
-
-    Failure failure(int error) const { return file_failure(error, "Impossibile scrivere il file", path_); }
-
-private:
-    /// A link at the destination stays: what it points to is replaced.
-    static std::string target_of(const std::string& destination) {
-        struct stat status {};
-        if (::lstat(destination.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return destination;
-        std::error_code dangling;
-        const auto target = std::filesystem::canonical(destination, dangling);
-        return dangling ? destination : target.string();
-    }
-
-    int create() const {
-        struct stat status {};
-        const bool there = ::stat(path_.c_str(), &status) == 0;
-        if (there && !S_ISREG(status.st_mode)) throw failure(S_ISDIR(status.st_mode) ? EISDIR : EPERM);
-        // A file that the user has made read-only is not replaced behind the user's back.
-        if (there && ::access(path_.c_str(), W_OK) != 0) throw failure(errno);
-        const mode_t mode = there ? status.st_mode & 0777 : 0666;
-        const int made =
-            ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, mode);
-        if (made < 0) throw failure(errno);
-        return made;
-    }
-
-    std::string path_;
-    std::string temporary_;
-    Descriptor file_;
-    bool placed_ = false;
-};
 
 std::optional<DateTime> local_time(const timespec& time) {
     if (time.tv_sec == 0) return std::nullopt;
@@ -166,22 +48,37 @@ std::vector<std::string> names_in(const std::string& folder, const std::string& 
     return names;
 }
 
-/// One piece from file to file, inside the kernel where it can. @return bytes copied, 0 at the end
-ssize_t copy_piece(int from, int to, std::vector<char>& buffer) {
-    if (buffer.empty()) {
-        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, piece, 0);
-        if (copied >= 0) return copied;
-        if (errno != EXDEV && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP && errno != EBADF)
-            return copied;
-        buffer.resize(piece); // this pair of file systems cannot: from here on through memory
-    }
-    const ssize_t got = ::read(from, buffer.data(), buffer.size());
-    for (ssize_t put = 0; put < got;) {
-        const ssize_t written = ::write(to, buffer.data() + put, static_cast<std::size_t>(got - put));
-        if (written < 0 && errno != EINTR) return written;
-        if (written > 0) put += written;
-    }
-    return got;
+/// What a document of the user's gets, before his umask.
+constexpr mode_t usual_file = 0666;
+
+class PosixPendingCopy final : public PendingCopy {
+public:
+    PosixPendingCopy(const std::string& destination, mode_t rights) : file(destination, rights) {}
+    const std::string& path() const override { return file.path(); }
+    const std::string& destination() const override { return file.destination(); }
+    void place() override { file.place(); }
+
+    NewFile file;
+};
+
+void write_whole(const std::string& path, mode_t rights, const std::string& content) {
+    NewFile file(path, rights);
+    file.write(content);
+    file.finish();
+    file.place();
+}
+
+void need_two_files(const std::string& source, const std::string& destination) {
+    std::error_code not_there;
+    if (!std::filesystem::equivalent(source, destination, not_there) || not_there) return;
+    throw Failure(failure_number::file_access, "File",
+                  "Impossibile copiare il file \"" + source + "\" su se stesso.");
+}
+
+/// The copy shows when its content was last changed, not when it was copied.
+void take_times(int file, const struct stat& of) {
+    const timespec times[] = {of.st_atim, of.st_mtim};
+    ::futimens(file, times);
 }
 
 } // namespace
@@ -196,7 +93,7 @@ std::optional<FileFacts> PosixFiles::facts(const std::string& path) {
     FileFacts facts;
     facts.folder = S_ISDIR(status.stx_mode);
     facts.size = facts.folder ? 0 : status.stx_size;
-    facts.read_only = ::access(path.c_str(), W_OK) != 0;
+    facts.read_only = write_obstacle(path) != 0;
     facts.compressed = (status.stx_attributes & STATX_ATTR_COMPRESSED) != 0;
     if (status.stx_mask & STATX_BTIME) facts.created = local(status.stx_btime);
     facts.accessed = local(status.stx_atime);
@@ -220,70 +117,106 @@ std::vector<std::string> PosixFiles::folders_in(const std::string& folder) {
 }
 
 std::string PosixFiles::read(const std::string& path) {
-    const auto failure = [&](int error) { return file_failure(error, "Impossibile leggere il file", path); };
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file) throw failure(errno);
+    const SourceFile file(path);
     std::string content;
     std::vector<char> buffer(std::size_t{64} << 10);
-    for (;;) {
-        const ssize_t got = ::read(*file, buffer.data(), buffer.size());
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw failure(errno);
-        if (got == 0) return content;
-        content.append(buffer.data(), static_cast<std::size_t>(got));
-    }
+    while (const std::size_t got = file.read(buffer)) content.append(buffer.data(), got);
+    return content;
 }
 
 void PosixFiles::write(const std::string& path, const std::string& content) {
-    NewFile file(path);
-    file.write(content.data(), content.size());
-    file.place();
+    write_whole(path, usual_file, content);
 }
 
-void PosixFiles::make_folder(const std::string& path) {
-    std::error_code error;
-    std::filesystem::create_directories(path, error);
-    if (error) throw file_failure(error.value(), "Impossibile creare la cartella", path);
+void PosixFiles::write_private(const std::string& path, const std::string& content) {
+    write_whole(path, private_file, content);
 }
+
+void PosixFiles::make_folder(const std::string& path) { make_folders(path, private_folder); }
 
 bool PosixFiles::copy(const std::string& source, const std::string& destination,
                       const CopyProgress& progress) {
-    const auto cannot_read = [&](int error) {
-        return file_failure(error, "Impossibile leggere il file", source);
-    };
-    const Descriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!from) throw cannot_read(errno);
-    struct stat status {};
-    if (::fstat(*from, &status) != 0) throw cannot_read(errno);
-    if (!S_ISREG(status.st_mode)) throw cannot_read(S_ISDIR(status.st_mode) ? EISDIR : EPERM);
-    std::error_code not_there;
-    if (std::filesystem::equivalent(source, destination, not_there) && !not_there) {
-        throw Failure(failure_number::file_access, "File",
-                      "Impossibile copiare il file \"" + source + "\" su se stesso.");
-    }
+    const auto copy = prepare_copy(source, destination, progress);
+    if (copy) copy->place();
+    return copy != nullptr;
+}
 
-    NewFile to(destination);
-    const auto total = static_cast<std::uint64_t>(status.st_size);
+std::unique_ptr<PendingCopy> PosixFiles::prepare_copy(const std::string& source,
+                                                      const std::string& destination,
+                                                      const CopyProgress& progress) {
+    const SourceFile from(source);
+    need_two_files(source, destination);
+    // What nobody else may read stays so; and the user may write a copy of what he may only read.
+    const mode_t rights = (from.status().st_mode & 0777) | private_file;
+    auto copy = std::make_unique<PosixPendingCopy>(destination, rights);
+    NewFile& to = copy->file;
     // The room is taken first, so that a full disk is known at once and the file lies in one piece.
-    if (total > 0 && ::fallocate(to.descriptor(), FALLOC_FL_KEEP_SIZE, 0, status.st_size) != 0 &&
+    if (from.size() > 0 && ::fallocate(to.descriptor(), FALLOC_FL_KEEP_SIZE, 0, from.status().st_size) != 0 &&
         (errno == ENOSPC || errno == EFBIG || errno == EDQUOT)) {
         throw to.failure(errno);
     }
-    std::vector<char> buffer;
-    std::uint64_t done = 0;
-    for (;;) {
-        if (progress && !progress(done, total)) return false;
-        const ssize_t copied = copy_piece(*from, to.descriptor(), buffer);
-        if (copied < 0 && errno == EINTR) continue;
-        if (copied < 0) throw to.failure(errno);
-        if (copied == 0) break;
-        done += static_cast<std::uint64_t>(copied);
+    if (!from.copy_to(to.descriptor(), to.destination(), progress)) return nullptr;
+    take_times(to.descriptor(), from.status());
+    to.finish();
+    return copy;
+}
+
+void PosixFiles::overwrite(const std::string& source, const std::string& destination,
+                           const CopyProgress& progress) {
+    const auto failure = [&](int error) {
+        return file_failure(error, "Impossibile scrivere il file", destination);
+    };
+    const SourceFile from(source);
+    need_two_files(source, destination);
+    if (const int error = write_obstacle(destination)) throw failure(error);
+    const Descriptor to(
+        uninterrupted([&] { return ::open(destination.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC); }));
+    struct stat status {};
+    if (!to || ::fstat(*to, &status) != 0) throw failure(errno);
+    if (!S_ISREG(status.st_mode)) throw failure(EINVAL);
+    // Nothing is gained by giving up half-way.
+    const CopyProgress watch = [&](std::uint64_t done, std::uint64_t total) {
+        if (progress) progress(done, total);
+        return true;
+    };
+    from.copy_to(*to, destination, watch);
+    if (uninterrupted([&] { return ::ftruncate(*to, from.status().st_size); }) != 0) throw failure(errno);
+    take_times(*to, from.status());
+    if (uninterrupted([&] { return ::fsync(*to); }) != 0) throw failure(errno);
+}
+
+std::uint64_t PosixFiles::free_bytes(const std::string& path) {
+    struct statvfs disk {};
+    if (::statvfs(folder_of(path).c_str(), &disk) != 0) return 0;
+    return std::uint64_t{disk.f_bavail} * disk.f_frsize;
+}
+
+bool PosixFiles::keep_as(const std::string& path, const std::string& name) {
+    if (::link(path.c_str(), name.c_str()) != 0) {
+        if (errno == EEXIST) return false;
+        // Sticks and some network folders know one name for a file.
+        if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
+            if (errno == EEXIST) return false;
+            const bool unknown = errno == EINVAL || errno == ENOSYS;
+            if (unknown && exists(name)) return false;
+            if (!unknown || ::rename(path.c_str(), name.c_str()) != 0)
+                throw file_failure(errno, "Impossibile mettere da parte il file", path);
+        }
     }
-    // The copy shows when its content was last changed, not when it was copied.
-    const timespec times[] = {status.st_atim, status.st_mtim};
-    ::futimens(to.descriptor(), times);
-    to.place();
+    if (const int error = sync_folder(folder_of(name)))
+        throw file_failure(error, "Impossibile mettere da parte il file", path);
     return true;
+}
+
+void PosixFiles::remove(const std::vector<std::string>& paths) {
+    const char* const cannot = "Impossibile togliere il file";
+    for (const std::string& path : paths) {
+        if (::unlink(path.c_str()) == 0) continue;
+        const bool not_there = errno == ENOENT || errno == ENAMETOOLONG;
+        if (!not_there) throw file_failure(errno, cannot, path);
+    }
+    if (paths.empty()) return;
+    if (const int error = sync_folder(folder_of(paths[0]))) throw file_failure(error, cannot, paths[0]);
 }
 
 } // namespace tarvello

@@ -65,6 +65,7 @@ Answer QtBoxes::show(const MessageBox& box) {
         return ok;
     }();
 
+    if (windows_.deserted()) return choices.back().answer;
     const ModalTurn turn;
     const ActiveAgain active_again;
     QMessageBox window(icon_of(box.icon), to_qt(box.caption), {}, QMessageBox::NoButton,
@@ -117,12 +118,14 @@ std::optional<std::string> path_of(QFileDialog& window) {
 } // namespace
 
 std::optional<std::string> QtFileDialogs::open_file(const FileDialog& dialog) {
+    if (windows_.deserted()) return std::nullopt;
     QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
     window.setFileMode(QFileDialog::ExistingFile);
     return path_of(window);
 }
 
 std::optional<std::string> QtFileDialogs::save_file(const FileDialog& dialog) {
+    if (windows_.deserted()) return std::nullopt;
     QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
     window.setAcceptMode(QFileDialog::AcceptSave);
     window.setFileMode(QFileDialog::AnyFile);

@@ -16,15 +16,22 @@ std::string shipped_directory(const std::string& executable_folder);
 /// @param name               file name
 std::string private_file(const std::string& executable_folder, const std::string& name);
 
-/// The folder of the program's data, filled on the first start. It is where the executable lies, if what came
-/// with the program lies there too and the user can write there: a folder that can be carried on a stick.
-/// Else it is one of the user's own.
-///
-/// What is filled in belongs to the user and is never replaced; what he takes away does not come back. The
-/// one exception is the list of municipalities, which he does not write: a newer one takes the place of an
-/// older one, while a list that he brought himself stays.
+/// The folder of the program's data. It is where the executable lies, if what came with the program lies
+/// there too and the user can write there: a folder that can be carried on a stick. Else it is one of the
+/// user's own.
 /// @param executable_folder  where the executable lies
-/// @param users_folder       the one of the user's own; made if it is needed and does not exist
+/// @param users_folder       the one of the user's own
 std::string program_directory(const std::string& executable_folder, const std::string& users_folder);
+
+/// Fills the folder of the program's data on the first start, see platform/posix/first_fill.h. Only for the
+/// one copy of the program that goes on.
+/// @param directory  what program_directory() has said
+void fill_program_directory(const std::string& executable_folder, const std::string& directory);
+
+/// The file of this user's settings.
+std::string settings_path();
+
+/// The folder of what is kept for this user from one session to the next and is no setting.
+std::string state_directory();
 
 } // namespace tarvello::qt

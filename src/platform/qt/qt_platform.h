@@ -3,10 +3,10 @@
 #include "platform/office/office_word_processor.h"
 #include "platform/platform.h"
 #include "platform/posix/posix_files.h"
+#include "platform/posix/settings_file.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/desktop.h"
 #include "platform/qt/report_window.h"
-#include "platform/qt/settings_file.h"
 #include "platform/qt/windows.h"
 
 namespace tarvello::qt {

@@ -254,6 +254,17 @@ void QtWindows::pause(int milliseconds) {
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
+void QtWindows::stop_waiting() {
+    deserted_ = true;
+    // Their own event loops end when control comes back to them. The windows of forms go with their forms.
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<QDialog*>(widget);
+        const auto is_its = [dialog](const Open& open) { return open.frame == dialog; };
+        if (dialog && dialog->isVisible() && std::none_of(open_.begin(), open_.end(), is_its))
+            dialog->reject();
+    }
+}
+
 void QtWindows::quit() {
     ending_ = true;
     // Not QCoreApplication::quit(), which would ask the windows that are left whether they agree.

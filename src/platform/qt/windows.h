@@ -37,7 +37,9 @@ public:
     void pause(int milliseconds) override;
     void quit() override;
     /// The process is about to end: what still runs should not begin anything long.
-    bool ending() const { return ending_; }
+    bool ending() const { return ending_ || deserted_; }
+    void stop_waiting() override;
+    bool deserted() const override { return deserted_; }
     [[noreturn]] void abort() override;
 
     /// The window of a form that is on the screen, without what the desktop or the multi-document area puts
@@ -89,6 +91,7 @@ private:
     std::deque<std::shared_ptr<Form>> waiting_; // shown before there was a main window
     bool hourglass_ = false;
     bool ending_ = false;
+    bool deserted_ = false;
 };
 
 } // namespace tarvello::qt

@@ -12,7 +12,7 @@ namespace tarvello::store::access {
 namespace access_failure {
 inline constexpr int damaged = 3343;
 inline constexpr int file = 3024;
-inline constexpr int in_use = 3045;
+inline constexpr int in_use = failure_number::in_use;
 inline constexpr int not_supported = 3274;
 inline constexpr int password = 3031;
 inline constexpr int read_only = 3027;

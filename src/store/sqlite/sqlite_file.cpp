@@ -218,7 +218,8 @@ void SqliteFile::fail(int code) const {
     // The handle tells more than the code, if the code is its own and not what we found out ourselves.
     const bool own = handle_ && sqlite3_extended_errcode(handle_) == code;
     const char* detail = own ? sqlite3_errmsg(handle_) : sqlite3_errstr(code);
-    throw Failure(failure_number::database, source,
+    const bool in_use = (code & 0xff) == SQLITE_BUSY || (code & 0xff) == SQLITE_LOCKED;
+    throw Failure(in_use ? failure_number::in_use : failure_number::database, source,
                   "Database \"" + path_ + "\": " + meaning(code) + " (" + std::string(detail) + ", " +
                       std::to_string(code) + ").");
 }
