@@ -32,6 +32,10 @@ constexpr std::size_t cancel = 4;
 
 namespace command = customer_command;
 
+/// What was under way, in the form's drafts.
+const char* const draft_new = "nuovo";
+const char* const draft_change = "modifica";
+
 const char* const first_customer = "SELECT TOP 1 * FROM Clienti";
 
 } // namespace
@@ -190,9 +194,15 @@ void frmClienti::ChiudiRecordsetClienti() {
                   [this] { program_.database().rsFatture.close(); });
 }
 
-void frmClienti::show_first_row(const std::string& statement) {
+Recordset& frmClienti::open_customers(const std::string& statement) {
     Recordset& customers = program_.database().rsClienti;
+    if (customers.is_open()) customers.close();
     customers.open(statement, program_.database().dbConnection);
+    return customers;
+}
+
+void frmClienti::show_first_row(const std::string& statement) {
+    Recordset& customers = open_customers(statement);
     CaricaCliente();
     customers.close();
 }
@@ -253,16 +263,12 @@ void frmClienti::page(std::size_t pressed, std::int16_t number) {
     if (pressed == command::first) return show_first_row(first_customer);
     if (pressed == command::last) return show_first_row(highest_customer);
 
-    Recordset& customers = program_.database().rsClienti;
-    Connection& connection = program_.database().dbConnection;
     const std::string n = std::to_string(number);
-    if (pressed == command::previous) {
-        ChiudiRecordsetClienti();
-        customers.open("SELECT * FROM Clienti WHERE Numero_Cliente <=" + n + " ORDER BY Numero_Cliente DESC",
-                       connection);
-    } else {
-        customers.open("SELECT * FROM Clienti WHERE Numero_Cliente>=" + n, connection);
-    }
+    if (pressed == command::previous) ChiudiRecordsetClienti();
+    Recordset& customers =
+        open_customers(pressed == command::previous ? "SELECT * FROM Clienti WHERE Numero_Cliente <=" + n +
+                                                          " ORDER BY Numero_Cliente DESC"
+                                                    : "SELECT * FROM Clienti WHERE Numero_Cliente>=" + n);
     // The first row is the customer on view, if it still exists. Past the last one nothing can be read, and
     // the record on view stays.
     if (!customers.eof()) customers.move_next();
@@ -289,6 +295,7 @@ void frmClienti::new_customer(std::int16_t number) {
         tool_button.set_picture(tool_picture::new_customer);
     }
     InvertiComandi("Salva");
+    draft_.begin();
 }
 
 void frmClienti::change_customer(std::int16_t number) {
@@ -301,6 +308,7 @@ void frmClienti::change_customer(std::int16_t number) {
         button.set_caption("Aggiorna Dati");
         tool_button.set_caption("Aggiorna Dati");
         tool_button.set_picture(tool_picture::save);
+        draft_.begin();
         return;
     }
     if (!ControllaModificaCliente()) return;
@@ -317,6 +325,7 @@ void frmClienti::change_customer(std::int16_t number) {
 }
 
 void frmClienti::cancel() {
+    draft_.give_up();
     ToolButton& new_tool = Toolbar1.button(tool::new_customer);
     ToolButton& change_tool = Toolbar1.button(tool::change);
     new_tool.set_picture(tool_picture::new_customer);
@@ -345,6 +354,39 @@ void frmClienti::cancel() {
         cmd[command::search].set_caption("Cerca Cliente");
         show_first_row(first_customer);
     }
+}
+
+// The draft
+
+std::string frmClienti::draft_mode() const {
+    if (cmd[command::new_customer].caption() == "Salva") return draft_new;
+    return cmd[command::change].caption() == "Aggiorna Dati" ? draft_change : "";
+}
+
+std::vector<Control*> frmClienti::draft_fields() {
+    std::vector<Control*> fields;
+    for (TextBox& box : txtfields) {
+        if (&box != &txtfields[numero]) fields.push_back(&box);
+    }
+    return fields;
+}
+
+std::string frmClienti::draft_words(const FormDraft& draft) const {
+    return draft.mode == draft_new ? "nella scheda di un nuovo cliente"
+                                   : "nella scheda del cliente n° " + draft.record;
+}
+
+bool frmClienti::take_up(const FormDraft& draft) {
+    if (draft.mode == draft_change) {
+        show_first_row("SELECT * FROM Clienti WHERE Numero_Cliente=" +
+                       std::to_string(leading_int16(draft.record)));
+        if (txtfields[numero].text() != draft.record) return false;
+        change_customer(leading_int16(draft.record));
+    } else {
+        new_customer(0);
+    }
+    draft_.fill(draft);
+    return true;
 }
 
 void frmClienti::compute_fiscal_code() {

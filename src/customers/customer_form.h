@@ -6,14 +6,17 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "program/drafts.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace tarvello {
 
 class Program;
+class Recordset;
 
 /// Where the columns of a customer stand among the boxes of frmClienti.
 namespace customer_box {
@@ -52,7 +55,7 @@ inline constexpr std::size_t close = 9;
 /// The form has no cursor of its own. Every command runs a statement on the shared rsClienti, copies a row
 /// into the boxes and closes the result: between commands the boxes are the record. The mode lies in the
 /// captions of cmd[5], cmd[6] and cmd[8] alone.
-class frmClienti : public Form, public CustomerView {
+class frmClienti : public Form, public CustomerView, public DraftedForm {
 public:
     explicit frmClienti(Program& program);
 
@@ -136,6 +139,7 @@ public:
 
 protected:
     void on_load() override;
+    void on_unload(UnloadReason reason) override { draft_.form_closes(reason); }
 
 private:
     /// Title of all boxes of the form.
@@ -168,11 +172,21 @@ private:
     void filter_search_key(int& key);
     void show_search_fields(bool visible);
 
+    // DraftedForm
+    std::string draft_mode() const override;
+    std::string draft_record() const override { return txtfields[customer_box::numero].text(); }
+    std::vector<Control*> draft_fields() override;
+    std::string draft_words(const FormDraft& draft) const override;
+    bool take_up(const FormDraft& draft) override;
+
+    /// Opens rsClienti, which another window may have left open.
+    Recordset& open_customers(const std::string& statement);
     /// Runs a SELECT on rsClienti, puts its first row on view and closes it.
     void show_first_row(const std::string& statement);
     void tell(const std::string& text, BoxIcon icon);
 
     Program& program_;
+    DraftKeeper draft_{program_, *this, *this};
 };
 
 } // namespace tarvello

@@ -26,15 +26,17 @@ CustomerTexts frmClienti::texts() const {
 
 void frmClienti::SalvaCliente(const std::string& mode, std::int16_t number) {
     Database& database = program_.database();
+    draft_.keep();
     try {
         if (mode == "Salva") {
             insert_customer(database, texts());
+            draft_.drop();
             // The engine has given the number: the newest customer is the one with the highest.
             show_first_row(highest_customer);
         } else {
-            database.rsClienti.open(
-                update_statement("Clienti", texts().all(), "Numero_Cliente=" + std::to_string(number)),
-                database.dbConnection);
+            open_customers(
+                update_statement("Clienti", texts().all(), "Numero_Cliente=" + std::to_string(number)));
+            draft_.drop();
         }
     } catch (const Failure& failure) {
         // The form goes on as if the save had worked: the text stays in the boxes, unsaved.

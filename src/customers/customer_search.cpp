@@ -83,9 +83,7 @@ bool frmClienti::CercaClienti() {
         column = "Cognome_Ragione_Sociale";
         term = Text1.text();
     }
-    Recordset& customers = program_.database().rsClienti;
-    customers.open("SELECT * FROM Clienti WHERE " + column + " LIKE '%" + term + "%'",
-                   program_.database().dbConnection);
+    Recordset& customers = open_customers("SELECT * FROM Clienti WHERE " + column + " LIKE '%" + term + "%'");
     auto& results = program_.form<frmRisultatiRicercaClienti>();
     customer_list::fill(results.ListView1, customers, customer_list::columns);
     customers.close();

@@ -30,11 +30,13 @@ std::vector<ColumnText> CustomerTexts::all() const {
 }
 
 void insert_customer(Database& database, const CustomerTexts& customer) {
+    if (database.rsClienti.is_open()) database.rsClienti.close();
     database.rsClienti.open(insert_statement("Clienti", customer.all()), database.dbConnection);
 }
 
 bool customer_exists(Database& database, const std::string& column, const std::string& text) {
     Recordset& customers = database.rsClienti;
+    if (customers.is_open()) customers.close(); // another window may have left it so
     customers.open("SELECT * FROM Clienti WHERE " + column + "='" + text + "'", database.dbConnection);
     const bool exists = !customers.eof();
     customers.close();

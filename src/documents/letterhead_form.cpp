@@ -1,9 +1,7 @@
 #include "documents/letterhead_form.h"
 
-#include "db_tools/file_info.h"
 #include "failure.h"
 #include "program/doors.h"
-#include "program/drafts.h"
 #include "program/open_database.h"
 #include "program/program.h"
 #include "store/column_text.h"
@@ -54,13 +52,13 @@ void frmIntestazioneFatture::on_load() {
     logo.load();
     Text1[nome].set_text(program_.NomeIntestatario);
     load_letterhead();
-    offer_draft();
 }
 
-bool frmIntestazioneFatture::on_query_unload(UnloadReason) {
+bool frmIntestazioneFatture::on_query_unload(UnloadReason reason) {
     if (!Command1[save_button].enabled()) return false;
     if (!program_.confirm("Le impostazioni sono state modificate.Salvare le modifiche?")) {
-        if (program_.platform().windows.deserted()) keep_unsaved(); // nobody has said so
+        // The answer may be nobody's: the desktop has ended.
+        draft_.form_closes(program_.platform().windows.deserted() ? reason : UnloadReason::user);
         return false;
     }
     // The user looks at what was saved, or at what is wrong with it, and closes again.
@@ -125,36 +123,29 @@ void frmIntestazioneFatture::save_letterhead() {
     for (const auto& [column, box] : column_boxes()) row.push_back({column, box->text()});
     database.rsIntestazione.open(insert_statement("DatiIntestazione", row), database.dbConnection);
     database.close_results();
+    draft_.drop();
     program_.message("Dati Intestazione Salvati correttamente.", BoxIcon::information);
     Command1[save_button].set_enabled(false);
     ChiudiDatabase(program_);
     ApriDatabase(program_);
 }
 
-std::vector<TextEntry*> frmIntestazioneFatture::boxes_of_letterhead() {
-    return {&Text1[1],       &Text1[2],    &Text1[3],    &Text1[4],    &Text1[6],   &Text1[7],
-            &txtDescrizione, &txtBanca[0], &txtBanca[1], &txtBanca[2], &txtBanca[3]};
+// The draft
+
+std::string frmIntestazioneFatture::draft_mode() const {
+    return Command1[save_button].enabled() ? "modifica" : "";
 }
 
-void frmIntestazioneFatture::keep_unsaved() {
-    if (Command1[save_button].enabled()) keep_draft(program_, *this, boxes_of_letterhead());
+std::vector<Control*> frmIntestazioneFatture::draft_fields() {
+    std::vector<Control*> fields;
+    for (const auto& [column, box] : column_boxes()) fields.push_back(box);
+    return fields;
 }
 
-void frmIntestazioneFatture::offer_draft() {
-    const auto draft = kept_draft(program_, *this);
-    if (!draft) return;
-    const MessageBox question{"Quando il programma è stato chiuso, " +
-                                  CFileInfo(program_.platform()).FormatFileDate(draft->kept) +
-                                  ", le modifiche all'intestazione non erano salvate.\n\nRiprenderle?",
-                              "Tarvello 4", BoxIcon::question, BoxButtons::yes_no, 1};
-    if (program_.platform().boxes.show(question) == Answer::yes) {
-        for (TextEntry* box : boxes_of_letterhead()) {
-            if (const auto text = draft->texts.find(box->name()); text != draft->texts.end())
-                box->set_text(text->second);
-        }
-        Command1[save_button].set_enabled(true);
-    }
-    if (!program_.platform().windows.deserted()) drop_draft(program_, *this);
+bool frmIntestazioneFatture::take_up(const FormDraft& draft) {
+    Command1[save_button].set_enabled(true);
+    draft_.fill(draft);
+    return true;
 }
 
 void frmIntestazioneFatture::show_help() {

@@ -5,6 +5,7 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/lists.h"
+#include "program/drafts.h"
 
 #include <cstddef>
 #include <string>
@@ -19,7 +20,7 @@ class Program;
 /// template of word processor documents.
 ///
 /// The button that saves is enabled while the letterhead has unsaved changes.
-class frmIntestazioneFatture : public Form {
+class frmIntestazioneFatture : public Form, public DraftedForm {
 public:
     // Where the letterhead stands among the boxes Text1.
     static constexpr std::size_t nome = 0; ///< the session's, never changed here
@@ -59,9 +60,6 @@ public:
 
     ControlArray<CommandButton, 3> Command1{*this, "Command1"};
 
-    /// Keeps what has not been saved as a draft, if there is anything.
-    void keep_unsaved();
-
 protected:
     void on_load() override;
     bool on_query_unload(UnloadReason reason) override;
@@ -73,12 +71,16 @@ private:
     void load_letterhead();
     bool may_be_saved();
     void save_letterhead();
-    std::vector<TextEntry*> boxes_of_letterhead();
-    /// Offers to take up what could not be saved when the program was closed.
-    void offer_draft();
     void show_help();
 
+    // DraftedForm
+    std::string draft_mode() const override;
+    std::vector<Control*> draft_fields() override;
+    std::string draft_words(const FormDraft&) const override { return "nell'intestazione"; }
+    bool take_up(const FormDraft& draft) override;
+
     Program& program_;
+    DraftKeeper draft_{program_, *this, *this};
 };
 
 } // namespace tarvello

@@ -124,18 +124,16 @@ void CustomerBlock::show(const Recordset& invoice) {
 }
 
 std::vector<ColumnText> CustomerBlock::columns() const {
-    // An apostrophe in the number or in a code breaks the statement.
-    const auto code = [this](std::size_t box) { return trim(txtAnagrafica[box].text()); };
-    const auto escaped = [](const TextBox& box) { return double_apostrophes(trim(box.text())); };
+    const auto text = [this](std::size_t box) { return trim(txtAnagrafica[box].text()); };
     return {{"Numero_Cliente", ComboNumeroCliente.text()},
-            {"Codice_Fiscale", code(codice_fiscale)},
-            {"Partita_IVA", code(partita_iva)},
-            {"Nome", escaped(txtNome)},
-            {"Cognome_Ragione_Sociale", escaped(txtAnagrafica[cognome])},
-            {"Indirizzo", escaped(txtAnagrafica[indirizzo])},
-            {"CAP", escaped(txtAnagrafica[cap])},
-            {"Provincia", escaped(txtAnagrafica[provincia])},
-            {"Città", escaped(txtAnagrafica[citta])}};
+            {"Codice_Fiscale", text(codice_fiscale)},
+            {"Partita_IVA", text(partita_iva)},
+            {"Nome", trim(txtNome.text())},
+            {"Cognome_Ragione_Sociale", text(cognome)},
+            {"Indirizzo", text(indirizzo)},
+            {"CAP", text(cap)},
+            {"Provincia", text(provincia)},
+            {"Città", text(citta)}};
 }
 
 bool CustomerBlock::is_taken(const std::string& column, std::size_t box) {

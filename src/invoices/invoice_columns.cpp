@@ -127,9 +127,6 @@ void frmTarvello::show_pagamento() {
 // Into the row
 
 std::vector<ColumnText> frmTarvello::column_texts() const {
-    // Apostrophes are doubled in names, addresses and services, and nowhere else: in any other column one
-    // breaks the statement.
-    const auto escaped = [](const TextBox& box) { return double_apostrophes(trim(box.text())); };
     std::vector<ColumnText> columns = {
         {"Numero_Fattura", plain_number(leading_number(txtNumeroFattura.text()))},
         {"Data_Fattura", short_date_text(DTPicker1.date(), program_.regional())},
@@ -139,7 +136,7 @@ std::vector<ColumnText> frmTarvello::column_texts() const {
     columns.insert(columns.end(), of_customer.begin(), of_customer.end());
     for (std::size_t i = 0; i < lines; ++i) {
         const std::string number = std::to_string(i + 1);
-        columns.push_back({"Prestazione" + number, escaped(PrestazioneSingola[i])});
+        columns.push_back({"Prestazione" + number, trim(PrestazioneSingola[i].text())});
         columns.push_back({"Importo" + number, txtImportoPrestazioni[i].text()});
     }
     columns.insert(columns.end(), {

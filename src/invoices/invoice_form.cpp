@@ -223,7 +223,17 @@ void frmTarvello::on_load() {
     txtfield_CURRENT_DAY.set_text(std::to_string(day_of(DTPicker1.date())));
 }
 
-void frmTarvello::on_unload(UnloadReason) { ChiudiRecordset(program_.database()); }
+bool frmTarvello::on_query_unload(UnloadReason reason) {
+    const bool by_hand = reason == UnloadReason::user || reason == UnloadReason::code;
+    return by_hand && draft_.anything_typed() &&
+           !program_.confirm(
+               "La fattura non è stata salvata.\n\nChiudere la finestra e perdere quanto scritto?");
+}
+
+void frmTarvello::on_unload(UnloadReason reason) {
+    draft_.form_closes(reason);
+    ChiudiRecordset(program_.database());
+}
 
 void frmTarvello::rivalsa_changed() {
     const bool charged = CheckRivalsa.checked();

@@ -10,6 +10,7 @@
 #include "platform/bars.h"
 #include "platform/controls.h"
 #include "platform/form.h"
+#include "program/drafts.h"
 #include "program/program.h"
 #include "store/column_text.h"
 
@@ -44,7 +45,7 @@ inline constexpr std::size_t cancel = 6;
 /// Its fields are the working state: every amount is the text that is shown. The mode is the caption of its
 /// buttons: "Salva Fattura" on cmdNuovaFattura for a new invoice, "Aggiorna Dati" on cmdModificaDati for a
 /// change, "OK" on cmdCerca for a search.
-class frmTarvello : public Form, public InvoiceView, public ExemptionTarget {
+class frmTarvello : public Form, public InvoiceView, public ExemptionTarget, public DraftedForm {
 public:
     static constexpr std::size_t lines = 5; ///< service lines of an invoice
 
@@ -146,6 +147,7 @@ public:
 
 protected:
     void on_load() override;
+    bool on_query_unload(UnloadReason reason) override;
     void on_unload(UnloadReason reason) override;
 
 private:
@@ -224,7 +226,18 @@ private:
     /// The move of cmdNavigazione(index).
     void navigate(std::size_t index);
 
+    // invoice_draft.cpp
+    std::string draft_mode() const override;
+    std::string draft_record() const override { return txtCurrent_ID.text(); }
+    std::vector<Control*> draft_fields() override;
+    std::string draft_words(const FormDraft& draft) const override;
+    bool take_up(const FormDraft& draft) override;
+    bool is_stored(const FormDraft& draft) override;
+    /// Shows the invoice of that key. @return false if there is none
+    bool show_invoice(const std::string& id);
+
     Program& program_;
+    DraftKeeper draft_{program_, *this, *this};
 };
 
 } // namespace tarvello

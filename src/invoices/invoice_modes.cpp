@@ -138,6 +138,7 @@ void frmTarvello::start_new_invoice() {
     CheckRivalsa.set_caption(program_.session().txtProfessione.text());
     customer.cmdCercaCliente.set_focus();
     propose_number();
+    draft_.begin();
 }
 
 void frmTarvello::start_change() {
@@ -147,25 +148,18 @@ void frmTarvello::start_change() {
     cmdModificaDati.set_caption("Aggiorna Dati");
     show_toolbar_mode(invoice_tool::change, "Aggiorna Dati", save_picture);
     SbloccaAnagrafica();
+    draft_.begin();
 }
 
 void frmTarvello::cancel() {
+    draft_.give_up();
     customer.end_new_customer();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(true);
     BloccaFattura();
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Annulla");
 
-    Database& database = program_.database();
-    const std::string id = std::to_string(leading_int16(txtCurrent_ID.text()));
-    with_result(database, database.rsFatture, "SELECT * FROM Fatture WHERE ID=" + id,
-                [this](const Recordset& rows) {
-                    if (rows.eof()) {
-                        PulisciFattura();
-                    } else {
-                        MostraFattura();
-                    }
-                });
+    if (!show_invoice(txtCurrent_ID.text())) PulisciFattura();
 }
 
 void frmTarvello::delete_invoice() {

@@ -4,6 +4,7 @@
 #include "text/letter_case.h"
 #include "text/numbers.h"
 
+#include <utility>
 #include <vector>
 
 /// Between "Salva Fattura" or "Aggiorna Dati" and the row on disk: the checks in their order, the
@@ -12,6 +13,15 @@ namespace tarvello {
 namespace {
 
 bool blank(const TextEntry& field) { return trim(field.text()).empty(); }
+
+std::pair<std::vector<std::string>, Parameters> names_and_texts(const std::vector<ColumnText>& columns) {
+    std::pair<std::vector<std::string>, Parameters> parts;
+    for (const auto& [column, text] : columns) {
+        parts.first.push_back(column);
+        parts.second.emplace_back(text);
+    }
+    return parts;
+}
 
 } // namespace
 
@@ -112,8 +122,11 @@ bool frmTarvello::every_field_is_filled() {
 }
 
 void frmTarvello::insert_invoice() {
+    draft_.keep(); // as it goes into its row
     Database& database = program_.database();
-    run_statement(database, database.rsFatture, insert_statement("Fatture", column_texts()));
+    const auto [names, texts] = names_and_texts(column_texts());
+    run_statement(database, database.rsFatture, insert_statement("Fatture", names), texts);
+    draft_.drop();
     // The new row is the one of the highest key.
     with_result(database, database.rsFatture, "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC",
                 [this](const Recordset& row) { txtCurrent_ID.set_text(row.text("ID")); });
@@ -122,7 +135,9 @@ void frmTarvello::insert_invoice() {
 void frmTarvello::update_invoice() {
     Database& database = program_.database();
     const std::string id = plain_number(leading_number(txtCurrent_ID.text()));
-    run_statement(database, database.rsFatture, update_statement("Fatture", column_texts(), "ID=" + id));
+    const auto [names, texts] = names_and_texts(column_texts());
+    run_statement(database, database.rsFatture, update_statement("Fatture", names, "ID=" + id), texts);
+    draft_.drop();
 }
 
 } // namespace tarvello

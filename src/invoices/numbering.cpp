@@ -1,3 +1,4 @@
+#include "failure.h"
 #include "invoices/invoice_form.h"
 #include "invoices/shared_results.h"
 #include "text/numbers.h"
@@ -7,12 +8,11 @@
 namespace tarvello {
 namespace {
 
-/// Date of the first row of a SELECT on the invoices; nothing if there is none.
-/// @throws Failure if that row has no date
+/// Date of the first row of a SELECT on the invoices; nothing if there is none, or it has no date.
 std::optional<Date> first_date(Database& database, const std::string& select) {
     database.rsFatture.open(select, database.dbConnection);
     std::optional<Date> date;
-    if (!database.rsFatture.eof()) date = database.rsFatture.date("Data_Fattura");
+    skip_failures([&] { date = database.rsFatture.date("Data_Fattura"); });
     database.rsFatture.close();
     return date;
 }
@@ -52,7 +52,8 @@ void frmTarvello::date_changed() {
     Recordset newest;
     newest.open("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", program_.database().dbConnection);
     const bool any = !newest.eof();
-    if (any) DTPicker_CURRENT_YEAR.set_date(newest.date("Data_Fattura"));
+    // A file from elsewhere may have none: then the last one that was seen counts.
+    skip_failures([&] { DTPicker_CURRENT_YEAR.set_date(newest.date("Data_Fattura")); });
     newest.close();
     program_.AnnoCorrente = to_int16(year_of(DTPicker_CURRENT_YEAR.date()));
 

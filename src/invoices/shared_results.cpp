@@ -9,8 +9,10 @@ void ChiudiRecordset(Database& database) {
                   [&] { database.rsIntestazione.close(); }, [&] { database.rsReport.close(); });
 }
 
-void run_statement(Database& database, Recordset& result, const std::string& sql) {
-    with_result(database, result, sql, [](const Recordset&) {});
+void run_statement(Database& database, Recordset& result, const std::string& sql,
+                   const Parameters& parameters) {
+    with_result(
+        database, result, sql, [](const Recordset&) {}, parameters);
 }
 
 } // namespace tarvello

@@ -13,14 +13,16 @@ void ChiudiRecordset(Database& database);
 /// @param use  called on the result as it stands on its first row; what it throws leaves the result open
 /// @throws Failure if the statement fails
 template <typename Use>
-void with_result(Database& database, Recordset& result, const std::string& sql, Use use) {
+void with_result(Database& database, Recordset& result, const std::string& sql, Use use,
+                 const Parameters& parameters = {}) {
     ChiudiRecordset(database);
-    result.open(sql, database.dbConnection);
+    result.open(sql, database.dbConnection, parameters);
     use(result);
     ChiudiRecordset(database);
 }
 
 /// The same for a statement that yields no rows.
-void run_statement(Database& database, Recordset& result, const std::string& sql);
+void run_statement(Database& database, Recordset& result, const std::string& sql,
+                   const Parameters& parameters = {});
 
 } // namespace tarvello

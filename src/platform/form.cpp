@@ -53,6 +53,7 @@ bool Form::move_focus(Control* control) {
     focus_ = control;
     if (control && control != left && control->on_got_focus) control->on_got_focus();
     if (view) view->follow(*this, FormAspect::focus);
+    if (left && left != focus_ && on_field_left) on_field_left();
     return focus_ == wanted;
 }
 

@@ -94,6 +94,9 @@ public:
     /// User act: the window's close box.
     void close_by_user();
 
+    /// The focus has gone from a control.
+    std::function<void()> on_field_left;
+
     /// The pointer moves over the window itself, or over something on it that is no control or is disabled.
     std::function<void()> on_mouse_move;
     /// User act: moves the pointer so.

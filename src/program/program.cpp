@@ -1,6 +1,7 @@
 #include "program/program.h"
 
 #include "failure.h"
+#include "program/drafts.h"
 #include "program/session_fields.h"
 
 namespace tarvello {
@@ -61,14 +62,31 @@ void Program::run(const std::function<void()>& act) {
     } catch (const Failure& failure) {
         // The top of the application. An act inside another one, in a modal window, ends here too: between
         // the two lies an event loop, and what called it knows nothing of this act.
+        keep_drafts();
         message(failure.description(), BoxIcon::critical);
         platform_.windows.abort();
     }
 }
 
-void Program::show(Form& form) { platform_.windows.show(form); }
+void Program::keep_drafts() {
+    for (DraftKeeper* keeper : draft_keepers_) keeper->keep();
+}
 
-void Program::show_modal(Form& form) { platform_.windows.show_modal(form); }
+void Program::offer_draft(const Form& form) {
+    for (DraftKeeper* keeper : std::vector(draft_keepers_)) {
+        if (keeper->is_of(form)) keeper->offer();
+    }
+}
+
+void Program::show(Form& form) {
+    offer_draft(form);
+    platform_.windows.show(form);
+}
+
+void Program::show_modal(Form& form) {
+    offer_draft(form);
+    platform_.windows.show_modal(form);
+}
 
 bool Program::unload(Form& form, UnloadReason reason) {
     const auto slot = [&] {

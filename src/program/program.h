@@ -15,6 +15,7 @@
 namespace tarvello {
 
 class Doors;
+class DraftKeeper;
 class SessionFields;
 
 /// What lives all session: the platform, the database, the forms. Every form knows the program and reaches
@@ -62,6 +63,12 @@ public:
     Doors& doors() const;
     void set_doors(Doors* doors) { doors_ = doors; }
 
+    /// The forms that keep drafts, as long as they are there.
+    void add_draft_keeper(DraftKeeper& keeper) { draft_keepers_.push_back(&keeper); }
+    void remove_draft_keeper(DraftKeeper& keeper) { std::erase(draft_keepers_, &keeper); }
+    /// Writes down what stands unsaved in any form.
+    void keep_drafts();
+
     /// A path in the program's directory.
     std::string in_program_directory(const std::string& name) const;
 
@@ -78,11 +85,13 @@ public:
 
 private:
     Form& load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form);
+    void offer_draft(const Form& form);
 
     Platform platform_;
     Database database_;
     SessionFields* session_ = nullptr;
     Doors* doors_ = nullptr;
+    std::vector<DraftKeeper*> draft_keepers_;
     std::map<std::type_index, std::shared_ptr<Form>> forms_;
     std::vector<std::shared_ptr<Form>> gone_in_load_; // until the act is over
     int acts_ = 0;                                    // running, one inside the other

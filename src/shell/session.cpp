@@ -111,9 +111,9 @@ void load_session(Program& program) {
 void close_session(Program& program, UnloadReason reason) {
     SessionFields& session = program.session();
     const bool desktop_ends = reason == UnloadReason::shut_down;
-    skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::code); });
+    skip_failures([&] { UnloadAllForms(program, desktop_ends ? reason : UnloadReason::main_window); });
     // The user wanted it saved, and it could not be: the closing goes on all the same.
-    if (auto* letterhead = program.loaded<frmIntestazioneFatture>()) letterhead->keep_unsaved();
+    program.keep_drafts();
     for (TextBox* field : {&session.txtDatabaseRoute, &session.txtProfessione, &session.txt_IVA_default,
                            &session.txt_Ritenuta_default, &session.txt_RitenutaSu_default,
                            &session.txt_RIVALSA_default, &session.txtPercorsoLogo}) {

@@ -30,6 +30,6 @@ void end_with_desktop(Program& program);
 void LeggiNomeIntestatario(Program& program);
 
 /// Closes the windows of the program in their order, those that are open.
-void UnloadAllForms(Program& program, UnloadReason reason = UnloadReason::code);
+void UnloadAllForms(Program& program, UnloadReason reason = UnloadReason::main_window);
 
 } // namespace tarvello

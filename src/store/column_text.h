@@ -15,8 +15,15 @@ struct ColumnText {
 /// The statement that adds a row of these columns to a table.
 std::string insert_statement(const std::string& table, std::span<const ColumnText> columns);
 
+/// The same with a parameter for each value.
+std::string insert_statement(const std::string& table, std::span<const std::string> columns);
+
 /// The statement that gives these columns new texts in the rows of a condition such as "ID=5".
 std::string update_statement(const std::string& table, std::span<const ColumnText> columns,
+                             const std::string& condition);
+
+/// The same with a parameter for each value.
+std::string update_statement(const std::string& table, std::span<const std::string> columns,
                              const std::string& condition);
 
 } // namespace tarvello

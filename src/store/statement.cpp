@@ -264,7 +264,16 @@ private:
     [[noreturn]] void fail(const std::string& what_is_wrong) const {
         throw Failure(failure_number::statement, source,
                       "Errore nell'istruzione SQL al carattere " +
-                          std::to_string(utf8::length(sql_.substr(0, at_)) + 1) + ": " + what_is_wrong + ".");
+                          std::to_string(utf8::length(sql_.substr(0, at_)) + 1) + ": " + what_is_wrong + "." +
+                          what_to_change());
+    }
+
+    /// Statements are put together from what the user has typed: an apostrophe in it ends a text too early.
+    std::string what_to_change() const {
+        if (sql_.find('\'') == std::string_view::npos) return {};
+        return "\n\nUn apostrofo (') in ciò che si è scritto qui non è ammesso: toglierlo, o scrivere ’ al "
+               "suo "
+               "posto.";
     }
 
     std::string_view sql_;

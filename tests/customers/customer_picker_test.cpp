@@ -1,4 +1,6 @@
 #include "customers/customer_picker.h"
+
+#include "customers/customer_form.h"
 #include "invoices/invoice_form.h"
 #include "support/program_test.h"
 
@@ -93,6 +95,7 @@ TEST_F(CustomerPicker, ANullStopsTheCopyAndLeavesTheResultOpen) {
     EXPECT_EQ(block(2), "old") << "the postal code is null";
     EXPECT_EQ(invoice().customer.txtNome.text(), "old");
     EXPECT_TRUE(program->database().rsClienti.is_open());
+    EXPECT_EQ(program->form<frmClienti>().txtfields[0].text(), "CF") << "opens all the same";
 }
 
 TEST_F(CustomerPicker, ANewCustomerIsAnnouncedToTheInvoice) {

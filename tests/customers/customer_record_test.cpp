@@ -229,6 +229,34 @@ TEST_F(CustomerRecord, AnApostropheInACodeBreaksTheDuplicateTest) {
     form().txtfields[partita_iva].paste("1'2");
     expect_process_end([&] { form().Toolbar1.press("Nuovo Cliente"); });
     EXPECT_TRUE(sql("SELECT * FROM Clienti").empty());
+    EXPECT_NE(boxes().last().text.find("\n\nUn apostrofo (') in ciò che si è scritto"), std::string::npos);
+
+    // What was typed is there again.
+    for (const Answer answer : {Answer::yes, Answer::no}) {
+        form().unload(UnloadReason::main_window);
+        boxes().expect_any(answer);
+        form().show();
+        EXPECT_EQ(text(partita_iva), answer == Answer::yes ? "1'2" : "");
+        EXPECT_EQ(form().cmd[customer_command::new_customer].caption(),
+                  answer == Answer::yes ? "Salva" : "Nuovo Cliente");
+    }
+    form().unload(UnloadReason::main_window);
+    form().show(); // thrown away, it is gone
+}
+
+TEST_F(CustomerRecord, AChangeIsTakenUpOnItsCustomer) {
+    const int first = given_customer({{"Cognome_Ragione_Sociale", "Rossi"}});
+    given_customer({{"Cognome_Ragione_Sociale", "Verdi"}});
+    form().cmd[customer_command::first].click();
+    form().Toolbar1.press("Modifica Dati");
+    fill(nome, "Anna");
+    form().unload(UnloadReason::shut_down);
+    boxes().expect_any(Answer::yes);
+    form().show();
+    EXPECT_EQ(text(cognome) + text(nome) + text(numero), "RossiAnna" + std::to_string(first));
+    form().Toolbar1.press("Annulla");
+    form().unload();
+    form().show();
 }
 
 TEST_F(CustomerRecord, ANumberPast32767StopsEveryCommand) {

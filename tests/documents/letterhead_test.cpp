@@ -93,6 +93,18 @@ TEST_F(Letterhead, AnApostropheEmptiesTheTable) {
     expect_process_end([&] { form().Command1[0].click(); });
     program->database().close_results();
     EXPECT_TRUE(rows().empty());
+    // What was in it and what was typed come back.
+    program->loaded<frmIntestazioneFatture>()->Command1[0].set_enabled(false);
+    form().unload();
+    boxes().expect_any(Answer::yes);
+    form().show();
+    EXPECT_EQ(form().txtDescrizione.text(), "ConsulenzaL'arte");
+    EXPECT_EQ(form().Text1[1].text(), "Via Roma 1");
+    form().txtDescrizione.set_text("Arte");
+    boxes().expect("Dati Intestazione Salvati correttamente.");
+    form().Command1[0].click();
+    form().unload();
+    form().show();
 }
 
 TEST_F(Letterhead, AsksBeforeChangesAreLost) {

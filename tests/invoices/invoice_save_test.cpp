@@ -189,10 +189,26 @@ TEST_F(InvoiceSave, AStatementThatFailsEndsTheProgram) {
         EXPECT_EQ(sql("SELECT * FROM Fatture").size(), 1U);
         press("Annulla"); // the fake desktop goes on where the real one has ended
     };
-    breaks(form().txtArticoloEsenzione, "dell'articolo 15");
-    breaks(form().txtPagamento, "all'ordine");
-    breaks(form().customer.txtAnagrafica[0], "O'X");
     breaks(form().customer.ComboNumeroCliente, "nessuno");
+}
+
+TEST_F(InvoiceSave, AnApostropheIsStoredInEveryText) {
+    start_invoice();
+    fill_line(0, "Consulenza", "100");
+    form().CheckRivalsa.set_caption("Contributo all'ente");
+    form().txtArticoloEsenzione.set_text("dell'articolo 15");
+    form().txtPagamento.set_text("all'ordine?");
+    form().customer.txtAnagrafica[0].set_text("O'X");
+    save();
+    form().cmdModificaDati.click();
+    form().customer.txtAnagrafica[6].set_text("1'2");
+    press("Modifica Dati");
+    const Row row = newest();
+    EXPECT_EQ(row.at("Dicitura_Rivalsa"), "Contributo all'ente");
+    EXPECT_EQ(row.at("Articolo_Esenzione"), "dell'articolo 15");
+    EXPECT_EQ(row.at("Pagamento"), "all'ordine?");
+    EXPECT_EQ(row.at("Codice_Fiscale"), "O'X");
+    EXPECT_EQ(row.at("Partita_IVA"), "1'2");
 }
 
 TEST_F(InvoiceSave, TheInvoiceNumberMayBeTwiceInAYear) {

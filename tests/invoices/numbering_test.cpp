@@ -129,6 +129,20 @@ TEST_F(Numbering, ANewInvoiceIsNotDatedBeforeTheLast) {
     EXPECT_EQ(newest().at("Data_Fattura"), "29/02/2008");
 }
 
+TEST_F(Numbering, ANewestInvoiceWithoutDateOrNumberIsNoObstacle) {
+    sql("INSERT INTO Fatture (Anno) VALUES (2006)");
+    press("Nuova Fattura");
+    EXPECT_EQ(form().txtNumeroFattura.text(), "1");
+    fill_rest();
+    form().DTPicker1.pick(make_date(2006, 1, 2));
+    save();
+    EXPECT_EQ(newest().at("Data_Fattura"), "02/01/2006");
+    press("Modifica Dati");
+    form().DTPicker1.pick(make_date(2006, 1, 1));
+    press("Modifica Dati");
+    EXPECT_EQ(newest().at("Data_Fattura"), "01/01/2006");
+}
+
 TEST_F(Numbering, AChangedInvoiceStaysBetweenItsNeighbours) {
     const auto invoice = [&](const std::string& date) {
         return given_invoice({{"Data_Fattura", date},
