@@ -164,11 +164,10 @@ void expect_agreement(store::Engine& engine, const std::string& path) {
     const std::string shown = path + ".json";
     write_file(shown, dump(engine));
     int code = 0;
-    const std::string output = output_of("python3 " TARVELLO_TEST_DATA "/store/access/access_readers.py '" +
-                                             path + "' '" + shown + "' '" TARVELLO_NPM_FOLDER "'",
+    const std::string output = output_of("python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" +
+                                             path + "' '" + shown + "'",
                                          code);
     std::filesystem::remove(shown);
-    if (code == 77) GTEST_SKIP() << output;
     EXPECT_EQ(code, 0) << output;
 }
 

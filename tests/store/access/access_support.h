@@ -54,8 +54,8 @@ std::string output_of(const std::string& command, int& code);
 /// @param before  a state whose oddities are allowed: the sample that the file was copied from
 void expect_sound(const std::string& path, const std::string& before);
 
-/// Expects mdb-export (mdbtools) and mdb-reader (npm) to read every value of the three tables as the engine
-/// does. Skips the test, saying why, if one of them is not to be had.
+/// Expects mdb-export (mdbtools) and access_checker.py to read every value of the three tables as the engine
+/// does.
 void expect_agreement(store::Engine& engine, const std::string& path);
 
 } // namespace tarvello::testing
