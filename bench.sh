@@ -1,5 +1,5 @@
 #!/bin/bash
-# Builds the benchmarks, runs them and prints one table: each row beside its floor. On a fresh Debian 12 it
+# Builds the benchmarks, runs them and prints one table: each row beside its floor. On a fresh Debian it
 # installs what is missing first. Arguments go to the benchmarks: ./bench.sh --benchmark_filter=paging
 set -euo pipefail
 cd "$(dirname "$0")"

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Runs the fuzz targets one after the other: the reader of SQL texts, the readers of rows, pages and indexes of
 # Access files, those of receipts, signed files and the mails and archives they come in. What they find lies in
-# build-fuzz/found. On a fresh Debian 12 it installs what is missing first.
+# build-fuzz/found. On a fresh Debian it installs what is missing first.
 #   ./fuzz.sh [seconds for each, 600 if not given] [targets]
 set -euo pipefail
 cd "$(dirname "$0")"

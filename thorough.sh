@@ -3,7 +3,7 @@
 # each sample beside the embedded engine, 500 kills, the first 200 calls that change the disk failing in turn, 2,000
 # damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. And those of electronic
 # invoices: 20,000 random rows, of which every document must be valid for xmllint, a38 and check_documents.py. It takes
-# about a quarter of an hour. On a fresh Debian 12 it installs what is missing first.
+# about a quarter of an hour. On a fresh Debian it installs what is missing first.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 # shellcheck source=cmake/packages.sh

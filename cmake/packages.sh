@@ -1,12 +1,13 @@
 # shellcheck shell=bash
-# What a Debian 12 needs to build, run and test Tarvello. Sourced by run.sh, test.sh and bench.sh.
+# What a Debian 12 or 13 needs to build, run and test Tarvello. Sourced by run.sh, test.sh and the like.
+# "new|old" are the names of one thing in newer and older releases: the first that the release has is taken.
 
 # shellcheck disable=SC2034 # used by those that source this
 packages=(
     # tools
     cmake g++ ninja-build pkg-config
-    # windows; the Svg package brings the plug-in that draws the icons, the translations Qt's own Italian words
-    qt6-base-dev libqt6svg6 qt6-translations-l10n fonts-liberation
+    # windows; the plug-ins that draw the icons and speak with Wayland, the toolkit's own Italian words
+    qt6-base-dev "qt6-svg-plugins|libqt6svg6" qt6-wayland qt6-translations-l10n fonts-liberation
     # web pages
     qt6-webengine-dev
     # documents: the word processor without its windows, how to drive it, and a Tahoma for the second print layout
@@ -17,8 +18,8 @@ packages=(
     libpugixml-dev libmd-dev zlib1g-dev
     # lists as spreadsheets
     libxlsxwriter-dev
-    # tests
-    libgtest-dev libgmock-dev python3
+    # tests; the windows are looked at in wide letters too
+    libgtest-dev libgmock-dev python3 fonts-dejavu-core fonts-opendyslexic
     # read what the program makes or changes independently: PDF files, Access files
     poppler-utils mdbtools
     # validate electronic invoices independently, by the official schema and by another program's rules
@@ -27,25 +28,56 @@ packages=(
     dpkg-dev fakeroot file desktop-file-utils appstream lintian
 )
 
+is_installed() {
+    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+is_known() {
+    [ -n "$(apt-cache show --no-all-versions "$1" 2>/dev/null)" ]
+}
+
+# Sets `missing` to the names of those of the packages "$@" that are not installed, and `unknown` to those that
+# this release does not have by any name.
+look_for_packages() {
+    local names name
+    missing=() unknown=()
+    for names in "$@"; do
+        IFS='|' read -ra names <<<"$names"
+        for name in "${names[@]}"; do
+            is_installed "$name" && continue 2
+            if is_known "$name"; then
+                missing+=("$name")
+                continue 2
+            fi
+        done
+        unknown+=("${names[0]}")
+    done
+}
+
 # Installs those of the packages "$@" that are missing; does nothing when all are there.
 need_packages() {
-    local missing=() package as_root=()
-    for package in "$@"; do
-        if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing+=("$package")
-        fi
-    done
-    [ ${#missing[@]} -eq 0 ] && return 0
+    local missing unknown as_root=()
+    look_for_packages "$@"
+    [ ${#missing[@]} -eq 0 ] && [ ${#unknown[@]} -eq 0 ] && return 0
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
             echo "Mancano dei pacchetti; da amministratore / packages are missing; as root:" >&2
-            echo "    apt-get install ${missing[*]}" >&2
+            echo "    apt-get install ${missing[*]} ${unknown[*]}" >&2
             return 1
         fi
         as_root=(sudo)
     fi
-    echo "Installo / installing: ${missing[*]}" >&2
     "${as_root[@]}" apt-get update -qq
+    look_for_packages "$@"
+    if [ ${#unknown[@]} -ne 0 ]; then
+        # shellcheck disable=SC1091 # of the system
+        local release && release=$(. /etc/os-release && echo "$PRETTY_NAME")
+        echo "$release non ha / does not have: ${unknown[*]}" >&2
+        echo "Tarvello si costruisce su Debian 12 e 13; su Ubuntu 24.04 serve anche l'archivio \"universe\"." >&2
+        echo "Tarvello builds on Debian 12 and 13; Ubuntu 24.04 needs its archive \"universe\" too." >&2
+        return 1
+    fi
+    echo "Installo / installing: ${missing[*]}" >&2
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 

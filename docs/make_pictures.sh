@@ -2,7 +2,7 @@
 # Takes the pictures of the guide and of the README again, from the real windows, into docs/pictures. No screen is needed.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
-# shellcheck source=../cmake/packages.sh
+# shellcheck source=cmake/packages.sh
 . cmake/packages.sh
 
 need_packages "${packages[@]}"
