@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFontInfo>
 #include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
@@ -147,6 +148,7 @@ TEST(Desktop, IsAsTheEnvironmentAsksFor) {
     EXPECT_EQ(window.grab().devicePixelRatio(), scale);
     const int points = qEnvironmentVariableIntValue("TARVELLO_FONT");
     EXPECT_TRUE(points == 0 || points == window.font().pointSize());
+    EXPECT_EQ(QFontInfo(window.font()).family(), qEnvironmentVariable("TARVELLO_FAMILY", "DejaVu Sans"));
     EXPECT_EQ(window.palette().color(QPalette::Window).lightness() < 128,
               qEnvironmentVariableIsSet("TARVELLO_DARK"));
 }

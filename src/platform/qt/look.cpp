@@ -3,6 +3,7 @@
 #include "platform/qt/qt_text.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPalette>
 #include <QStyleFactory>
@@ -72,12 +73,27 @@ QColor ink_of(const Color& color, const QPalette& desktop) {
     return QColor::fromHsl(ink.hslHue(), ink.hslSaturation() * 2 / 3, 255 - ink.lightness() / 2);
 }
 
+bool is_proportional(const QFont& font) {
+    const QFontMetrics metrics(font);
+    return metrics.horizontalAdvance('i') != metrics.horizontalAdvance('W');
+}
+
+/// A system with few fonts gives whatever it has, a typewriter's for one, to all who ask for a usual font. It
+/// stays if the user chose it where there are others.
+void apply_font() {
+    QFont font = QApplication::font();
+    if (is_proportional(font) || is_proportional(QFont(QStringLiteral("Sans Serif")))) return;
+    font.setFamily(QStringLiteral("Liberation Sans"));
+    QApplication::setFont(font);
+}
+
 } // namespace
 
 void apply_look(QApplication& application) {
     const bool dark = is_dark(QApplication::palette());
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     application.setPalette(dark ? dark_palette() : light_palette());
+    apply_font();
 }
 
 bool has_dark_desktop() { return is_dark(QApplication::palette()); }

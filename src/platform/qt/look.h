@@ -12,7 +12,8 @@ class QWidget;
 
 namespace tarvello::qt {
 
-/// The look of the program: style and palette, light or dark as the desktop is.
+/// The look of the program: style and palette, light or dark as the desktop is, and the desktop's font, or
+/// Liberation Sans where it offers no proportional one.
 void apply_look(QApplication& application);
 
 /// True if the desktop shows light texts on dark grounds.
