@@ -144,15 +144,13 @@ QWidget* DesktopUser::window(const std::string& form) {
         if (widget->objectName() == to_qt(form) && widget->isVisible()) return widget;
     }
     ADD_FAILURE() << form << " is not on the screen";
-    static QWidget nothing;
-    return &nothing;
+    return &nothing_;
 }
 
 QWidget* DesktopUser::widget(const std::string& form, const std::string& control) {
     if (auto* found = window(form)->findChild<QWidget*>(to_qt(control))) return found;
     ADD_FAILURE() << form << " has no widget " << control;
-    static QWidget nothing;
-    return &nothing;
+    return &nothing_;
 }
 
 // Doing
@@ -170,7 +168,7 @@ void DesktopUser::settle() {
 
 void DesktopUser::click(const std::string& form, const std::string& control) {
     QWidget* target = widget(form, control);
-    EXPECT_TRUE(target->isVisible()) << form << "." << control << " is not in view";
+    ASSERT_TRUE(target->isVisible()) << form << "." << control << " is not in view";
     EXPECT_TRUE(target->isEnabled()) << form << "." << control << " is disabled";
     QPoint place = target->rect().center();
     // A tick box and a radio button are pressed on their mark: behind a short caption there is nothing to

@@ -8,7 +8,10 @@
 
 #include <QObject>
 #include <QProcessEnvironment>
+#include <QPushButton>
+#include <QStandardItemModel>
 #include <QTemporaryDir>
+#include <QTreeView>
 #include <QWidget>
 
 #include <deque>
@@ -38,15 +41,16 @@ public:
     void expect_modal(std::string form, std::function<void()> acts = {});
     void expect_none_left();
 
-    /// The window of a form on the screen. Fails the test if there is none.
+    /// The window of a form on the screen. Fails the test if there is none; the test goes on with an empty
+    /// one, and so it does with a widget that is not there.
     QWidget* window(const std::string& form);
     bool is_shown(const std::string& form);
     QWidget* widget(const std::string& form, const std::string& control);
     template <typename Widget>
     Widget* widget(const std::string& form, const std::string& control) {
-        auto* found = qobject_cast<Widget*>(widget(form, control));
-        EXPECT_TRUE(found) << form << "." << control << " is another kind of widget";
-        return found;
+        if (auto* found = qobject_cast<Widget*>(widget(form, control))) return found;
+        ADD_FAILURE() << form << "." << control << " is another kind of widget";
+        return stand_in<Widget>();
     }
 
     /// Clicks the middle of the widget with the mouse. It must be enabled and in view.
@@ -92,12 +96,22 @@ private:
     void came(QWidget* window);
     /// The keyboard goes to the window, as a desktop does with a new one and with one that is clicked.
     static void activate(QWidget& window);
+    template <typename Widget>
+    Widget* stand_in() {
+        using View = std::conditional_t<std::is_same_v<Widget, QAbstractItemView>, QTreeView, Widget>;
+        using Made = std::conditional_t<std::is_same_v<View, QAbstractButton>, QPushButton, View>;
+        auto* made = new Made(&nothing_);
+        if constexpr (requires { made->setModel(static_cast<QAbstractItemModel*>(nullptr)); })
+            made->setModel(new QStandardItemModel(made));
+        return made;
+    }
     std::optional<Expected> next(Expected::Kind kind, const std::string& what);
     void answer_box(QWidget& window);
     void answer_file_dialog(QWidget& window);
     void act_in_modal(QWidget& window);
 
     std::deque<Expected> expected_;
+    QWidget nothing_;
 };
 
 /// The folders of a user of their own, empty and gone with the test: home, settings, data, runtime.

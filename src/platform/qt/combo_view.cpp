@@ -6,8 +6,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include <utility>
-
 namespace tarvello::qt {
 
 namespace {
@@ -21,10 +19,12 @@ public:
         box_.setInsertPolicy(QComboBox::NoInsert);
         if (QLineEdit* line = box_.lineEdit()) {
             box_.setCompleter(nullptr); // it would write more than the user has typed
+            // The toolkit would report a typed text that happens to stand in the list as chosen.
+            QObject::disconnect(line, &QLineEdit::editingFinished, &box_, nullptr);
             listen_to(*line);
         }
-        QObject::connect(&box_, &QComboBox::highlighted, &binder, [this] { from_list_ = true; });
-        QObject::connect(&box_, &QComboBox::activated, &binder, [this](int index) { chosen(index); });
+        QObject::connect(&box_, &QComboBox::activated, &binder,
+                         [this](int index) { by_user([&] { combo_.choose(index); }, Aspect::value); });
     }
 
     bool rolls() const override { return true; }
@@ -54,16 +54,6 @@ private:
         show_text(to_qt(combo_.text()));
     }
 
-    void chosen(int index) {
-        // The toolkit also reports a typed text that happens to stand in the list, when the box is left.
-        const bool from_list = std::exchange(from_list_, false);
-        by_user(
-            [&] {
-                if (from_list || combo_.text() != from_qt(box_.itemText(index))) combo_.choose(index);
-            },
-            Aspect::value);
-    }
-
     QString shown_text() const override {
         return box_.isEditable() || box_.currentIndex() >= 0 ? box_.currentText() : box_.placeholderText();
     }
@@ -87,7 +77,6 @@ private:
 
     ComboBox& combo_;
     QComboBox& box_;
-    bool from_list_ = false; // an entry of the opened list has been under the pointer or the arrows
 };
 
 } // namespace

@@ -105,8 +105,10 @@ void QtWindows::bring_up(Open& open) {
     QWidget& frame = *open.frame;
     const auto alive = open.form;
     const bool first_time = !frame.isVisible();
-    if (first_time) place_frame(frame, *open.root, *open.form, area());
-    frame.show();
+    if (first_time) {
+        place_frame(frame, *open.root, *open.form, area());
+        frame.show();
+    }
     if (frame.isMinimized()) frame.showNormal();
     if (auto* sub = qobject_cast<QMdiSubWindow*>(&frame)) {
         if (first_time)
@@ -116,7 +118,8 @@ void QtWindows::bring_up(Open& open) {
         frame.raise();
         frame.activateWindow();
     }
-    open.root->show();
+    // Newer toolkits send the events of a dialog's showing again if it is shown twice.
+    if (open.root != &frame) open.root->show();
     if (Open* still = find(*alive)) still->binder->focus().show_first();
 }
 
