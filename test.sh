@@ -7,4 +7,4 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 need_packages "${packages[@]}"
 build all
-QT_QPA_PLATFORM=offscreen ctest --preset release --parallel "$(nproc)" "$@"
+QT_QPA_PLATFORM=offscreen ctest --preset "$preset" --parallel "$(nproc)" "$@"

@@ -81,12 +81,17 @@ need_packages() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
-# Builds the target $1 in release.
+# Which of CMakePresets.json build() and ctest take.
+preset=${TARVELLO_PRESET:-release}
+
+# Builds the target $1.
 build() {
+    local folder=build
+    [ "$preset" = release ] || folder=build-$preset
     # Configured once; after that the build itself sees when it has to be done again.
-    if [ ! -f build/build.ninja ]; then
-        cmake --preset release >build-configure.log || { cat build-configure.log; return 1; }
+    if [ ! -f "$folder/build.ninja" ]; then
+        cmake --preset "$preset" >build-configure.log || { cat build-configure.log; return 1; }
         rm -f build-configure.log
     fi
-    cmake --build build --target "$1" >&2
+    cmake --build "$folder" --target "$1" >&2
 }
