@@ -36,8 +36,8 @@ public:
     explicit Floor(const std::string& path) {
         need(sqlite3_open_v2(path.c_str(), &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                              nullptr) == SQLITE_OK);
-        need(sqlite3_exec(database_, "PRAGMA synchronous = EXTRA; PRAGMA cache_size = -8000", nullptr, nullptr,
-                          nullptr) == SQLITE_OK);
+        need(sqlite3_exec(database_, "PRAGMA synchronous = EXTRA; PRAGMA cache_size = -8000", nullptr,
+                          nullptr, nullptr) == SQLITE_OK);
     }
     ~Floor() {
         sqlite3_finalize(statement_);

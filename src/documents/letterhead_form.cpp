@@ -91,7 +91,8 @@ void frmIntestazioneFatture::load_letterhead() {
     });
     if (!there) return;
     for (const auto& [column, box] : column_boxes()) {
-        skip_failures([&] { box->set_text(row.text(column)); }); // a null leaves its box as it is
+        // A null leaves its box as it is.
+        skip_failures([&, &name = column, &to = box] { to->set_text(row.text(name)); });
     }
     row.close();
     skip_failures([&] { templates.read_template_in_force(); });

@@ -119,7 +119,7 @@ void CustomerBlock::calculate_fiscal_code() {
 
 void CustomerBlock::show(const Recordset& invoice) {
     for (const auto& [column, box] : boxes_) {
-        skip_failures([&] { box->set_text(invoice.text(column)); });
+        skip_failures([&, &name = column, &to = box] { to->set_text(invoice.text(name)); });
     }
 }
 

@@ -13,8 +13,6 @@
 #include "program/settings.h"
 #include "text/numbers.h"
 
-#include <ranges>
-
 namespace tarvello {
 namespace {
 
@@ -89,7 +87,9 @@ void frmTarvello::set_lists() {
     ComboIVASpeseAnticipate.add_item("0");
     ComboIVASpeseAnticipate.set_list_index(0);
     for (const char* rate : rates::ritenuta) ComboRitenuta.add_item(rate);
-    for (const char* share : rates::ritenuta_shares | std::views::reverse) ComboRitenutaSu.add_item(share);
+    for (auto share = rates::ritenuta_shares.rbegin(); share != rates::ritenuta_shares.rend(); ++share) {
+        ComboRitenutaSu.add_item(*share);
+    }
 }
 
 void frmTarvello::set_first_state() {

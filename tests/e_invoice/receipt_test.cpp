@@ -99,7 +99,8 @@ TEST(Receipt, SaysWhatItIsNot) {
         {receipt_text("RicevutaConsegna", private_namespace, name).substr(0, 140), "danneggiato"},
     };
     for (const auto& [xml, words] : cases) {
-        EXPECT_THAT(failure_of([&] { read_receipt(xml); }), HasSubstr(words)) << xml.substr(0, 200);
+        EXPECT_THAT(failure_of([&text = xml] { read_receipt(text); }), HasSubstr(words))
+            << xml.substr(0, 200);
     }
 }
 

@@ -164,9 +164,9 @@ void expect_agreement(store::Engine& engine, const std::string& path) {
     const std::string shown = path + ".json";
     write_file(shown, dump(engine));
     int code = 0;
-    const std::string output = output_of("python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" +
-                                             path + "' '" + shown + "'",
-                                         code);
+    const std::string output = output_of(
+        "python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" + path + "' '" + shown + "'",
+        code);
     std::filesystem::remove(shown);
     EXPECT_EQ(code, 0) << output;
 }
