@@ -11,6 +11,10 @@
 #include <QProgressBar>
 #include <QTest>
 
+#include <csignal>
+
+#include <sys/prctl.h>
+
 namespace tarvello::testing {
 namespace {
 
@@ -22,6 +26,8 @@ class Site {
 public:
     explicit Site(const QStringList& pages) {
         for (const QString& page : pages) put(page, page);
+        // It ends with this process, however that ends.
+        server_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         server_.start("python3",
                       {"-u", "-m", "http.server", "0", "--bind", "127.0.0.1", "--directory", folder_.path()});
         EXPECT_TRUE(server_.waitForReadyRead(20000)) << "no server";

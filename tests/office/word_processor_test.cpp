@@ -236,7 +236,7 @@ TEST_F(WordProcessing, NothingIsLeftBehind) {
     settings.idle = 1s;
     OfficeWordProcessor idle = make(settings);
     idle.start();
-    for (int wait = 0; wait < 50 && folders() != before; ++wait) std::this_thread::sleep_for(100ms);
+    for (int wait = 0; wait < 600 && folders() != before; ++wait) std::this_thread::sleep_for(100ms);
     EXPECT_EQ(folders(), before);
 }
 
