@@ -4,11 +4,8 @@
 #include "platform/qt/application.h"
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
-#include "platform/qt/qt_text.h"
 #include "program/program.h"
 #include "shell/session.h"
-
-#include <QStandardPaths>
 
 int main(int argc, char** argv) {
     using namespace tarvello;
@@ -17,9 +14,7 @@ int main(int argc, char** argv) {
     application.installEventFilter(&end_on_box);
     bench::EndOnFirstPicture end;
     application.installEventFilter(&end);
-    qt::QtPlatform platform(qt::program_directory(
-        qt::from_qt(QCoreApplication::applicationDirPath()),
-        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello"));
+    qt::QtPlatform platform(qt::program_directory(qt::executable_folder(), qt::users_directory()));
     Program program(platform.platform());
     program.run([&] { start_program(program); });
     return QApplication::exec() + 1; // the splash was never painted

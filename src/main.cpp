@@ -1,21 +1,16 @@
 #include "platform/qt/application.h"
 #include "platform/qt/installation.h"
 #include "platform/qt/qt_platform.h"
-#include "platform/qt/qt_text.h"
 #include "platform/qt/session_end.h"
 #include "program/program.h"
 #include "shell/session.h"
-
-#include <QStandardPaths>
 
 int main(int argc, char** argv) {
     using namespace tarvello;
 
     qt::Application application(argc, argv);
-    const std::string here = qt::from_qt(QCoreApplication::applicationDirPath());
-    const std::string directory = qt::program_directory(
-        here,
-        qt::from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello");
+    const std::string here = qt::executable_folder();
+    const std::string directory = qt::program_directory(here, qt::users_directory());
     qt::QtPlatform platform(directory);
     Program program(platform.platform());
     // A second copy ends with its splash, and leaves everything alone until then.

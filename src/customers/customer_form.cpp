@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "program/doors.h"
+#include "program/messages.h"
 #include "program/net_functions.h"
 #include "program/program.h"
 #include "program/session_fields.h"
@@ -109,7 +110,7 @@ void frmClienti::connect_commands() {
     Frame3.set_visible(false);
 
     cmdCalcolaCF.set_caption("CF");
-    cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
+    cmdCalcolaCF.set_tool_tip(messages::fiscal_code_tip);
     cmdCalcolaCF.set_enabled(false);
     cmdCalcolaCF.on_click = [this] { compute_fiscal_code(); };
     cmdmail.set_caption("e-mail");
@@ -133,12 +134,7 @@ void frmClienti::set_tab_order() {
                 &txtfields[appunti],
                 &cmdCalcolaCF,
                 &cmdmail,
-                &Toolbar1.button(1),
-                &Toolbar1.button(2),
-                &Toolbar1.button(3),
-                &Toolbar1.button(4),
-                &Toolbar1.button(5),
-                &Toolbar1.button(6),
+                &Toolbar1,
                 &cmd[command::first],
                 &cmd[command::previous],
                 &cmd[command::next],
@@ -255,7 +251,7 @@ void frmClienti::press(std::size_t pressed) {
 
 void frmClienti::page(std::size_t pressed, std::int16_t number) {
     if (!program_.session().mnuChiudiDatabase.enabled()) {
-        tell("Nessun database connesso.", BoxIcon::information);
+        tell(messages::no_database, BoxIcon::information);
         unload();
         return;
     }
@@ -398,7 +394,7 @@ void frmClienti::compute_fiscal_code() {
 }
 
 void frmClienti::send_mail() {
-    if (txtfields[email].empty()) return tell("Indirizzo e-mail assente.", BoxIcon::information);
+    if (txtfields[email].empty()) return tell(messages::no_mail_address, BoxIcon::information);
     ApriMail(program_, txtfields[email].text());
 }
 

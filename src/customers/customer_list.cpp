@@ -10,32 +10,13 @@
 namespace tarvello::customer_list {
 
 void add_headers(ListView& list) {
-    const int inch = 1440;
-    struct Header {
-        const char* text;
-        const char* key;
-    };
-    for (const Header& header : {Header{"n° cliente", "numero"},
-                                 {"Cognome / Rag. Sociale", "cognome"},
-                                 {"Nome", "nome"},
-                                 {"C.F.", "CF"},
-                                 {"P.I.", "PI"},
-                                 {"Indirizzo", ""},
-                                 {"CAP", ""},
-                                 {"Provincia", ""},
-                                 {"Città", ""},
-                                 {"Telefono", ""},
-                                 {"Fax", ""},
-                                 {"e-mail", ""},
-                                 {"Note", ""}}) {
-        list.add_column({header.text, header.key, false, inch});
-    }
+    for (const Column& column : columns) list.add_column({column.header, column.key, false, column.width});
 }
 
-void fill(ListView& list, Recordset& rows, std::span<const char* const> columns) {
+void fill(ListView& list, Recordset& rows, std::span<const Column> columns) {
     std::vector<std::size_t> places;
-    for (const char* name : columns) {
-        skip_failures([&] { places.push_back(rows.column(name)); });
+    for (const Column& column : columns) {
+        skip_failures([&] { places.push_back(rows.column(column.source)); });
     }
     ListRows& cells = list.fill();
     for (; !rows.eof(); rows.move_next()) {

@@ -13,7 +13,7 @@ namespace {
 /// address, and the notes stand in its place.
 constexpr auto picker_columns = [] {
     auto columns = customer_list::columns;
-    columns[11] = "e-mail";
+    columns[customer_list::mail].source = "e-mail";
     return columns;
 }();
 
@@ -46,7 +46,7 @@ void frmCercaCliente::select() {
     skip_failures(
         [&] { // with no row selected the number stays empty, and finds no customer
             if (const auto row = ListView1.selected()) {
-                NumeroClienteScelto = std::string(ListView1.rows().cell(*row, 0));
+                NumeroClienteScelto = std::string(ListView1.rows().cell(*row, customer_list::number));
             }
         },
         [&] { CompilaClienteFattura(); }, [&] { unload(); });

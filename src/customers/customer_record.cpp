@@ -1,6 +1,7 @@
 #include "customers/customer_form.h"
 #include "customers/customer_table.h"
 #include "failure.h"
+#include "program/messages.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -69,9 +70,9 @@ bool frmClienti::ControllaModificaCliente() {
 }
 
 bool frmClienti::name_and_address_complete() {
-    if (blank(cognome)) return fault(cognome, "Inserire il Cognome o Ragione Sociale del Cliente.");
+    if (blank(cognome)) return fault(cognome, messages::no_surname);
     if (blank(indirizzo)) return fault(indirizzo, "Inserire l'Indirizzo.");
-    if (blank(cap)) return fault(cap, "Inserire il CAP.");
+    if (blank(cap)) return fault(cap, messages::no_cap);
     if (utf8::length(txtfields[cap].text()) < 5) {
         return fault(cap, "Il CAP inserito non è valido. Controllare il CAP");
     }

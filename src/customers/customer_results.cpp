@@ -24,9 +24,9 @@ void frmRisultatiRicercaClienti::on_unload(UnloadReason reason) {
 void frmRisultatiRicercaClienti::return_selected_row() {
     if (!view_ || !ListView1.selected()) return;
     const std::size_t selected = *ListView1.selected();
-    const double number = leading_number(ListView1.rows().cell(selected, 0));
-    const std::string_view surname = ListView1.rows().cell(selected, 1);
-    const std::string_view name = ListView1.rows().cell(selected, 2);
+    const double number = leading_number(ListView1.rows().cell(selected, customer_list::number));
+    const std::string_view surname = ListView1.rows().cell(selected, customer_list::surname);
+    const std::string_view name = ListView1.rows().cell(selected, customer_list::name);
 
     // The window keeps no identifier: the customer is looked up again by these three.
     Recordset& customers = program_.database().rsClienti;

@@ -2,6 +2,7 @@
 #include "customers/customer_list.h"
 #include "customers/customer_results.h"
 #include "failure.h"
+#include "program/messages.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -63,12 +64,12 @@ void frmClienti::search() {
 
 bool frmClienti::CercaClienti() {
     if (Combo1.empty()) {
-        tell("Selezionare il campo di ricerca", BoxIcon::exclamation);
+        tell(messages::no_search_field, BoxIcon::exclamation);
         Combo1.set_focus();
         return false;
     }
     if (Text1.empty()) {
-        tell("Inserire il testo da cercare o selezionare una voce dall'elenco.", BoxIcon::exclamation);
+        tell(messages::no_search_text, BoxIcon::exclamation);
         Text1.set_focus();
         return false;
     }

@@ -77,16 +77,14 @@ void set_logo(Program& program, ReportImage& image) {
         stored_as_ticked(program, "CheckAdattaLogo") ? ReportSizeMode::stretch : ReportSizeMode::clip;
 }
 
-void show_report(Program& program, Report report, const std::vector<Value>& header,
-                 const std::vector<Value>& body) {
+void show_report(Program& program, Report report, const std::vector<Value>& values) {
     Database& database = program.database();
     if (database.rsReport.is_open()) database.rsReport.close();
     // The report has rows behind it, though it prints none of them.
     database.rsReport.open("SELECT * FROM Fatture", database.dbConnection);
-    set_logo(program, report.sections[0].image("ImageLogo"));
-    for (const Value& value : header) report.sections[0].label(value.control).text = value.text;
-    for (const Value& value : body) report.sections[1].label(value.control).text = value.text;
-    std::string number = report.sections[1].label("NumeroFattura").text;
+    set_logo(program, report.image("ImageLogo"));
+    for (const Value& value : values) report.label(value.control).text = value.text;
+    std::string number = report.label("NumeroFattura").text;
     std::replace(number.begin(), number.end(), '/', '-');
     report.document = "Fattura " + number;
     program.platform().reports.show_modal(report);
@@ -102,24 +100,24 @@ void close_all_results(Program& program) {
 
 void print_invoice(Program& program, const InvoiceOnView& on_view) {
     if (!open_letterhead(program)) return;
-    std::vector<Value> header;
-    std::vector<Value> body;
+    std::vector<Value> values;
     try {
         const std::string date = short_date_text(on_view.date, program.regional());
         const PrintedTexts letterhead = read_letterhead(program);
         const PrintedTexts invoice = read_invoice(program, on_view.id);
-        header = header_values(date, letterhead, invoice);
-        body = body_values(invoice, program.session().txtProfessione.text());
+        values = header_values(date, letterhead, invoice);
+        const std::vector<Value> body = body_values(invoice, program.session().txtProfessione.text());
+        values.insert(values.end(), body.begin(), body.end());
     } catch (const Failure& failure) {
         program.message(failure.description() + "\n", BoxIcon::critical);
         return close_all_results(program);
     }
     try {
         const double layout = read_amount(program.session().txtModelloReport.text(), program.regional());
-        if (layout == 1) show_report(program, DataReport1(), header, body);
-        if (layout == 2) show_report(program, DataReport2(), header, body);
+        if (layout == 1) show_report(program, DataReport1(), values);
+        if (layout == 2) show_report(program, DataReport2(), values);
     } catch (const Failure&) { // whatever it was, the user reads the same
-        program.message("Impossibile eseguire la stampa.", BoxIcon::critical);
+        program.message(cannot_print, BoxIcon::critical);
         close_all_results(program);
     }
 }

@@ -5,6 +5,7 @@
 #include "invoices/field_marker.h"
 #include "invoices/shared_results.h"
 #include "program/doors.h"
+#include "program/messages.h"
 #include "program/program.h"
 #include "store/column_text.h"
 #include "text/letter_case.h"
@@ -26,7 +27,7 @@ CustomerBlock::CustomerBlock(Program& program, Form& form)
     cmdCercaCliente.set_picture("clienti");
     cmdCercaCliente.set_tool_tip("Seleziona Cliente / Inserisci Nuovo Cliente");
     cmdCalcolaCF.set_picture("calcolatrice");
-    cmdCalcolaCF.set_tool_tip("Calcola il Codice Fiscale");
+    cmdCalcolaCF.set_tool_tip(messages::fiscal_code_tip);
     txtNuovoInserimento.set_visible(false);
     for (Shape& shape : ShapeAnagrafica) shape.set_visible(false);
     ShapeNome.set_visible(false);

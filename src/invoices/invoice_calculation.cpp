@@ -5,6 +5,8 @@
 #include "program/session_fields.h"
 #include "text/currency.h"
 
+#include <algorithm>
+
 /// The calculation on the form: which texts go into the steps of invoice_amounts and where their results go.
 namespace tarvello {
 invoice_amounts::Lines frmTarvello::line_amounts() const {
@@ -32,9 +34,9 @@ bool frmTarvello::ready_to_calculate() {
     if (CheckSpese.checked() && txtImportoSpeseAnticipate.empty()) {
         return refuse("Inserire l'importo relativo alle spese anticipate.", txtImportoSpeseAnticipate);
     }
-    // An amount on the fifth line alone makes no invoice.
-    if (txtImportoPrestazioni[0].empty() && txtImportoPrestazioni[1].empty() &&
-        txtImportoPrestazioni[2].empty() && txtImportoPrestazioni[3].empty()) {
+    // An amount on the last line alone makes no invoice.
+    if (std::all_of(txtImportoPrestazioni.begin(), txtImportoPrestazioni.end() - 1,
+                    [](const TextBox& amount) { return amount.empty(); })) {
         return refuse("Inserire almeno un importo!", PrestazioneSingola[0]);
     }
     if (ComboIVAApplicata.empty()) {

@@ -8,6 +8,7 @@
 #include "invoices/shared_results.h"
 #include "platform/platform.h"
 #include "preferences/rates.h"
+#include "program/messages.h"
 #include "program/net_functions.h"
 #include "program/session_fields.h"
 #include "program/settings.h"
@@ -38,16 +39,17 @@ frmTarvello::frmTarvello(Program& program)
     connect_buttons();
     connect_fields();
 
-    order_tabs({&Toolbar1, &Toolbar1.button(1), &Toolbar1.button(2), &Toolbar1.button(3), &Toolbar1.button(4),
-                &Toolbar1.button(5), &Toolbar1.button(6), &Toolbar1.button(7), &Toolbar1.button(8)});
+    order_tabs({&Toolbar1});
     const auto block = [this](std::size_t box) { return &customer.txtAnagrafica[box]; };
     order_tabs({block(CustomerBlock::cognome), &customer.txtNome, block(CustomerBlock::partita_iva),
                 block(CustomerBlock::codice_fiscale), &customer.cmdCalcolaCF, block(CustomerBlock::indirizzo),
                 block(CustomerBlock::cap), block(CustomerBlock::citta), block(CustomerBlock::provincia)});
-    order_tabs({&PrestazioneSingola[0], &txtImportoPrestazioni[0], &PrestazioneSingola[1],
-                &txtImportoPrestazioni[1], &PrestazioneSingola[2], &txtImportoPrestazioni[2],
-                &PrestazioneSingola[3], &txtImportoPrestazioni[3], &PrestazioneSingola[4],
-                &txtImportoPrestazioni[4]});
+    std::vector<Control*> services;
+    for (std::size_t i = 0; i < lines; ++i) {
+        services.push_back(&PrestazioneSingola[i]);
+        services.push_back(&txtImportoPrestazioni[i]);
+    }
+    order_tabs(services);
 }
 
 void frmTarvello::set_captions() {
@@ -359,7 +361,7 @@ void frmTarvello::write_mail() {
     const std::string address = rsClienti.eof() ? std::string() : rsClienti.text_or_empty("email");
     rsClienti.close();
     if (address.empty()) {
-        program_.message("Indirizzo e-mail assente.", BoxIcon::information);
+        program_.message(messages::no_mail_address, BoxIcon::information);
     } else {
         ApriMail(program_, address);
     }

@@ -2,6 +2,7 @@
 
 #include "platform/controls.h"
 #include "platform/lists.h"
+#include "platform/twips.h"
 #include "store/database.h"
 
 #include <array>
@@ -16,7 +17,7 @@ struct InvoiceListColumn {
     std::string_view header;
     std::string_view source; ///< column of Fatture
     bool right_aligned = false;
-    int width = 1440; ///< twips, an inch
+    int width = twips_per_inch;
 };
 
 inline constexpr std::size_t invoice_list_columns = 27;

@@ -1,5 +1,6 @@
 #include "invoices/invoice_form.h"
 #include "invoices/shared_results.h"
+#include "program/messages.h"
 #include "program/session_fields.h"
 #include "text/numbers.h"
 
@@ -11,7 +12,7 @@ void frmTarvello::navigate(std::size_t index) {
     const std::int16_t current_id = leading_int16(txtCurrent_ID.text());
     const int year = year_of(DTPicker1.date());
     if (!program_.session().mnuChiudiDatabase.enabled()) {
-        program_.message("Nessun database connesso.", BoxIcon::information);
+        program_.message(messages::no_database, BoxIcon::information);
         unload();
         return;
     }

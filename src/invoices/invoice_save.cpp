@@ -1,6 +1,7 @@
 #include "failure.h"
 #include "invoices/invoice_form.h"
 #include "invoices/shared_results.h"
+#include "program/messages.h"
 #include "text/letter_case.h"
 #include "text/numbers.h"
 
@@ -77,14 +78,14 @@ bool frmTarvello::every_field_is_filled() {
     if (blank(txtNumeroFattura)) return refuse("Inserire il Numero della Fattura.", &txtNumeroFattura);
     auto& block = customer.txtAnagrafica;
     if (blank(block[CustomerBlock::cognome])) {
-        return refuse("Inserire il Cognome o Ragione Sociale del Cliente.", &block[CustomerBlock::cognome]);
+        return refuse(messages::no_surname, &block[CustomerBlock::cognome]);
     }
     if (blank(block[CustomerBlock::codice_fiscale]) && blank(block[CustomerBlock::partita_iva])) {
         return refuse("Inserire il Codice Fiscale o la Partita IVA.", &block[CustomerBlock::codice_fiscale]);
     }
     if (blank(block[CustomerBlock::indirizzo]))
         return refuse("Inserire l'indirizzo.", &block[CustomerBlock::indirizzo]);
-    if (blank(block[CustomerBlock::cap])) return refuse("Inserire il CAP.", &block[CustomerBlock::cap]);
+    if (blank(block[CustomerBlock::cap])) return refuse(messages::no_cap, &block[CustomerBlock::cap]);
     if (blank(block[CustomerBlock::provincia]))
         return refuse("Inserire la provincia.", &block[CustomerBlock::provincia]);
     if (blank(block[CustomerBlock::citta])) return refuse("Inserire la città.", &block[CustomerBlock::citta]);

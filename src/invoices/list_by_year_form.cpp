@@ -26,7 +26,6 @@ const char* const every_row = "SELECT * FROM Fatture ORDER BY ID DESC";
 frmSelectYear::frmSelectYear(Program& program) : Form(program, "frmSelectYear"), program_(program) {
     set_caption("Selezionare Anno Fatturazione");
     Label1.set_caption("Selezionare l'anno del quale si desidera visualizzare l'elenco fatture.");
-    Combo1.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
     Command1.set_caption("OK");
     Command1.on_click = [this] { unload(); };
 }

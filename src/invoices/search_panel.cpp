@@ -4,6 +4,7 @@
 #include "invoices/invoice_results.h"
 #include "invoices/shared_results.h"
 #include "invoices/years.h"
+#include "program/messages.h"
 #include "program/program.h"
 #include "text/letter_case.h"
 #include "text/utf8.h"
@@ -40,7 +41,6 @@ SearchPanel::SearchPanel(Program& program, Form& form)
     cmdCerca.set_caption("Cerca Fattura");
     cmdCerca.set_picture("cerca");
     Label7.set_caption("1. Anno");
-    Combo3.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
     Label8.set_caption("2. Cerca in:");
     Label4.set_caption("3. Cosa?");
     add_years(Combo3);
@@ -69,8 +69,8 @@ bool SearchPanel::all_entries_given() {
         entry.set_focus();
         return false;
     };
-    return given(Combo3, "Selezionare l'anno.") && given(Combo1, "Selezionare il campo di ricerca") &&
-           given(Text2, "Inserire il testo da cercare o selezionare una voce dall'elenco.");
+    return given(Combo3, "Selezionare l'anno.") && given(Combo1, messages::no_search_field) &&
+           given(Text2, messages::no_search_text);
 }
 
 bool SearchPanel::list_matches(std::shared_ptr<InvoiceView> view) {

@@ -1,6 +1,6 @@
 #include "platform/entries.h"
 
-#include "failure.h"
+#include "platform/list_index.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -118,9 +118,7 @@ void ComboBox::add_item(std::string item) {
 }
 
 void ComboBox::set_list_index(int index) {
-    if (index < -1 || index >= static_cast<int>(items_.size())) {
-        throw Failure(380, "Controlli", "L'elenco non ha una voce numero " + std::to_string(index + 1) + ".");
-    }
+    check_list_index(index, items_.size(), "voce");
     if (index == list_index_) return;
     list_index_ = index;
     assign_text(index < 0 ? std::string() : items_[static_cast<std::size_t>(index)]);

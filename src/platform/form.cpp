@@ -1,5 +1,6 @@
 #include "platform/form.h"
 
+#include "platform/bars.h"
 #include "platform/entries.h"
 
 #include <algorithm>
@@ -83,14 +84,18 @@ void Form::on_key_preview(Control& control, int& key) {
     focus_next();
 }
 
-void Form::order_tabs(std::initializer_list<Control*> order) {
-    const auto listed = [&](const Control* c) {
-        return std::find(order.begin(), order.end(), c) != order.end();
-    };
+void Form::order_tabs(const std::vector<Control*>& order) {
+    std::vector<Control*> all;
+    for (Control* control : order) {
+        all.push_back(control);
+        auto* const bar = dynamic_cast<Toolbar*>(control);
+        for (std::size_t place = 1; bar && place <= bar->size(); ++place) all.push_back(&bar->button(place));
+    }
+    const auto listed = [&](const Control* c) { return std::find(all.begin(), all.end(), c) != all.end(); };
     const auto first = std::find_if(controls_.begin(), controls_.end(), listed);
-    const auto place = first - controls_.begin();
+    const auto before = first - controls_.begin();
     std::erase_if(controls_, listed);
-    controls_.insert(controls_.begin() + place, order.begin(), order.end());
+    controls_.insert(controls_.begin() + before, all.begin(), all.end());
 }
 
 void FormLife::load(Form& form) {

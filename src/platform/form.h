@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -120,8 +119,8 @@ protected:
     friend class FormLife;
 
     /// Gives these controls the order of the list in the tab order, at the place where the first of them that
-    /// was declared stands.
-    void order_tabs(std::initializer_list<Control*> order);
+    /// was declared stands. A tool bar brings its buttons along.
+    void order_tabs(const std::vector<Control*>& order);
 
     /// The form comes to life: runs once, when it is first used, before it is shown.
     virtual void on_load() {}

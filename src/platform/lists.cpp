@@ -1,6 +1,6 @@
 #include "platform/lists.h"
 
-#include "failure.h"
+#include "platform/list_index.h"
 
 namespace tarvello {
 
@@ -52,9 +52,7 @@ void ListView::clear() {
 }
 
 void ListView::set_selected(std::optional<std::size_t> row) {
-    if (row && *row >= rows_.size()) {
-        throw Failure(380, "Controlli", "L'elenco non ha una riga numero " + std::to_string(*row + 1) + ".");
-    }
+    if (row) check_list_index(static_cast<std::ptrdiff_t>(*row), rows_.size(), "riga");
     if (selected_ == row) return;
     selected_ = row;
     changed(Aspect::value);
@@ -86,9 +84,7 @@ void ListBox::set_items(std::vector<std::string> items) {
 }
 
 void ListBox::set_list_index(int index) {
-    if (index < -1 || index >= static_cast<int>(items_.size())) {
-        throw Failure(380, "Controlli", "L'elenco non ha una voce numero " + std::to_string(index + 1) + ".");
-    }
+    check_list_index(index, items_.size(), "voce");
     if (list_index_ == index) return;
     list_index_ = index;
     changed(Aspect::value);

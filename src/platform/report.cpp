@@ -6,19 +6,21 @@ namespace tarvello {
 namespace {
 
 template <typename Look>
-Look& look_of(ReportSection& section, const std::string& name) {
-    for (ReportControl& control : section.controls) {
-        if (control.name != name) continue;
-        if (Look* look = std::get_if<Look>(&control.look)) return *look;
+Look& look_of(Report& report, const std::string& name) {
+    for (ReportSection& section : report.sections) {
+        for (ReportControl& control : section.controls) {
+            if (control.name != name) continue;
+            if (Look* look = std::get_if<Look>(&control.look)) return *look;
+        }
     }
     throw Failure(failure_number::no_such_element, "Stampa",
-                  "La sezione " + section.name + " non ha un elemento " + name + ".");
+                  "La stampa " + report.name + " non ha un elemento " + name + ".");
 }
 
 } // namespace
 
-ReportLabel& ReportSection::label(const std::string& name) { return look_of<ReportLabel>(*this, name); }
+ReportLabel& Report::label(const std::string& name) { return look_of<ReportLabel>(*this, name); }
 
-ReportImage& ReportSection::image(const std::string& name) { return look_of<ReportImage>(*this, name); }
+ReportImage& Report::image(const std::string& name) { return look_of<ReportImage>(*this, name); }
 
 } // namespace tarvello

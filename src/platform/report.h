@@ -73,10 +73,6 @@ struct ReportSection {
     int height = 0;
     /// Drawn in this order.
     std::vector<ReportControl> controls;
-
-    /// @throws Failure if the section has no control of that name and kind
-    ReportLabel& label(const std::string& name);
-    ReportImage& image(const std::string& name);
 };
 
 struct Report {
@@ -90,7 +86,15 @@ struct Report {
 
     /// The preview window.
     ReportBox window;
+
+    /// A control, in whatever section it stands.
+    /// @throws Failure if there is none of that name and kind
+    ReportLabel& label(const std::string& name);
+    ReportImage& image(const std::string& name);
 };
+
+/// What the user reads when a page does not get onto paper.
+inline constexpr const char* cannot_print = "Impossibile eseguire la stampa.";
 
 /// Shows and prints reports.
 class ReportViewer {

@@ -21,7 +21,7 @@ frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(progr
     cmdCopia.set_picture("copia");
     cmdCopia.set_tool_tip("Copia le informazioni negli appunti");
     cmdGuida.set_caption("&Guida");
-    cmdGuida.set_tool_tip("Apre la guida di Tarvello");
+    cmdGuida.set_tool_tip(guide_tip);
     cmdOK.set_caption("&OK");
     cmdCopia.on_click = [this] { copy(); };
     cmdGuida.on_click = [this] { show_guide(program_); };

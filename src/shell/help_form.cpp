@@ -8,7 +8,7 @@ frmHelp::frmHelp(Program& program) : Form(program, "frmHelp") {
     Text1.set_locked(true);
     Document1.set_visible(false);
     Command2.set_caption("&Guida");
-    Command2.set_tool_tip("Apre la guida di Tarvello");
+    Command2.set_tool_tip(guide_tip);
     Command1.set_caption("&Chiudi");
     Command2.on_click = [this] { set_guide(); };
     Command1.on_click = [this] { unload(); };
@@ -20,7 +20,7 @@ void frmHelp::set_page(const std::string& title, const std::string& text) {
 }
 
 void frmHelp::set_guide() {
-    set_caption("Tarvello 4 - Guida");
+    set_caption(std::string(program_title) + " - Guida");
     Document1.set_document("guida");
     Document1.set_visible(true);
     Text1.set_visible(false);

@@ -27,6 +27,8 @@ public:
 
 /// Shows a page of help and returns when it has been closed.
 void show_help(Program& program, const std::string& title, const std::string& text);
+/// Tool tip of what does so.
+inline constexpr const char* guide_tip = "Apre la guida di Tarvello";
 /// Shows the guide to the program and returns when it has been closed.
 void show_guide(Program& program);
 

@@ -38,7 +38,9 @@ MDIForm1::MDIForm1(Program& program)
     session.txtDatabaseRoute.on_change = [this] { show_route(); };
 }
 
-void MDIForm1::show_route() { set_caption("Tarvello 4 - [" + session.txtDatabaseRoute.text() + "]"); }
+void MDIForm1::show_route() {
+    set_caption(std::string(program_title) + " - [" + session.txtDatabaseRoute.text() + "]");
+}
 
 void MDIForm1::set_texts() {
     set_caption(program_title);

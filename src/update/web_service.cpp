@@ -18,7 +18,7 @@ constexpr std::int16_t banner_end = 40;
 } // namespace
 
 frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"), program_(program) {
-    set_caption("Tarvello 4 - Verifica Aggiornamenti");
+    set_caption(std::string(program_title) + " - Verifica Aggiornamenti");
     set_size(11500, 8700);
     Label1.set_caption("Verifica il tuo numero di versione con quello sul sito e se disponibile scarica la "
                        "versione aggiornata");
@@ -28,8 +28,7 @@ frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"),
     Toolbar1.add_button("Aggiorna", "Aggiorna", "aggiorna");
     Toolbar1.add_button("Avanti", "Avanti", "freccia-destra");
     Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
-    order_tabs({&Toolbar1.button(1), &Toolbar1.button(2), &Toolbar1.button(3), &Toolbar1.button(4),
-                &Toolbar1.button(5), &WebBrowser1});
+    order_tabs({&Toolbar1, &WebBrowser1});
     Toolbar1.on_button_click = [this](ToolButton& button) { press(button.key()); };
     TimerBannerVersion.on_timer = [this] { type_banner(); };
 }

@@ -189,7 +189,7 @@ TEST_P(Reports, TheLogoIsFittedOrClipped) {
     jpeg.fill(Qt::red);
     ASSERT_TRUE(jpeg.save(folder.filePath("logo.jpg")));
 
-    ReportImage& logo = report.sections[0].image("ImageLogo");
+    ReportImage& logo = report.image("ImageLogo");
     for (const char* name : {"logo.gif", "logo.jpg"}) {
         logo.path = qt::from_qt(folder.filePath(name));
         logo.size_mode = ReportSizeMode::stretch;

@@ -131,15 +131,15 @@ TEST_F(PrintReports, TheLayoutIsTheOneInForce) {
 
 TEST_F(PrintReports, TheLogo) {
     given(full_letterhead(), full_invoice());
-    EXPECT_EQ(printed().sections[0].image("ImageLogo").path, "");
+    EXPECT_EQ(printed().image("ImageLogo").path, "");
     TextBox& path = program->session().txtPercorsoLogo;
     path.set_text("/logo.gif");
     boxes().expect({"Impossibile eseguire la stampa.", "Tarvello 4", BoxIcon::critical});
     printed();
     fake.pictures.sizes["/logo.gif"] = {100, 100};
-    EXPECT_EQ(printed().sections[0].image("ImageLogo").size_mode, ReportSizeMode::clip);
+    EXPECT_EQ(printed().image("ImageLogo").size_mode, ReportSizeMode::clip);
     fake.settings.set("CheckAdattaLogo", "value", "1");
-    EXPECT_EQ(printed().sections[0].image("ImageLogo").size_mode, ReportSizeMode::stretch);
+    EXPECT_EQ(printed().image("ImageLogo").size_mode, ReportSizeMode::stretch);
 }
 
 TEST_F(PrintReports, FailuresOfTheData) {

@@ -161,7 +161,8 @@ public:
 private:
     void step(const std::string& name, const std::string& line) {
         processor_.log.push_back(line);
-        if (processor_.failing == name) throw Failure(462, "Word", "Il programma di scrittura non risponde.");
+        if (processor_.failing == name)
+            throw Failure(failure_number::word_processor, "Word", "Il programma di scrittura non risponde.");
     }
 
     FakeWordProcessor& processor_;

@@ -73,20 +73,24 @@ Helper::Helper(const OfficeWordProcessor::Settings& settings)
 Helper::~Helper() { end(); }
 
 void Helper::ask(const Frame& request) {
-    if (process_ < 0) throw Failure(462, source, "Il programma di scrittura non è più in funzione.");
+    if (process_ < 0)
+        throw Failure(failure_number::word_processor, source,
+                      "Il programma di scrittura non è più in funzione.");
     const Deadline deadline = Deadline::clock::now() + patience_;
     Frame answer;
     Exchange exchange = send_frame(socket_, request, deadline);
     if (exchange == Exchange::done) exchange = receive_frame(socket_, answer, deadline);
     if (exchange == Exchange::done && !answer.empty() && answer[0] == answer_ok) return;
     if (exchange == Exchange::done && answer.size() == 2 && answer[0] == answer_failed) {
-        throw Failure(462, source, answer[1]);
+        throw Failure(failure_number::word_processor, source, answer[1]);
     }
     end();
     if (exchange == Exchange::timeout) {
-        throw Failure(462, source, "Il programma di scrittura non ha risposto in tempo ed è stato chiuso.");
+        throw Failure(failure_number::word_processor, source,
+                      "Il programma di scrittura non ha risposto in tempo ed è stato chiuso.");
     }
-    throw Failure(462, source, "Il programma di scrittura si è chiuso in modo imprevisto.");
+    throw Failure(failure_number::word_processor, source,
+                  "Il programma di scrittura si è chiuso in modo imprevisto.");
 }
 
 bool Helper::alive() {

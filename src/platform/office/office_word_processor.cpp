@@ -75,7 +75,7 @@ public:
             files_.copy(saved_as_, shown);
         }
         if (!open_for_user_(shown)) {
-            throw Failure(462, source,
+            throw Failure(failure_number::word_processor, source,
                           "Nessun programma è in grado di aprire il documento \"" + shown + "\".");
         }
         quit();

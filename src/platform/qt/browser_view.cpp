@@ -3,7 +3,6 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/views.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLibrary>
@@ -16,8 +15,7 @@ namespace {
 /// Loads the library, once. It is never unloaded: the engine in it cannot start twice.
 /// @param why  becomes the reason if there is no browser
 std::unique_ptr<Browser> make_browser(QWidget* parent, QString& why) {
-    const QString file =
-        to_qt(private_file(from_qt(QCoreApplication::applicationDirPath()), "libtarvello-browser.so"));
+    const QString file = to_qt(private_file(executable_folder(), "libtarvello-browser.so"));
     QLibrary library(file);
     const auto make = reinterpret_cast<MakeBrowser>(library.resolve(make_browser_symbol));
     if (!make) {

@@ -4,7 +4,6 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/views.h"
 
-#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QImageReader>
@@ -86,7 +85,7 @@ protected:
     void show(Aspect aspect) override {
         if (aspect != Aspect::text) return WidgetView::show(aspect);
         if (control_.document().empty()) return;
-        const std::string shipped = shipped_directory(from_qt(QCoreApplication::applicationDirPath()));
+        const std::string shipped = shipped_directory(executable_folder());
         browser_.open(to_qt(shipped + "/docs/" + control_.document() + ".md"));
     }
 

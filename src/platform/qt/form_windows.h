@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace tarvello::qt {
 
@@ -12,8 +11,5 @@ namespace tarvello::qt {
 /// The list behind it is written by the build from the .ui files themselves.
 /// @return null if no form of that name has a window
 std::unique_ptr<QWidget> make_window(const std::string& form);
-
-/// The names of all forms that have a window.
-std::vector<std::string> window_names();
 
 } // namespace tarvello::qt

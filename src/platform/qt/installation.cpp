@@ -3,11 +3,18 @@
 #include "platform/posix/first_fill.h"
 #include "platform/qt/qt_text.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 namespace tarvello::qt {
+
+std::string executable_folder() { return from_qt(QCoreApplication::applicationDirPath()); }
+
+std::string users_directory() {
+    return from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) + "/tarvello";
+}
 
 std::string shipped_directory(const std::string& executable_folder) {
     const QString here = QDir::cleanPath(to_qt(executable_folder));

@@ -4,6 +4,12 @@
 
 namespace tarvello::qt {
 
+/// Where the executable of this process lies.
+std::string executable_folder();
+
+/// Where this user's data lie if not there. The folder need not be there yet.
+std::string users_directory();
+
 /// The folder of what came with the program and stays as it is: the pictures, the guide, the licences, and
 /// under "originali" what the user's own folder is filled from. It is where the executable lies (the build
 /// folder, a portable folder), or share/tarvello beside the folder of an installed executable.

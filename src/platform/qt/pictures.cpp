@@ -23,8 +23,7 @@ namespace {
 
 /// The folder of the program's drawings.
 const QString& pictures_folder() {
-    static const QString folder =
-        to_qt(shipped_directory(from_qt(QCoreApplication::applicationDirPath()))) + "/pictures";
+    static const QString folder = to_qt(shipped_directory(executable_folder())) + "/pictures";
     return folder;
 }
 

@@ -4,15 +4,12 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/regional.h"
 
-#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QUrl>
 
 namespace tarvello::qt {
 
 namespace {
-
-std::string executable_folder() { return from_qt(QCoreApplication::applicationDirPath()); }
 
 bool open_document(const std::string& path) {
     return QDesktopServices::openUrl(QUrl::fromLocalFile(to_qt(path)));

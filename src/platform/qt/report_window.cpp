@@ -168,7 +168,7 @@ void ReportWindow::print() {
     if (dialog.exec() != QDialog::Accepted) return;
     QPainter painter;
     if (!painter.begin(&printer)) {
-        boxes_.show({"Impossibile eseguire la stampa.", program_title, BoxIcon::critical});
+        boxes_.show({cannot_print, program_title, BoxIcon::critical});
         return;
     }
     const double dots_to_twip = printer.resolution() / double(twips_per_inch);
