@@ -5,8 +5,8 @@
 #include "text/letter_case.h"
 #include "text/numbers.h"
 
-/// The columns of Fatture beside the fields of the form, both ways: how a stored invoice comes on view, and
-/// what of the fields goes into its row. Those of the customer stand in customer_block.cpp.
+/// The columns of Fatture beside the fields of the form: how a stored invoice comes on view and goes from it,
+/// and what of the fields goes into its row. Those of the customer stand in customer_block.cpp.
 namespace tarvello {
 namespace {
 
@@ -122,6 +122,36 @@ void frmTarvello::show_pagamento() {
             txtPagamento.clear();
         }
     });
+}
+
+// Off view
+
+void frmTarvello::PulisciFattura() {
+    customer.clear();
+    for (std::size_t i = 0; i < lines; ++i) {
+        PrestazioneSingola[i].clear();
+        ShapePrestazioneSingola[i].set_visible(false);
+        txtImportoPrestazioni[i].clear();
+        ShapeImporto[i].set_visible(false);
+    }
+    txtArticoloEsenzione.clear();
+    ComboPercentualeRivalsa.clear();
+    ComboIVASpeseAnticipate.set_list_index(0);
+    CheckRivalsa.set_checked(false);
+    CheckSpese.set_checked(false);
+    CheckRitenuta.set_checked(false);
+    CheckPagamento.set_checked(false);
+    txtImponibile.clear();
+    LabelImponibile.set_caption({});
+    txtIVA.clear();
+    txtTotaleFattura.clear();
+    txtImportoSpeseAnticipate.clear();
+    // Locked, the box of the expenses does not act by itself.
+    show_expenses(false);
+    txtRitenutaAcconto.clear();
+    LabelRitenuta.set_caption({});
+    txtImportoNetto.clear();
+    txtPagamento.clear();
 }
 
 // Into the row

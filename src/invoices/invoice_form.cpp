@@ -216,10 +216,9 @@ void frmTarvello::on_load() {
     CheckRivalsa.set_caption(none ? default_wording : wording);
 
     Database& database = program_.database();
-    with_result(database, database.rsFatture, "SELECT * FROM Fatture ORDER BY ID DESC",
-                [this](const Recordset& rows) {
-                    if (!rows.eof()) MostraFattura();
-                });
+    with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
+        if (!rows.eof()) MostraFattura();
+    });
     txtfield_CURRENT_YEAR.set_text(std::to_string(year_of(DTPicker1.date())));
     txtfield_CURRENT_MONTH.set_text(std::to_string(month_of(DTPicker1.date())));
     txtfield_CURRENT_DAY.set_text(std::to_string(day_of(DTPicker1.date())));

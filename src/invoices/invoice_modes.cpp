@@ -31,34 +31,6 @@ void frmTarvello::BloccaFattura() { lock_invoice(true); }
 
 void frmTarvello::SbloccaFattura() { lock_invoice(false); }
 
-void frmTarvello::PulisciFattura() {
-    customer.clear();
-    for (std::size_t i = 0; i < lines; ++i) {
-        PrestazioneSingola[i].clear();
-        ShapePrestazioneSingola[i].set_visible(false);
-        txtImportoPrestazioni[i].clear();
-        ShapeImporto[i].set_visible(false);
-    }
-    txtArticoloEsenzione.clear();
-    ComboPercentualeRivalsa.clear();
-    ComboIVASpeseAnticipate.set_list_index(0);
-    CheckRivalsa.set_checked(false);
-    CheckSpese.set_checked(false);
-    CheckRitenuta.set_checked(false);
-    CheckPagamento.set_checked(false);
-    txtImponibile.clear();
-    LabelImponibile.set_caption({});
-    txtIVA.clear();
-    txtTotaleFattura.clear();
-    txtImportoSpeseAnticipate.clear();
-    // Locked, the box of the expenses does not act by itself.
-    show_expenses(false);
-    txtRitenutaAcconto.clear();
-    LabelRitenuta.set_caption({});
-    txtImportoNetto.clear();
-    txtPagamento.clear();
-}
-
 void frmTarvello::show_toolbar_mode(std::size_t place, const std::string& caption, const char* picture) {
     Toolbar1.button(place).set_caption(caption);
     Toolbar1.button(place).set_picture(picture);
@@ -173,10 +145,9 @@ void frmTarvello::delete_invoice() {
 
         run_statement(database, database.rsFatture, "DELETE * FROM Fatture WHERE ID=" + std::to_string(id));
         PulisciFattura();
-        with_result(database, database.rsFatture, "SELECT * FROM Fatture ORDER BY ID DESC",
-                    [this](const Recordset& rows) {
-                        if (!rows.eof()) MostraFattura();
-                    });
+        with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
+            if (!rows.eof()) MostraFattura();
+        });
     } catch (const Failure&) {
         // The form goes on with what it shows.
         program_.message("Errore nell'eliminazione della fattura.", BoxIcon::critical);

@@ -128,8 +128,7 @@ void frmTarvello::insert_invoice() {
     const auto [names, texts] = names_and_texts(column_texts());
     run_statement(database, database.rsFatture, insert_statement("Fatture", names), texts);
     draft_.drop();
-    // The new row is the one of the highest key.
-    with_result(database, database.rsFatture, "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC",
+    with_result(database, database.rsFatture, newest_invoice,
                 [this](const Recordset& row) { txtCurrent_ID.set_text(row.text("ID")); });
 }
 

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "invoices/invoice_list.h"
 #include "invoices/invoice_results.h"
+#include "invoices/shared_results.h"
 #include "invoices/years.h"
 #include "program/program.h"
 #include "text/numbers.h"
@@ -18,8 +19,6 @@ const char* const current_year = "Elenca fatture anno corrente";
 
 /// This list leaves the withholding's percentage out of every row: this guard is the name of no column.
 constexpr PercentageGuards guards{"Importo_rivalsa", "Importo Ritenuta"};
-
-const char* const every_row = "SELECT * FROM Fatture ORDER BY ID DESC";
 
 } // namespace
 
@@ -41,7 +40,7 @@ void frmSelectYear::on_unload(UnloadReason reason) {
     if (choice.empty() || choice == nothing) return;
     program_.platform().windows.close(*this); // off the screen before the list comes
     if (choice == all_invoices) {
-        show_list({"Tabella Fatture", "Elenco Fatture", every_row, std::nullopt, false});
+        show_list({"Tabella Fatture", "Elenco Fatture", newest_first, std::nullopt, false});
         return;
     }
     std::int16_t year = 0; // what is no 16-bit number lists the year 0, so nothing
@@ -53,7 +52,7 @@ void frmSelectYear::on_unload(UnloadReason reason) {
     } else {
         skip_failures([&] { year = leading_int16(choice); });
         Listing listing = listing_of(year);
-        listing.sql = every_row;
+        listing.sql = newest_first;
         listing.only_year = year;
         show_list(listing);
     }

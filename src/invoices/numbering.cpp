@@ -35,7 +35,7 @@ void frmTarvello::propose_number() {
         txtNumeroFattura.set_text(std::to_string(to_int16(last + 1.0)));
         program_.AnnoCorrente = leading_int16(txtfield_CURRENT_YEAR.text());
     };
-    with_result(database, database.rsFatture, "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", propose);
+    with_result(database, database.rsFatture, newest_invoice, propose);
 }
 
 void frmTarvello::start_numbering_year() {
@@ -50,7 +50,7 @@ void frmTarvello::date_changed() {
     // A result of its own: the date also changes while a row of rsFatture is being shown, which must not
     // move.
     Recordset newest;
-    newest.open("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC", program_.database().dbConnection);
+    newest.open(newest_invoice, program_.database().dbConnection);
     const bool any = !newest.eof();
     // A file from elsewhere may have none: then the last one that was seen counts.
     skip_failures([&] { DTPicker_CURRENT_YEAR.set_date(newest.date("Data_Fattura")); });
@@ -80,8 +80,7 @@ bool frmTarvello::date_fits_new_invoice() {
     // While the first number of a year is being typed, no date is checked.
     if (!txtNumeroFattura.locked()) return true;
     ChiudiRecordset(program_.database());
-    const std::optional<Date> last =
-        first_date(program_.database(), "SELECT * FROM Fatture ORDER BY ID DESC");
+    const std::optional<Date> last = first_date(program_.database(), newest_first);
     if (!last || DTPicker1.date() >= *last) return true;
     const RegionalSettings& regional = program_.regional();
     program_.message("ERRORE INSERIMENTO DATA.\n"

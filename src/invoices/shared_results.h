@@ -6,6 +6,11 @@
 
 namespace tarvello {
 
+/// The invoices, the newest one first: it is the one of the highest key.
+inline constexpr const char* newest_first = "SELECT * FROM Fatture ORDER BY ID DESC";
+/// The newest invoice alone.
+inline constexpr const char* newest_invoice = "SELECT TOP 1 * FROM Fatture ORDER BY ID DESC";
+
 /// Closes the shared results that the invoices use; one that is not open is no fault.
 void ChiudiRecordset(Database& database);
 
