@@ -1,5 +1,6 @@
 #include "e_invoice/check_digits.h"
 
+#include "text/ascii.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -9,12 +10,8 @@
 namespace tarvello::e_invoice {
 namespace {
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) { return c >= 'A' && c <= 'Z'; }
-bool all_digits(std::string_view text) { return std::all_of(text.begin(), text.end(), is_digit); }
-
 /// A digit for itself, a letter for its place in the alphabet from 0.
-int plain_value(char c) { return is_digit(c) ? c - '0' : c - 'A'; }
+int plain_value(char c) { return ascii::is_digit(c) ? c - '0' : c - 'A'; }
 
 /// What a character counts on the first, third ... place, by its plain value: one table for the fiscal code
 /// and for the check letter of accounts.
@@ -33,7 +30,7 @@ char check_letter(std::string_view text) {
 /// The digit that a letter in the place of one stands for; the digit itself; or none, as -1.
 int digit_of(char c) {
     constexpr std::string_view stand_ins = "LMNPQRSTUV";
-    if (is_digit(c)) return c - '0';
+    if (ascii::is_digit(c)) return c - '0';
     const std::size_t place = stand_ins.find(c);
     return place == std::string_view::npos ? -1 : static_cast<int>(place);
 }
@@ -44,7 +41,7 @@ bool person_code_valid(std::string_view code) {
     for (std::size_t i = 0; i < form.size(); ++i) {
         const bool fits = form[i] == 'D'   ? digit_of(code[i]) >= 0
                           : form[i] == 'M' ? month_letters.find(code[i]) != std::string_view::npos
-                                           : is_letter(code[i]);
+                                           : ascii::is_capital(code[i]);
         if (!fits) return false;
     }
     const int day = digit_of(code[9]) * 10 + digit_of(code[10]);
@@ -56,7 +53,7 @@ bool person_code_valid(std::string_view code) {
 int remainder_97(std::string_view text) {
     int remainder = 0;
     for (const char c : text) {
-        const int value = is_digit(c) ? c - '0' : c - 'A' + 10;
+        const int value = ascii::is_digit(c) ? c - '0' : c - 'A' + 10;
         remainder = (remainder * (value < 10 ? 10 : 100) + value) % 97;
     }
     return remainder;
@@ -74,7 +71,7 @@ std::string padded(const std::string& code, std::size_t width) {
 std::string plain_code(std::string_view typed) {
     std::string code;
     for (const char c : upper_case(typed)) {
-        if (is_digit(c) || is_letter(c)) code += c;
+        if (ascii::is_digit(c) || ascii::is_capital(c)) code += c;
     }
     return code;
 }
@@ -87,7 +84,7 @@ std::string plain_partita_iva(std::string_view typed) {
 
 bool partita_iva_valid(std::string_view number) {
     constexpr std::size_t digits = 11;
-    if (number.size() != digits || !all_digits(number) || number == "00000000000") return false;
+    if (number.size() != digits || !ascii::only_digits(number) || number == "00000000000") return false;
     int sum = 0;
     for (std::size_t i = 0; i < digits; ++i) {
         const int digit = number[i] - '0';
@@ -112,8 +109,8 @@ std::string iban_of_account(std::string_view abi, std::string_view cab, std::str
     const std::string bank = plain_code(abi);
     const std::string branch = plain_code(cab);
     const std::string number = plain_code(account);
-    if (bank.empty() || bank.size() > 5 || !all_digits(bank)) return {};
-    if (branch.empty() || branch.size() > 5 || !all_digits(branch)) return {};
+    if (bank.empty() || bank.size() > 5 || !ascii::only_digits(bank)) return {};
+    if (branch.empty() || branch.size() > 5 || !ascii::only_digits(branch)) return {};
     if (number.empty() || number.size() > 12) return {};
     const std::string body = padded(bank, 5) + padded(branch, 5) + padded(number, 12);
     const std::string bban = check_letter(body) + body;
@@ -123,15 +120,17 @@ std::string iban_of_account(std::string_view abi, std::string_view cab, std::str
 bool iban_valid(std::string_view iban) {
     constexpr std::size_t shortest = 15;
     constexpr std::size_t longest = 34;
-    const auto in_alphabet = [](char c) { return is_digit(c) || is_letter(c); };
+    const auto in_alphabet = [](char c) { return ascii::is_digit(c) || ascii::is_capital(c); };
     if (iban.size() < shortest || iban.size() > longest ||
         !std::all_of(iban.begin(), iban.end(), in_alphabet)) {
         return false;
     }
-    if (!is_letter(iban[0]) || !is_letter(iban[1]) || !is_digit(iban[2]) || !is_digit(iban[3])) return false;
+    if (!ascii::is_capital(iban[0]) || !ascii::is_capital(iban[1]) || !ascii::is_digit(iban[2]) ||
+        !ascii::is_digit(iban[3]))
+        return false;
     if (remainder_97(std::string(iban.substr(4)) + std::string(iban.substr(0, 4))) != 1) return false;
     if (!iban.starts_with("IT")) return true;
-    return iban.size() == italian_iban_length && all_digits(iban.substr(account_starts, 10)) &&
+    return iban.size() == italian_iban_length && ascii::only_digits(iban.substr(account_starts, 10)) &&
            check_letter(iban.substr(account_starts)) == iban[4];
 }
 

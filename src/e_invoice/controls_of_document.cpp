@@ -1,6 +1,7 @@
 #include "e_invoice/code_lists.h"
 #include "e_invoice/control.h"
 #include "e_invoice/stamp_duty.h"
+#include "text/ascii.h"
 
 namespace tarvello::e_invoice {
 namespace {
@@ -12,10 +13,8 @@ bool has_digit(const std::string& text) { return text.find_first_of("0123456789"
 
 /// A letter or figure for each of at most five places.
 bool is_progressive(const std::string& text) {
-    const auto fits = [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    };
-    return !text.empty() && text.size() <= longest_progressive && std::all_of(text.begin(), text.end(), fits);
+    return !text.empty() && text.size() <= longest_progressive &&
+           std::all_of(text.begin(), text.end(), ascii::is_letter_or_digit);
 }
 
 /// A protocol of the tax office: seventeen digits, a sign, six digits.
@@ -24,7 +23,7 @@ bool has_protocol_form(const std::string& protocol) {
     constexpr std::size_t size = 24;
     if (protocol.size() != size) return false;
     for (std::size_t i = 0; i < size; ++i) {
-        const bool digit = protocol[i] >= '0' && protocol[i] <= '9';
+        const bool digit = ascii::is_digit(protocol[i]);
         if (i == digits_before ? protocol[i] != '-' && protocol[i] != '/' : !digit) return false;
     }
     return true;

@@ -1,5 +1,6 @@
 #include "e_invoice/receipt_book.h"
 
+#include "text/ascii.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -14,8 +15,7 @@ std::string issuer_code(std::string_view file_name) {
     constexpr std::size_t country = 2;
     if (underscore == std::string::npos || underscore <= country) return {};
     const std::string code = name.substr(country, underscore - country);
-    const bool alphanumeric = std::all_of(
-        code.begin(), code.end(), [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
+    const bool alphanumeric = std::all_of(code.begin(), code.end(), ascii::is_letter_or_digit);
     return alphanumeric ? code : std::string();
 }
 

@@ -2,22 +2,18 @@
 
 #include "e_invoice/check_digits.h"
 #include "e_invoice/code_lists.h"
+#include "text/ascii.h"
 
 #include <algorithm>
 
 namespace tarvello::e_invoice::types {
 namespace {
 
-bool digits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-bool capitals(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-}
+bool capitals(std::string_view text) { return std::all_of(text.begin(), text.end(), ascii::is_capital); }
 
 bool capitals_or_digits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return capitals({&c, 1}) || digits({&c, 1}); });
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return ascii::is_capital(c) || ascii::is_digit(c); });
 }
 
 /// Names parted by single points, as the local and the domain part of an address are.
@@ -25,8 +21,7 @@ bool dotted(std::string_view text) {
     constexpr std::string_view signs = "!#$%&'*+/-=?^_`{|}~";
     bool after_point = true;
     for (const char c : text) {
-        const bool in_name = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                             signs.find(c) != std::string_view::npos;
+        const bool in_name = ascii::is_letter_or_digit(c) || signs.find(c) != std::string_view::npos;
         if (!in_name && (c != '.' || after_point)) return false;
         after_point = c == '.';
     }
@@ -79,10 +74,12 @@ const TextType certified_mail{.least = 3,
                               .fits = mail_address,
                               .words = "deve essere un indirizzo di posta, senza accenti né spazi"};
 const TextType regime{.least = 4, .most = 4, .fits = in_list<tax_regimes>, .words = not_in_list};
-const TextType postal_code{.least = 5, .most = 5, .fits = digits, .words = "deve essere di 5 cifre"};
+const TextType postal_code{
+    .least = 5, .most = 5, .fits = ascii::only_digits, .words = "deve essere di 5 cifre"};
 const TextType province{
     .least = 2, .most = 2, .fits = capitals, .words = "deve essere la sigla di due lettere"};
-const TextType contact_number{.least = 5, .most = 12, .fits = digits, .words = "deve avere da 5 a 12 cifre"};
+const TextType contact_number{
+    .least = 5, .most = 12, .fits = ascii::only_digits, .words = "deve avere da 5 a 12 cifre"};
 const TextType contact_mail{
     .least = 7, .most = 256, .fits = contact_address, .words = "deve essere un indirizzo di posta"};
 const TextType partners{.least = 2,
@@ -108,6 +105,7 @@ const TextType payment_term{.least = 4, .most = 4, .fits = in_list<payment_terms
 const TextType payment_way{.least = 4, .most = 4, .fits = in_list<payment_ways>, .words = not_in_list};
 const TextType iban{
     .least = 15, .most = 34, .fits = iban_valid, .words = "non è valido: le cifre di controllo non tornano"};
-const TextType bank_code{.least = 5, .most = 5, .fits = digits, .words = "deve essere di 5 cifre"};
+const TextType bank_code{
+    .least = 5, .most = 5, .fits = ascii::only_digits, .words = "deve essere di 5 cifre"};
 
 } // namespace tarvello::e_invoice::types

@@ -1,5 +1,7 @@
 #include "lists/cell_value.h"
 
+#include "text/ascii.h"
+
 #include <array>
 #include <charconv>
 
@@ -25,7 +27,7 @@ std::optional<double> shown_number(std::string_view text, const RegionalSettings
     bool any = false;
     while (!text.empty()) {
         const char first = text.front();
-        if (first >= '0' && first <= '9') {
+        if (ascii::is_digit(first)) {
             if (size == digits.size()) return std::nullopt;
             digits[size++] = first;
             any = true;

@@ -32,8 +32,7 @@ void MDIForm1::connect_menus() {
 }
 
 void MDIForm1::open_database() {
-    const auto chosen = program_.platform().dialogs.open_file(
-        {"Apri Database", {{"Microsoft Access files (*.mdb)", "*.mdb"}}});
+    const auto chosen = program_.platform().dialogs.open_file(database_dialog());
     if (!chosen) return;
     // An open database is not closed first. The store refuses a second one: then the title shows the new
     // file, the connection stays on the old one, and the session counts as not connected.

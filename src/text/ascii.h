@@ -14,8 +14,10 @@ constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 /// Also true of an empty text.
 constexpr bool only_digits(std::string_view text) { return std::all_of(text.begin(), text.end(), is_digit); }
 
-constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+constexpr char lower(char c) { return is_capital(c) ? static_cast<char>(c + ('a' - 'A')) : c; }
 constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
-constexpr bool is_letter(char c) { return lower(c) >= 'a' && lower(c) <= 'z'; }
+constexpr bool is_letter(char c) { return is_capital(upper(c)); }
+constexpr bool is_letter_or_digit(char c) { return is_letter(c) || is_digit(c); }
 
 } // namespace tarvello::ascii
