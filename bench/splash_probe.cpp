@@ -14,8 +14,11 @@ int main(int argc, char** argv) {
     application.installEventFilter(&end_on_box);
     bench::EndOnFirstPicture end;
     application.installEventFilter(&end);
-    qt::QtPlatform platform(qt::program_directory(qt::executable_folder(), qt::users_directory()));
+    const std::string here = qt::executable_folder();
+    const std::string directory = qt::program_directory(here, qt::users_directory());
+    qt::QtPlatform platform(directory);
     Program program(platform.platform());
+    if (!program.platform().desktop.is_another_copy_running()) qt::fill_program_directory(here, directory);
     program.run([&] { start_program(program); });
     return QApplication::exec() + 1; // the splash was never painted
 }

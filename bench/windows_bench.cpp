@@ -49,9 +49,16 @@ void run_process(benchmark::State& state, const char* path) {
 void start(benchmark::State& state) { run_process(state, TARVELLO_PROBES "/splash_probe"); }
 void start_floor(benchmark::State& state) { run_process(state, TARVELLO_PROBES "/label_probe"); }
 
+/// The folder of the program's data, with what its first start puts there.
+std::string filled_directory() {
+    const std::string directory = qt::program_directory(TARVELLO_PROBES, user_folder);
+    qt::fill_program_directory(TARVELLO_PROBES, directory);
+    return directory;
+}
+
 /// The program on the archive, with its main window on the screen.
 struct Session {
-    Session() : platform(qt::program_directory(TARVELLO_PROBES, user_folder)), program(platform.platform()) {
+    Session() : platform(filled_directory()), program(platform.platform()) {
         SettingsStore& settings = program.platform().settings;
         settings.write(application_name, "txtContatoreAccessi", "text", "2");
         settings.write(application_name, "txtDatabaseRoute", "text", archive_path());
