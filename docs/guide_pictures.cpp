@@ -3,7 +3,6 @@
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QDateEdit>
 #include <QImageWriter>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -136,11 +135,8 @@ protected:
         user.settle();
     }
     void pick_date(const std::string& form, const QDate& date) {
-        auto* edit = user.widget<QDateEdit>(form, "DTPicker1");
-        ASSERT_TRUE(edit->isEnabled());
-        edit->setFocus(Qt::MouseFocusReason);
-        edit->setDate(date);
-        user.settle();
+        user.type(form, "DTPicker1", from_qt(date.toString(QStringLiteral("dd/MM/yyyy"))));
+        user.press(Qt::Key_Return);
     }
     void type_customer(const std::vector<std::pair<int, std::string>>& boxes) {
         user.click("frmClienti", "Toolbar1_1");

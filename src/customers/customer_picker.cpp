@@ -54,7 +54,8 @@ void frmCercaCliente::select() {
 
 void frmCercaCliente::CompilaClienteFattura() {
     if (!target_) return;
-    target_->expect_known_customer();
+    // Without a choice a customer who was announced as new stays announced.
+    if (!NumeroClienteScelto.empty()) target_->expect_known_customer();
     Recordset& customer = program_.database().rsClienti;
     customer.open("SELECT * FROM Clienti WHERE Numero_Cliente=" + NumeroClienteScelto,
                   program_.database().dbConnection);

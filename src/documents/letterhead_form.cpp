@@ -32,10 +32,13 @@ frmIntestazioneFatture::frmIntestazioneFatture(Program& program)
 }
 
 void frmIntestazioneFatture::connect() {
-    const KeyEvent changes = [this](int&) { Command1[save_button].set_enabled(true); };
-    for (TextBox& box : Text1) box.on_key_press = changes;
-    for (TextBox& box : txtBanca) box.on_key_press = changes;
-    txtDescrizione.on_key_press = changes;
+    const auto saves_changes_of = [this](TextBox& box) {
+        box.on_key_press = [this](int&) { Command1[save_button].set_enabled(true); };
+        box.on_edit = [this] { Command1[save_button].set_enabled(true); };
+    };
+    for (TextBox& box : Text1) saves_changes_of(box);
+    for (TextBox& box : txtBanca) saves_changes_of(box);
+    saves_changes_of(txtDescrizione);
     Command3.on_click = [this] {
         Command1[save_button].set_enabled(true);
         program_.doors().ask_issuer_name();

@@ -6,12 +6,26 @@
 #include "text/letter_case.h"
 #include "text/utf8.h"
 
+#include <utility>
+
 namespace tarvello {
 namespace {
 
 constexpr Color dark_red = Color::from_bgr(128);
 constexpr Color dark_green = Color::from_bgr(0x008000);
 const char* const unknown = "?";
+
+bool begins(const std::string& name, const std::string& beginning) {
+    return upper_case(utf8::left(name, utf8::length(beginning))) == upper_case(beginning);
+}
+
+/// True if the text is what a deletion of characters can leave.
+bool is_rest_of(std::string_view rest, std::string_view text) {
+    for (const char c : text) {
+        if (!rest.empty() && rest.front() == c) rest.remove_prefix(1);
+    }
+    return rest.empty();
+}
 
 } // namespace
 
@@ -28,6 +42,7 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     txtparam.set_visible(false);
     cmdElabora.set_caption("Elabora");
     cmdExit.set_caption("Chiudi");
+    cmdExit.set_cancels();
 
     const auto enable = [this] { cmdElabora.set_enabled(true); };
     txtCognome.on_change = enable;
@@ -36,7 +51,9 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     cboSesso.on_change = enable;
     cboSesso.on_click = enable;
     // A new date alone does not enable the button.
-    txtComune.on_key_up = [this] { telling_failures([this] { search_municipality(); }); };
+    DTPicker1.on_no_date = [this] { tell_no_date(); };
+    txtComune.on_key_press = [this](int& key) { character_typed_ = key >= ' '; };
+    txtComune.on_edit = [this] { telling_failures([this] { search_municipality(); }); };
     cmdElabora.on_click = [this] { compute(); };
     cmdExit.on_click = [this] { unload(); };
 }
@@ -69,32 +86,45 @@ void frmCalcolaCF::telling_failures(const std::function<void()>& step) {
 
 void frmCalcolaCF::search_municipality() {
     const std::string typed = trim(txtComune.text());
+    const bool added = std::exchange(character_typed_, false) || !is_rest_of(typed, txtComune.tag());
     // An emptied box is not searched, and keeps its colour.
-    if (!typed.empty()) txtComune.set_fore_color(show_match(typed));
-    txtComune.set_tag(typed);
+    if (!typed.empty()) {
+        txtComune.set_fore_color(show_match(typed, added));
+    } else if (!txtComune.empty()) {
+        show_place({});
+    }
+    txtComune.set_tag(trim(txtComune.text()));
 }
 
-std::optional<Color> frmCalcolaCF::show_match(const std::string& typed) {
+void frmCalcolaCF::show_place(const Municipality& place) {
+    place_ = place.name;
+    txtProvincia.set_text(place.province);
+    txtCodice.set_text(place.code);
+}
+
+std::optional<Color> frmCalcolaCF::show_match(const std::string& typed, bool added) {
     if (not_opened_) throw Failure(*not_opened_);
     const std::optional<Municipality> found = municipalities_->seek(typed);
-    if (!found) return std::nullopt; // past the last name there is no message
-
-    const std::size_t length = utf8::length(typed);
-    if (upper_case(utf8::left(found->name, length)) == upper_case(typed)) {
+    if (!found) { // past the last name there is no message
+        show_place({});
+        return std::nullopt;
+    }
+    if (begins(found->name, typed)) {
         // Nothing is completed after a deletion, or it would undo it.
-        if (length > utf8::length(txtComune.tag())) {
+        if (added) {
+            const std::size_t length = utf8::length(typed);
             txtComune.set_text(found->name);
             txtComune.select(length, utf8::length(found->name) - length);
-            txtProvincia.set_text(found->province);
-            txtCodice.set_text(found->code);
+            show_place(*found);
+        } else if (!place_.empty() && !begins(place_, typed)) {
+            show_place({}); // what is left is the beginning of another place
         }
         return std::nullopt;
     }
 
     // Once for a run of wrong keys: the next message waits until a good key has turned the text black.
     if (!txtComune.fore_color()) program_.message("Comune non in elenco.", BoxIcon::exclamation);
-    txtProvincia.set_text(unknown);
-    txtCodice.set_text(unknown);
+    show_place({{}, unknown, unknown});
     txtComune.set_focus();
     return dark_red;
 }
@@ -105,7 +135,7 @@ void frmCalcolaCF::compute() {
         return;
     }
     if (!DTPicker1.date().ok()) {
-        program_.message("La data di nascita non e' valida.", BoxIcon::none);
+        tell_no_date();
         return;
     }
     const std::string code = CalcoloCodFis(txtCognome.text(), txtNome.text(), DTPicker1.date(),
@@ -114,6 +144,8 @@ void frmCalcolaCF::compute() {
     if (code_target_) code_target_->set_text(code);
     cmdElabora.set_enabled(false);
 }
+
+void frmCalcolaCF::tell_no_date() { program_.message("La data di nascita non e' valida.", BoxIcon::none); }
 
 void frmCalcolaCF::hand_over_to(const std::string& caller, std::shared_ptr<TextBox> code) {
     txtparam.set_text(caller);

@@ -40,18 +40,23 @@ protected:
     void on_load() override;
 
 private:
-    /// Completes what stands in txtComune to the first name that begins with it. The key just let go has
-    /// already had its effect.
+    /// Completes what the user has made of txtComune to the first name that begins with it.
     void search_municipality();
     /// Takes over the place that the typed text begins, or tells once that there is none.
+    /// @param added  something was put in, and nothing only taken away
     /// @return the colour that the text in txtComune is to have; none is that of the desktop
-    std::optional<Color> show_match(const std::string& typed);
+    std::optional<Color> show_match(const std::string& typed, bool added);
+    /// Province and code of a place; those of no place are empty.
+    void show_place(const Municipality& place);
     void compute();
+    void tell_no_date();
     /// Runs a step that reads the municipalities; its failure is shown, and the form stays open.
     void telling_failures(const std::function<void()>& step);
 
     Program& program_;
     std::shared_ptr<TextBox> code_target_;
+    std::string place_; // whose province and code are on view
+    bool character_typed_ = false;
     std::optional<Municipalities> municipalities_;
     std::optional<Failure> not_opened_; // why there are no municipalities
 };

@@ -29,6 +29,7 @@ CustomerBlock::CustomerBlock(Program& program, Form& form)
     cmdCalcolaCF.set_picture("calcolatrice");
     cmdCalcolaCF.set_tool_tip(messages::fiscal_code_tip);
     txtNuovoInserimento.set_visible(false);
+    ComboNumeroCliente.set_locked(true); // the number comes from the customers
     for (Shape& shape : ShapeAnagrafica) shape.set_visible(false);
     ShapeNome.set_visible(false);
 

@@ -17,6 +17,10 @@ namespace tarvello::invoice_amounts {
 /// The amount texts of the five service lines. An empty one counts nothing.
 using Lines = std::array<std::string_view, 5>;
 
+/// The largest amount that can be typed: what an invoice makes of five of them can still be shown to the
+/// cent.
+inline constexpr double largest = 999'999'999'999.99;
+
 /// The pension surcharge on the sum of the lines.
 /// @param percentage  an empty text counts 0
 std::string rivalsa(const Lines& lines, std::string_view percentage, const RegionalSettings& regional);

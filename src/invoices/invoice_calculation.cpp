@@ -6,6 +6,7 @@
 #include "text/currency.h"
 
 #include <algorithm>
+#include <cmath>
 
 /// The calculation on the form: which texts go into the steps of invoice_amounts and where their results go.
 namespace tarvello {
@@ -119,10 +120,20 @@ void frmTarvello::calculate_net() {
     }
 }
 
+bool frmTarvello::can_be_shown(TextBox& field) {
+    if (std::fabs(read_amount(field.text(), program_.regional())) <= invoice_amounts::largest) return true;
+    program_.message("L'importo inserito è troppo grande: il massimo è " +
+                         currency_text(invoice_amounts::largest, program_.regional()) + ".",
+                     BoxIcon::exclamation);
+    field.set_focus();
+    return false;
+}
+
 void frmTarvello::leave_amount(std::size_t line) {
     TextBox& field = txtImportoPrestazioni[line];
-    if (!field.empty()) {
+    if (!field.empty() && !cancelling()) {
         try {
+            if (!can_be_shown(field)) return;
             field.set_text(currency_text(field.text(), program_.regional()));
         } catch (const Failure&) {
             // No amount: the user types it again.
@@ -138,8 +149,9 @@ void frmTarvello::leave_amount(std::size_t line) {
 
 void frmTarvello::leave_expenses() {
     TextBox& field = txtImportoSpeseAnticipate;
-    if (!field.empty()) {
+    if (!field.empty() && !cancelling()) {
         try {
+            if (!can_be_shown(field)) return;
             field.set_text(
                 currency_text(read_amount(field.text(), program_.regional()), program_.regional()));
         } catch (const Failure&) {

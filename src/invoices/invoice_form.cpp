@@ -74,6 +74,8 @@ void frmTarvello::set_captions() {
     cmdNuovaFattura.set_caption("Nuova Fattura");
     cmdModificaDati.set_caption("Modifica Dati");
     cmdAnnulla.set_caption("Annulla");
+    cmdAnnulla.set_cancels();
+    Toolbar1.button(invoice_tool::cancel).set_cancels();
     cmdEliminaFattura.set_caption("Elimina Fattura");
     cmdStampaFattura.set_caption("&Stampa Fattura");
     cmdStampaFattura.set_tool_tip("Visualizza anteprima di stampa / Stampa fattura");

@@ -177,6 +177,8 @@ private:
 
     // invoice_modes.cpp
     void lock_invoice(bool locked);
+    /// Empties the form, key and number too: no command finds anything on view.
+    void show_no_invoice();
     void show_toolbar_mode(std::size_t place, const std::string& caption, const char* picture);
     /// Calls `visit` on the buttons of the tool bar but for that of the mode and "Annulla".
     void each_other_tool(std::size_t mode, const std::function<void(ToolButton&)>& visit);
@@ -204,6 +206,9 @@ private:
     void calculate_total();
     void calculate_ritenuta();
     void calculate_net();
+    /// False if the amount that was typed is too large: the user has been told, and corrects it.
+    /// @throws Failure if the text is no amount
+    bool can_be_shown(TextBox& field);
     void leave_amount(std::size_t line);
     void leave_expenses();
 

@@ -31,6 +31,12 @@ void frmTarvello::BloccaFattura() { lock_invoice(true); }
 
 void frmTarvello::SbloccaFattura() { lock_invoice(false); }
 
+void frmTarvello::show_no_invoice() {
+    PulisciFattura();
+    txtCurrent_ID.clear();
+    txtNumeroFattura.clear();
+}
+
 void frmTarvello::show_toolbar_mode(std::size_t place, const std::string& caption, const char* picture) {
     Toolbar1.button(place).set_caption(caption);
     Toolbar1.button(place).set_picture(picture);
@@ -114,6 +120,11 @@ void frmTarvello::start_new_invoice() {
 }
 
 void frmTarvello::start_change() {
+    if (leading_int16(txtCurrent_ID.text()) == 0) {
+        program_.message("Nessuna fattura da modificare. Per inserirne una premere \"Nuova Fattura\".",
+                         BoxIcon::information);
+        return;
+    }
     SbloccaFattura();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(false);
     ImpostaStato("Modifica Dati");
@@ -131,7 +142,7 @@ void frmTarvello::cancel() {
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Annulla");
 
-    if (!show_invoice(txtCurrent_ID.text())) PulisciFattura();
+    if (!show_invoice(txtCurrent_ID.text())) show_no_invoice();
 }
 
 void frmTarvello::delete_invoice() {
@@ -144,7 +155,7 @@ void frmTarvello::delete_invoice() {
         if (any && !program_.confirm("\nEliminare la fattura?")) return;
 
         run_statement(database, database.rsFatture, "DELETE * FROM Fatture WHERE ID=" + std::to_string(id));
-        PulisciFattura();
+        show_no_invoice();
         with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
             if (!rows.eof()) MostraFattura();
         });

@@ -17,8 +17,13 @@ public:
     void set_picture(std::string picture);
     bool takes_focus() const override { return true; }
 
+    /// The command gives up what has been entered: it runs also where that could not be read.
+    bool cancels() const { return cancels_; }
+    void set_cancels() { cancels_ = true; }
+
 private:
     std::string picture_;
+    bool cancels_ = false;
 };
 
 class CommandButton : public PictureButton {

@@ -37,8 +37,6 @@ enum class Aspect : std::uint8_t {
 class ControlView {
 public:
     virtual void follow(Control& control, Aspect aspect) = 0;
-    /// The control is being left: what the picture holds back until then is handed over now.
-    virtual void commit() {}
 
 protected:
     ~ControlView() = default;
@@ -108,6 +106,11 @@ public:
     ControlView* view = nullptr;
 
 protected:
+    friend class Form;
+
+    /// The focus is about to go: what the control holds back until then counts now. It may take the focus
+    /// back.
+    virtual void leaving() {}
     void changed(Aspect aspect);
     /// Runs an event as one act of the user.
     void act(const std::function<void()>& event);

@@ -62,14 +62,12 @@ bool TextEntry::edit(std::string text, std::size_t caret) {
     act([&] {
         selection_start_ = std::min(caret, size);
         selection_length_ = 0;
-        if (text != text_) text_typed();
+        const bool another = text != text_;
+        if (another) text_typed();
         put_text(std::move(text));
+        if (another) raise(on_edit);
     });
     return true;
-}
-
-void TextEntry::release_key() {
-    if (on_key_up) act(on_key_up);
 }
 
 void TextEntry::press_key(int key) {
@@ -88,7 +86,6 @@ void TextEntry::press_key(int key) {
         utf8::append(character, static_cast<char32_t>(key));
         paste(character);
     }
-    release_key();
 }
 
 void TextEntry::type(std::string_view characters) {
@@ -100,7 +97,6 @@ void TextEntry::press_delete() {
     if (!has_focus()) enter();
     if (selection_length_ == 0) place_caret(selection_start_, 1);
     paste({});
-    release_key();
 }
 
 void TextEntry::paste(std::string_view text) {

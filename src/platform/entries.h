@@ -38,13 +38,13 @@ public:
 
     /// The text has changed, by code or by the user.
     Event on_change;
+    /// The user has changed the text, in whatever way: keys, pasting, dropping, undoing.
+    Event on_edit;
     /// Asked before an edit of the user counts, also one that comes without a key, such as pasting.
     /// Returns true to refuse it.
     std::function<bool()> on_query_edit;
     /// A character key, before it has any effect.
     KeyEvent on_key_press;
-    /// A key has been let go, after its effect.
-    Event on_key_up;
 
     // User acts.
 
@@ -66,8 +66,6 @@ public:
     /// The user's editing has come to this text and caret. Refused where the user may not change it.
     /// @return false if it was refused: the widget goes back to text()
     bool edit(std::string text, std::size_t caret);
-    /// The key has been let go.
-    void release_key();
 
 protected:
     virtual bool user_may_edit() const { return !locked_; }

@@ -1,6 +1,8 @@
 #include "platform/form.h"
 
 #include "platform/bars.h"
+#include "platform/buttons.h"
+#include "platform/date_picker.h"
 #include "platform/entries.h"
 
 #include <algorithm>
@@ -37,11 +39,11 @@ bool Form::move_focus(Control* control) {
 
     Control* const wanted = control;
     Control* const left = focus_;
-    if (left && (left->view || left->on_lost_focus)) {
+    if (left) {
         leaving_ = true;
         redirected_ = control;
         try {
-            if (left->view) left->view->commit();
+            left->leaving();
             if (left->on_lost_focus) left->on_lost_focus();
         } catch (...) { // the flag must not outlive the event, whatever ended it
             leaving_ = false;
@@ -56,6 +58,11 @@ bool Form::move_focus(Control* control) {
     if (view) view->follow(*this, FormAspect::focus);
     if (left && left != focus_ && on_field_left) on_field_left();
     return focus_ == wanted;
+}
+
+bool Form::cancelling() const {
+    const auto* command = dynamic_cast<const PictureButton*>(redirected_);
+    return leaving_ && command && command->cancels();
 }
 
 void Form::focus_next() {
@@ -79,7 +86,8 @@ void Form::move_mouse() {
 }
 
 void Form::on_key_preview(Control& control, int& key) {
-    if (key != keys::enter || !dynamic_cast<TextBox*>(&control)) return;
+    if (key != keys::enter) return;
+    if (!dynamic_cast<TextBox*>(&control) && !dynamic_cast<DatePicker*>(&control)) return;
     key = 0;
     focus_next();
 }

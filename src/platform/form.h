@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/dates.h"
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -42,6 +44,11 @@ public:
     /// Asks the form whether it may close, and if so takes it off the screen and out of the program.
     /// @return false if the form refused
     virtual bool unload(Form& form, UnloadReason reason) = 0;
+    /// How the user writes dates.
+    virtual const RegionalSettings& regional() const = 0;
+    virtual Date today() = 0;
+    /// Tells the user why something that was entered is not taken.
+    virtual void warn(const std::string& text) = 0;
 
 protected:
     ~FormHost() = default;
@@ -85,6 +92,10 @@ public:
     /// reached (disabled, hidden, or inside something that is).
     /// @return true if the control has the focus afterwards: the control left may take it back
     bool move_focus(Control* control);
+    /// True while the focus goes to a command that gives up what has been entered, so that what is being left
+    /// has no say.
+    bool cancelling() const;
+
     /// Moves the focus as the Tab key does: on to the next control that takes it, from the last to the first.
     void focus_next();
 
@@ -130,7 +141,7 @@ protected:
     /// The form goes away. It is still in the program while this runs.
     virtual void on_unload(UnloadReason) {}
     /// Sees a key before the control that has the focus. 0 in `key` cancels it. Unless a form says otherwise,
-    /// Enter in a text box moves on as Tab does and writes nothing.
+    /// Enter in a text box or a date moves on as Tab does and writes nothing.
     virtual void on_key_preview(Control& control, int& key);
     /// The size of the window has changed by the user's hand, in twips.
     virtual void on_resize(int /*width*/, int /*height*/) {}

@@ -71,6 +71,13 @@ void ListView::select_row(std::size_t row) {
     });
 }
 
+void ListView::deselect() {
+    if (!reachable()) return;
+    act([&] {
+        if (form().move_focus(this)) set_selected(std::nullopt);
+    });
+}
+
 void ListView::double_click(std::size_t row) {
     if (!reachable() || row >= rows_.size()) return;
     select_row(row);
@@ -104,6 +111,13 @@ void ListBox::choose(int index) {
         } else {
             set_list_index(index);
         }
+    });
+}
+
+void ListBox::deselect() {
+    if (!reachable()) return;
+    act([&] {
+        if (form().move_focus(this)) set_list_index(-1);
     });
 }
 

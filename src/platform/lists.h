@@ -58,6 +58,8 @@ public:
     // User acts.
     /// Clicks an item, or moves to it with the keyboard.
     void choose(int index);
+    /// Takes the choice away.
+    void deselect();
     /// Double click, or Enter, on an item.
     void double_click(int index);
 
@@ -100,6 +102,8 @@ public:
 
     // User acts.
     void select_row(std::size_t row);
+    /// Takes the selection away.
+    void deselect();
     /// Double click, or Enter, on a row.
     void double_click(std::size_t row);
 

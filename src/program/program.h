@@ -26,7 +26,6 @@ public:
     ~Program();
 
     Platform& platform() { return platform_; }
-    const RegionalSettings& regional() const { return platform_.regional; }
     Database& database() { return database_; }
 
     /// Name of the invoicing person or company.
@@ -82,6 +81,9 @@ public:
     void show(Form& form) override;
     void show_modal(Form& form) override;
     bool unload(Form& form, UnloadReason reason) override;
+    const RegionalSettings& regional() const override { return platform_.regional; }
+    Date today() override { return platform_.clock.today(); }
+    void warn(const std::string& text) override { message(text, BoxIcon::exclamation); }
 
 private:
     Form& load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form);

@@ -81,49 +81,92 @@ std::string long_time_text(const DateTime& time, const RegionalSettings& regiona
     });
 }
 
-std::optional<Date> read_date(std::string_view text, const RegionalSettings& regional) {
-    std::array<int, 3> numbers{};
+namespace {
+
+/// Three numbers as they were written, and how many digits each had.
+struct DateNumbers {
+    std::array<int, 3> values{};
     std::array<std::size_t, 3> widths{};
     std::size_t count = 0;
+};
+
+/// Takes the numbers out of a text in which nothing but separators stands between them.
+std::optional<DateNumbers> split_numbers(std::string_view text, std::size_t most_digits) {
+    DateNumbers numbers;
     for (std::size_t at = 0; at < text.size();) {
         if (!ascii::is_digit(text[at])) {
             if (std::string_view("/-. ").find(text[at]) == std::string_view::npos) return std::nullopt;
             ++at;
             continue;
         }
-        if (count == numbers.size()) return std::nullopt;
-        const auto end = std::from_chars(text.data() + at, text.data() + text.size(), numbers[count]).ptr;
-        widths[count] = static_cast<std::size_t>(end - text.data()) - at;
-        at += widths[count];
-        if (widths[count] > 4) return std::nullopt;
-        ++count;
+        if (numbers.count == numbers.values.size()) return std::nullopt;
+        const auto end =
+            std::from_chars(text.data() + at, text.data() + text.size(), numbers.values[numbers.count]).ptr;
+        numbers.widths[numbers.count] = static_cast<std::size_t>(end - text.data()) - at;
+        at += numbers.widths[numbers.count];
+        if (numbers.widths[numbers.count] > most_digits) return std::nullopt;
+        ++numbers.count;
     }
-    if (count != 3) return std::nullopt;
+    return numbers;
+}
 
-    // The order of the letters in the short form is the order of the numbers, unless a year comes first.
+/// The order of day, month and year in the short form.
+std::string order_of(const RegionalSettings& regional) {
     std::string order;
-    if (widths[0] > 2) {
-        order = "yMd";
-    } else {
-        for (const char letter : regional.short_date) {
-            if (std::string_view("dMy").find(letter) != std::string_view::npos &&
-                order.find(letter) == std::string::npos) {
-                order += letter;
-            }
+    for (const char letter : regional.short_date) {
+        if (std::string_view("dMy").find(letter) != std::string_view::npos &&
+            order.find(letter) == std::string::npos) {
+            order += letter;
         }
     }
+    return order;
+}
+
+/// The day that three numbers name. A year that comes first is one by its digits.
+/// @return nothing if it lies outside of the calendar's years
+std::optional<Date> date_of(const DateNumbers& numbers, const RegionalSettings& regional) {
+    if (numbers.count != 3) return std::nullopt;
+    const std::string order = numbers.widths[0] > 2 ? "yMd" : order_of(regional);
     int day = 0;
     int month = 0;
     int year = 0;
     for (std::size_t i = 0; i < order.size() && i < 3; ++i) {
-        if (order[i] == 'd') day = numbers[i];
-        if (order[i] == 'M') month = numbers[i];
-        if (order[i] == 'y')
-            year = widths[i] <= 2 ? numbers[i] + (numbers[i] < 30 ? 2000 : 1900) : numbers[i];
+        const int value = numbers.values[i];
+        if (order[i] == 'd') day = value;
+        if (order[i] == 'M') month = value;
+        if (order[i] == 'y') year = numbers.widths[i] <= 2 ? value + (value < 30 ? 2000 : 1900) : value;
     }
-    if (year < 100 || year > 9999 || month < 1 || day < 1) return std::nullopt;
-    const Date date = make_date(year, static_cast<unsigned>(month), static_cast<unsigned>(day));
-    return date.ok() ? std::optional(date) : std::nullopt;
+    if (year < 100 || year > 9999 || month > 99 || day > 99) return std::nullopt;
+    return make_date(year, static_cast<unsigned>(month), static_cast<unsigned>(day));
+}
+
+} // namespace
+
+std::optional<Date> read_date(std::string_view text, const RegionalSettings& regional) {
+    const auto numbers = split_numbers(text, 4);
+    const auto date = numbers ? date_of(*numbers, regional) : std::nullopt;
+    return date && date->ok() ? date : std::nullopt;
+}
+
+std::optional<Date> read_typed_date(std::string_view text, const RegionalSettings& regional) {
+    auto numbers = split_numbers(text, 8);
+    if (!numbers) return std::nullopt;
+    const std::string order = order_of(regional);
+    if (numbers->count == 1 && (numbers->widths[0] == 6 || numbers->widths[0] == 8)) {
+        // Without separators: every part but the year has two digits.
+        std::string parted(text.substr(text.find_first_of("0123456789"), numbers->widths[0]));
+        for (std::size_t i = 2, at = 0; i > 0; --i) {
+            at += order[2 - i] == 'y' ? numbers->widths[0] - 4 : 2;
+            parted.insert(at++, 1, '/');
+        }
+        numbers = split_numbers(parted, 4);
+    }
+    const std::size_t year = numbers->widths[0] > 2 ? 0 : order.find('y');
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::size_t digits = numbers->widths[i];
+        if (i == year ? digits != 2 && digits != 4 : digits > 2) return std::nullopt;
+    }
+    return date_of(*numbers, regional);
 }
 
 std::string iso_date(const Date& date) { return date_text(date, "yyyy-MM-dd"); }

@@ -43,6 +43,11 @@ std::string long_time_text(const DateTime& time, const RegionalSettings& regiona
 /// @return nothing if the text is no date that exists, or its year lies outside 100 to 9999
 std::optional<Date> read_date(std::string_view text, const RegionalSettings& regional);
 
+/// Reads a date as a person types it: as read_date(), but a year has two digits or four, and the separators
+/// may be left out where day and month have two digits each (31121980).
+/// @return nothing if the text names no day; a date that is not ok() if it names one that does not exist
+std::optional<Date> read_typed_date(std::string_view text, const RegionalSettings& regional);
+
 /// The date as data files have it: 2006-03-05.
 std::string iso_date(const Date& date);
 

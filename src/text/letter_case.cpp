@@ -70,6 +70,18 @@ std::string trim(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+std::string one_line(std::string_view text) {
+    const std::string_view breaks = "\r\n";
+    std::string line;
+    for (std::size_t at = 0; (at = text.find_first_not_of(breaks, at)) != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_of(breaks, at), text.size());
+        if (!line.empty()) line += ' ';
+        line += text.substr(at, end - at);
+        at = end;
+    }
+    return line;
+}
+
 bool is_blank(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
 
 std::string double_apostrophes(std::string_view text) {

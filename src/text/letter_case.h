@@ -29,6 +29,9 @@ bool equal_ignoring_case(std::string_view left, std::string_view right);
 /// Without the blanks at both ends. Only the blank itself is cut, no tab and no line break.
 std::string trim(std::string_view text);
 
+/// A text of several lines as one: line breaks at its ends go, others become a blank each.
+std::string one_line(std::string_view text);
+
 /// True if nothing but blanks stands in the text, or nothing at all.
 bool is_blank(std::string_view text);
 

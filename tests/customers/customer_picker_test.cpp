@@ -79,9 +79,11 @@ TEST_F(CustomerPicker, WithNothingSelectedTheInvoiceKeepsWhatItHad) {
     fill_invoice();
     picker().cmdSelect.click();
     EXPECT_TRUE(closed());
-    EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "");
+    EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "NEW") << "who was announced stays so";
     EXPECT_EQ(invoice().customer.ComboNumeroCliente.text(), "77");
     EXPECT_EQ(block(0), "old");
+    invoice().customer.ComboNumeroCliente.type("8");
+    EXPECT_EQ(invoice().customer.ComboNumeroCliente.text(), "77") << "nobody types a number";
 }
 
 TEST_F(CustomerPicker, ANullStopsTheCopyAndLeavesTheResultOpen) {

@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -82,7 +82,7 @@ struct Binder : ::testing::Test {
             option->setObjectName(QString::fromLatin1(name));
             options->addWidget(option);
         }
-        add(new QDateEdit, "date");
+        add(new QLineEdit, "date");
         add(new QTreeView, "list");
         add(new QPushButton, "button");
         auto* bar = new QWidget;
@@ -208,6 +208,43 @@ TEST_F(Binder, TheLongestTextCountsCharactersAndStopsTheUserOnly) {
     EXPECT_EQ(shown(form->area), "wxy");
 }
 
+TEST_F(Binder, WhatIsPutIntoABoxOfOneLineComesInOneLine) {
+    show();
+    int edits = 0;
+    const auto paste_into = [&](TextEntry& entry) {
+        entry.set_text("ab\nc");
+        entry.on_edit = [&] { ++edits; };
+        click(entry);
+        user.press(Qt::Key_End, Qt::ControlModifier);
+        user.press(Qt::Key_Left);
+        user.press(Qt::Key_V, Qt::ControlModifier);
+        return entry.text();
+    };
+    QApplication::clipboard()->setText("\r\n1\r\n\n2\n");
+    EXPECT_EQ(paste_into(form->text), "ab\n1 2c") << "what the program has put there stays";
+    EXPECT_EQ(shown(form->text), "ab\n1 2c");
+    EXPECT_EQ(widget<QLineEdit>(form->text)->cursorPosition(), 6);
+    EXPECT_EQ(paste_into(form->combo), "ab\n1 2c");
+    EXPECT_NE(paste_into(form->area).find("1\n\n2\n"), std::string::npos) << "an area takes lines";
+    EXPECT_EQ(edits, 3);
+
+    // All that changes the text counts as typing.
+    edits = 0;
+    click(form->text);
+    user.press(Qt::Key_A, Qt::ControlModifier);
+    user.press(Qt::Key_X, Qt::ControlModifier);
+    user.press(Qt::Key_Z, Qt::ControlModifier);
+    user.press(Qt::Key_Delete);
+    EXPECT_EQ(edits, 3);
+    QMimeData dragged;
+    dragged.setText("x\ny");
+    auto* line = widget<QLineEdit>(form->text);
+    QDropEvent drop(QPointF(3, 3), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(line, &drop);
+    EXPECT_EQ(form->text.text(), "x y");
+    EXPECT_EQ(edits, 4);
+}
+
 TEST_F(Binder, LockedBoxesCanBeReadAndCopiedOnly) {
     form->text.set_text("fisso");
     form->text.set_locked(true);
@@ -322,6 +359,33 @@ TEST_F(Binder, APressGoesOnAfterABoxThatLeavesTheFocusFree) {
     EXPECT_FALSE(widget<QPushButton>(form->button)->isDown());
 }
 
+TEST_F(Binder, TheSecondOfTwoQuickPressesIsNoneOnAnotherButton) {
+    show();
+    const QPointF place(300, 300);
+    const auto press = [&](const Control& control, unsigned long long at) {
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, {4, 4}, place, Qt::LeftButton,
+                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                              Qt::NoModifier);
+            event.setTimestamp(at);
+            QApplication::sendEvent(widget(control), &event);
+        }
+        DesktopUser::settle();
+        return form->presses;
+    };
+    EXPECT_EQ(press(form->button, 1'000'000), "b");
+    EXPECT_EQ(press(form->button, 1'000'100), "bb") << "the same button with the same task";
+    EXPECT_EQ(press(form->bar.button(1), 1'000'200), "bb") << "it has come to where the other one was";
+    EXPECT_EQ(press(form->bar.button(1), 1'000'900), "bbt");
+    form->bar.button(1).set_caption("Aggiorna Dati");
+    EXPECT_EQ(press(form->bar.button(1), 1'001'000), "bbt") << "the same button with another task";
+    EXPECT_EQ(press(form->bar.button(1), 1'002'000), "bbtt");
+    user.press(Qt::Key_Return);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+    QApplication::sendEvent(widget(form->bar.button(1)), &held);
+    EXPECT_EQ(form->presses, "bbttt") << "Enter that is held down presses once";
+}
+
 TEST_F(Binder, EverythingCanBePressedWithTheKeyboard) {
     show();
     form->label.set_focus();
@@ -351,44 +415,92 @@ TEST_F(Binder, EverythingCanBePressedWithTheKeyboard) {
 
 // Dates and lists
 
-TEST_F(Binder, ADateCountsWhenItIsWhole) {
-    form->date.set_date(make_date(2006, 3, 5));
-    int changes = 0;
+TEST_F(Binder, ADateIsTypedAndReadWhenTheFieldIsLeft) {
+    form->date.set_date(make_date(2006, 4, 30));
     show();
-    form->date.on_change = [&] { ++changes; };
-    EXPECT_EQ(shown(form->date), "05/03/2006");
-    QTest::mouseClick(widget<QDateEdit>(form->date)->findChild<QLineEdit*>(), Qt::LeftButton, {},
-                      QPoint(8, 8));
-    DesktopUser::settle();
-    user.type("21");
-    EXPECT_EQ(changes, 0) << "while it is being typed the form hears nothing";
-    EXPECT_EQ(shown(form->date), "21/03/2006");
+    auto* field = widget<QLineEdit>(form->date);
+    EXPECT_EQ(field->text(), "30/04/2006");
+    click(form->date);
+    user.type("3112");
+    EXPECT_EQ(form->date.date(), make_date(2006, 4, 30));
+    // Another window comes to the front and goes again in the midst of it.
+    field->clearFocus();
+    field->setFocus(Qt::ActiveWindowFocusReason);
+    user.type("1980");
     click(form->text);
-    EXPECT_EQ(form->date.date(), make_date(2006, 3, 21));
-    EXPECT_EQ(changes, 1);
-    // What the form does about a typed date decides where the focus goes, not where the user was going.
+    EXPECT_EQ(form->date.date(), make_date(1980, 12, 31)) << "a click into its middle selects all of it";
+    form->date.set_focus();
+    user.type("20/12/06");
+    user.press(Qt::Key_Tab);
+    EXPECT_EQ(field->text(), "20/12/2006");
+    EXPECT_EQ(user.focus(), "list");
+    QApplication::clipboard()->setText(" 1.2.1980\n");
+    click(form->date);
+    user.press(Qt::Key_V, Qt::ControlModifier);
+    user.press(Qt::Key_Return);
+    EXPECT_EQ(form->date.date(), make_date(1980, 2, 1));
+    click(form->date);
+    user.type("29/02/1981");
+    click(form->button);
+    EXPECT_EQ(form->presses, "") << "no command runs before the date is read";
+    EXPECT_EQ(host.warnings, "La data \"29/02/1981\" non esiste.|");
+    EXPECT_TRUE(field->hasFocus());
+    EXPECT_EQ(field->selectedText(), "01/02/1980") << "the old one, selected";
+    user.type("3");
+    user.press(Qt::Key_Escape);
+    user.press(Qt::Key_Z, Qt::ControlModifier);
+    click(form->button);
+    EXPECT_EQ(form->presses, "b") << "undone, there is nothing left to read";
+    click(form->date);
+    QTest::mousePress(field, Qt::LeftButton, {}, QPoint(4, 8));
+    QTest::mouseMove(field, QPoint(22, 8));
+    QTest::mouseRelease(field, Qt::LeftButton, {}, QPoint(22, 8));
+    EXPECT_TRUE(field->text().startsWith(field->selectedText()) && field->selectionLength() < 9) << "by hand";
+}
+
+TEST_F(Binder, ADateIsSteppedThroughWithKeysAndPickedInTheCalendar) {
     form->date.set_date(make_date(2006, 3, 5));
-    form->date.on_change = [this] { form->combo.set_focus(); };
-    form->date.set_focus();
-    QTest::keyClicks(widget<QDateEdit>(form->date), "21");
-    QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_Tab);
+    show();
+    click(form->date);
+    const auto after = [this](Qt::Key key, Qt::KeyboardModifiers held = {}) {
+        user.press(key, held);
+        return shown(form->date);
+    };
+    EXPECT_EQ(after(Qt::Key_Up), "06/03/2006");
+    EXPECT_EQ(after(Qt::Key_Down), "05/03/2006");
+    EXPECT_EQ(after(Qt::Key_PageUp), "05/04/2006");
+    EXPECT_EQ(after(Qt::Key_PageDown), "05/03/2006");
+    EXPECT_EQ(after(Qt::Key_O, Qt::ControlModifier), "01/04/2006");
+    user.press(Qt::Key_Up);
+    user.type("+");
+    EXPECT_EQ(shown(form->date), "01/04/2006");
+
+    const auto calendar = [] { return QApplication::activePopupWidget()->findChild<QCalendarWidget*>(); };
+    user.press(Qt::Key_F4);
+    ASSERT_TRUE(QApplication::activePopupWidget());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    EXPECT_EQ(shown(form->date), "01/04/2006");
+    EXPECT_EQ(user.focus(), "date");
+    form->date.on_change = [this] { boxes.show({"Nuovo anno?", "prova"}); };
+    QTest::mouseClick(widget<QLineEdit>(form->date)->findChild<QToolButton*>(), Qt::LeftButton);
+    calendar()->setCurrentPage(2007, 1);
+    auto* days = calendar()->findChild<QAbstractItemView*>("qt_calendar_calendarview");
+    const auto first = days->model()->index(1, 0); // Monday, the first of January
+    user.expect_box("Nuovo anno?");
+    QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(first).center());
     DesktopUser::settle();
-    EXPECT_EQ(form->focus(), &form->combo);
-    EXPECT_TRUE(widget<QWidget>(form->combo)->hasFocus());
-    form->date.on_change = nullptr;
-    for (const char* typed : {"01/02/1980", "01021980", "1/2/1980", "01-02-1980", "1.02.1980"}) {
-        form->date.set_date(make_date(2006, 3, 15));
-        form->button.set_focus();
-        form->date.set_focus();
-        QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(widget<QDateEdit>(form->date), typed);
-        QTest::keyClick(widget<QDateEdit>(form->date), Qt::Key_Return);
-        EXPECT_EQ(form->date.date(), make_date(1980, 2, 1)) << typed;
-    }
+    EXPECT_EQ(form->date.date(), make_date(2007, 1, 1)) << "a picked day counts at once";
+    EXPECT_FALSE(QApplication::activePopupWidget());
+
+    // What the form does about a date decides where the focus goes and what stands there.
     form->date.on_change = [this] { form->date.set_date(make_date(2006, 3, 5)); };
-    form->date.set_focus();
     user.press(Qt::Key_Up);
     EXPECT_EQ(shown(form->date), "05/03/2006") << "the form refuses it";
+    form->date.on_change = [this] { form->combo.set_focus(); };
+    user.type("21/3/2006");
+    user.press(Qt::Key_Tab);
+    EXPECT_EQ(form->focus(), &form->combo);
+    EXPECT_TRUE(widget(form->combo)->hasFocus());
 }
 
 TEST_F(Binder, AListOfAHundredThousandRowsIsMovedInWithKeysAndMouse) {
@@ -419,6 +531,51 @@ TEST_F(Binder, AListOfAHundredThousandRowsIsMovedInWithKeysAndMouse) {
     DesktopUser::settle();
     EXPECT_EQ(view->model()->rowCount(), 0);
     EXPECT_FALSE(view->currentIndex().isValid());
+}
+
+TEST_F(Binder, TheHighlightedRowIsTheSelectedOneHoweverItCameToBe) {
+    for (const char* name : {"Bianchi", "Rossi", "Verdi\nMario"}) {
+        form->list.fill().begin_row();
+        form->list.fill().add_cell(name);
+    }
+    int clicks = 0;
+    form->list.on_item_click = [&] { ++clicks; };
+    show();
+    auto* view = widget<QTreeView>(form->list);
+    const auto at = [&](int row) { return view->visualRect(view->model()->index(row, 0)).center(); };
+    const auto selected = [&] {
+        DesktopUser::settle();
+        const auto rows = view->selectionModel()->selectedRows();
+        const int highlighted = rows.isEmpty() ? -1 : rows.first().row();
+        EXPECT_EQ(form->list.selected() ? static_cast<int>(*form->list.selected()) : -1, highlighted);
+        return highlighted;
+    };
+    form->list.set_focus();
+    EXPECT_EQ(selected(), -1);
+    user.press(Qt::Key_Down);
+    EXPECT_EQ(selected(), 0) << "the first key begins at the first row";
+    QTest::mouseClick(view->viewport(), Qt::RightButton, {}, at(1));
+    EXPECT_EQ(selected(), 1);
+    QTest::mousePress(view->viewport(), Qt::LeftButton, {}, at(0));
+    QTest::mouseMove(view->viewport(), at(2));
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, at(2));
+    EXPECT_NE(selected(), -1);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier, at(2));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier, at(2));
+    selected();
+    user.press(Qt::Key_Home);
+    user.press(Qt::Key_Down, Qt::ControlModifier);
+    selected();
+    user.press(Qt::Key_Space, Qt::ControlModifier);
+    selected();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at(1));
+    clicks = 0;
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at(1));
+    EXPECT_EQ(clicks, 1) << "a click on the selected row is a click all the same";
+    EXPECT_EQ(view->visualRect(view->model()->index(2, 0)).height(),
+              view->visualRect(view->model()->index(1, 0)).height());
+    EXPECT_FALSE(view->model()->index(2, 0).data().toString().contains('\n'));
+    EXPECT_TRUE(view->model()->index(2, 0).data(Qt::ToolTipRole).toString().contains("Mario"));
 }
 
 TEST_F(Binder, TheMouseOverSomethingReachesTheInnermostAndOnlyIt) {

@@ -11,7 +11,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -276,7 +275,6 @@ std::string DesktopUser::shown(const std::string& form, const std::string& contr
     if (auto* line = qobject_cast<QLineEdit*>(target)) return from_qt(line->text());
     if (auto* area = qobject_cast<QPlainTextEdit*>(target)) return from_qt(area->toPlainText());
     if (auto* combo = qobject_cast<QComboBox*>(target)) return from_qt(combo->currentText());
-    if (auto* date = qobject_cast<QDateEdit*>(target)) return from_qt(date->text());
     if (auto* label = qobject_cast<QLabel*>(target)) return from_qt(label->text());
     if (auto* button = qobject_cast<QAbstractButton*>(target)) {
         return button->isCheckable() ? (button->isChecked() ? "1" : "0") : from_qt(button->text());

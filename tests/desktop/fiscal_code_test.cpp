@@ -1,8 +1,12 @@
 #include "customers/customer_form.h"
 #include "desktop/desktop_test.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPalette>
+#include <QTest>
 
 #include <fstream>
 
@@ -41,8 +45,11 @@ TEST_F(FiscalCodeWindow, TheCodeLandsInTheBoxOfTheCustomer) {
         EXPECT_EQ(shown("cboSesso"), "Maschio");
         user.click(form, "txtNome");
         user.press(Qt::Key_Tab);
+        user.type("29021981");
+        user.expect_box("La data di nascita non e' valida.");
+        user.press(Qt::Key_Tab);
+        EXPECT_EQ(user.focus(), "DTPicker1");
         user.type("01011980");
-        EXPECT_EQ(shown("DTPicker1"), "01/01/1980");
         user.type(form, "txtComune", "roma");
         EXPECT_EQ(shown("txtProvincia"), "RM");
         EXPECT_FALSE(user.widget(form, "txtProvincia")->isEnabled());
@@ -90,6 +97,37 @@ TEST_F(FiscalCodeWindow, CompletesWithTheRestSelectedAndTellsOfWrongKeysOnce) {
         EXPECT_EQ(shown("txtProvincia"), "TN");
     });
     EXPECT_EQ(code_of_customer, "");
+}
+
+TEST_F(FiscalCodeWindow, TheSearchFollowsTheTextAndNotTheKeys) {
+    start();
+    calculate([this] {
+        user.click(form, "txtComune");
+        // Fast hands: a key goes down before the one before it is up.
+        QTest::keyPress(comune(), 'm');
+        QTest::keyPress(comune(), 'i');
+        QTest::keyRelease(comune(), 'm');
+        QTest::keyPress(comune(), 'l');
+        QTest::keyRelease(comune(), 'i');
+        QTest::keyRelease(comune(), 'l');
+        EXPECT_EQ(shown("txtComune"), "Milano");
+        EXPECT_EQ(comune()->selectedText(), "ano");
+        user.press(Qt::Key_A, Qt::ControlModifier);
+        EXPECT_EQ(comune()->selectedText(), "Milano") << "a shortcut changes no text";
+        QTest::keyPress(comune(), Qt::Key_Shift);
+        QTest::keyPress(comune(), 'R', Qt::ShiftModifier);
+        QTest::keyRelease(comune(), 'R', Qt::ShiftModifier);
+        QTest::keyRelease(comune(), Qt::Key_Shift);
+        EXPECT_EQ(comune()->selectedText(), "abbi") << "the end of Shift is no key of its own";
+        EXPECT_EQ(shown("txtCodice"), "H146");
+        QApplication::clipboard()->setText("forl\n");
+        user.press(Qt::Key_A, Qt::ControlModifier);
+        user.press(Qt::Key_V, Qt::ControlModifier);
+        QInputMethodEvent composed;
+        composed.setCommitString(QStringLiteral("ì"));
+        QApplication::sendEvent(comune(), &composed);
+        EXPECT_EQ(shown("txtComune") + shown("txtCodice"), "ForlìD704");
+    });
 }
 
 TEST_F(FiscalCodeWindow, MunicipalitiesThatAreNoneAreToldAtTheLoadAndAtEveryKey) {

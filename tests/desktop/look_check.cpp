@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QImage>
@@ -149,8 +148,6 @@ private:
             add(combo->currentText(), field, size_of(*combo, combo->currentText()));
             for (int i = 0; i < combo->count(); ++i)
                 add(combo->itemText(i), field, size_of(*combo, combo->itemText(i)));
-        } else if (auto* date = qobject_cast<QDateEdit*>(&widget)) {
-            add(date->text(), date->rect(), date->sizeHint());
         } else if (auto* line = qobject_cast<QLineEdit*>(&widget)) {
             QStyleOptionFrame option;
             option.initFrom(line);
@@ -273,8 +270,7 @@ private:
         if (const auto* label = qobject_cast<const QLabel*>(&widget))
             return !label->text().isEmpty() || !label->pixmap(Qt::ReturnByValue).isNull();
         return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
-               qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QDateEdit*>(&widget) ||
-               qobject_cast<const QPlainTextEdit*>(&widget) ||
+               qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QPlainTextEdit*>(&widget) ||
                qobject_cast<const QAbstractItemView*>(&widget);
     }
 

@@ -53,6 +53,23 @@ TEST_F(Calculator, CompletesTheNameAsItIsTyped) {
     EXPECT_EQ(form().txtCodice.text(), "M261") << "what shares a name is told apart by the province";
 }
 
+TEST_F(Calculator, NameAndCodeBelongTogetherHoweverTheNameCameThere) {
+    const auto put = [this](const std::string& text) {
+        comune().select(0, 40);
+        comune().paste(text);
+        return comune().text() + " " + form().txtCodice.text();
+    };
+    EXPECT_EQ(put("milano"), "Milano F205");
+    EXPECT_EQ(put("Roma"), "Roma H501") << "a shorter text was put in all the same";
+    comune().select(0, 40);
+    comune().type("R");
+    EXPECT_EQ(form().txtCodice.text(), "H146") << "Rabbi: typed over the name of which it is the beginning";
+    put("Milano");
+    comune().place_caret(3, 2);
+    comune().press_delete();
+    EXPECT_EQ(comune().text() + form().txtCodice.text(), "Milo") << "what is left begins another name";
+}
+
 TEST_F(Calculator, TellsOnceOfARunOfWrongKeys) {
     comune().type("Rom");
     boxes().expect({"Comune non in elenco.", "Tarvello 4", BoxIcon::exclamation});
@@ -84,9 +101,12 @@ TEST_F(Calculator, PastTheLastNameThereIsNoMessage) {
     comune().type("zz");
     EXPECT_EQ(comune().text(), "Zzz");
     EXPECT_EQ(comune().fore_color(), std::nullopt);
-    EXPECT_EQ(form().txtCodice.text(), "M138") << "what stood there stays";
+    EXPECT_EQ(form().txtCodice.text(), "") << "no code without its name";
     comune().select(0, 3);
+    comune().type("roma");
+    comune().select(0, 4);
     comune().type("  ");
+    EXPECT_EQ(form().txtCodice.text(), "");
     EXPECT_EQ(comune().text(), "  ") << "blanks are no name";
 }
 

@@ -141,7 +141,7 @@ TEST_F(InvoiceAmounts, AnAmountIsReadWhenItsFieldIsLeft) {
         {"12.50", "€ 1.250,00"},
         {"2,005", "€ 2,01"},
         {"-3", "-€ 3,00"},
-        {"999999999999999", "€ 999.999.999.999.999,00"},
+        {"-999999999999,99", "-€ 999.999.999.999,99"},
         {"€ 7", "€ 7,00"},
         {"1.2.3,4", "€ 123,40"}};
     start_invoice();
@@ -157,6 +157,20 @@ TEST_F(InvoiceAmounts, AnAmountIsReadWhenItsFieldIsLeft) {
         EXPECT_EQ(form().txtImportoPrestazioni[1].text(), "");
         EXPECT_EQ(form().focus(), &form().txtImportoPrestazioni[1]) << typed;
         EXPECT_TRUE(form().ShapeImporto[1].visible());
+    }
+}
+
+TEST_F(InvoiceAmounts, WhatIsTooLargeToBeShownIsRefusedWhereItIsTyped) {
+    start_invoice();
+    form().CheckSpese.set_checked(true);
+    for (TextBox* field : {&form().txtImportoPrestazioni[0], &form().txtImportoSpeseAnticipate}) {
+        field->enter();
+        field->set_text("1000000000000");
+        boxes().expect(warning("L'importo inserito è troppo grande: il massimo è € 999.999.999.999,99."));
+        form().PrestazioneSingola[0].enter();
+        EXPECT_EQ(form().focus(), field);
+        EXPECT_EQ(field->text(), "1000000000000") << "it stays for correction";
+        form().Toolbar1.press("Annulla");
     }
 }
 

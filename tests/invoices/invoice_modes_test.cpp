@@ -197,8 +197,13 @@ TEST_F(InvoiceModes, Deletion) {
     form().txtCurrent_ID.set_text(std::to_string(first));
     boxes().expect_any(Answer::yes);
     form().cmdEliminaFattura.click();
+    EXPECT_EQ(form().txtCurrent_ID.text() + form().txtNumeroFattura.text(), "");
     form().cmdEliminaFattura.click(); // nothing is left to ask about
     boxes().expect_none_left();
+    boxes().expect({"Nessuna fattura da modificare. Per inserirne una premere \"Nuova Fattura\".",
+                    "Tarvello 4", BoxIcon::information});
+    form().cmdModificaDati.click();
+    EXPECT_EQ(form().cmdModificaDati.caption(), "Modifica Dati");
     program->database().dbConnection.close();
     boxes().expect({"Errore nell'eliminazione della fattura.", "Tarvello 4", BoxIcon::critical});
     form().cmdEliminaFattura.click();

@@ -22,6 +22,7 @@ struct SampleForm : Form {
     ComboBox combo{*this, "combo"};
     CommandButton button{*this, "button"};
     ListView list{*this, "list"};
+    DatePicker date{*this, "date"};
     ControlArray<TextBox, 3> boxes{*this, "boxes"};
 };
 
@@ -102,6 +103,59 @@ TEST_F(Controls, DisabledStopsTheUserNotTheCode) {
     form->combo.set_enabled(false);
     form->combo.choose(0);
     EXPECT_EQ(form->combo.list_index(), -1);
+}
+
+TEST_F(Controls, ATypedDateIsReadWhenItIsLeftAndNeverBecomesAnother) {
+    DatePicker& date = form->date;
+    date.set_date(make_date(2006, 3, 5));
+    date.on_change = counting;
+    date.type("31/12/1980");
+    EXPECT_EQ(date.date(), make_date(2006, 3, 5)) << "while it is being typed the form hears nothing";
+    form->button.click();
+    EXPECT_EQ(date.date(), make_date(1980, 12, 31));
+    EXPECT_EQ(events, 1);
+    form->button.on_click = counting;
+    for (const char* typed : {"31042026", "30/2/26", "abc", " "}) {
+        date.type(typed);
+        form->button.click();
+        EXPECT_EQ(form->focus(), &date) << typed;
+        EXPECT_EQ(date.text(), "31/12/1980");
+    }
+    EXPECT_EQ(events, 1) << "neither is the date another one nor has the command run";
+    EXPECT_EQ(host.warnings, "La data \"31/04/2026\" non esiste.|La data \"30/02/2026\" non esiste.|"
+                             "La data \"abc\" non esiste.|Manca la data. Scriverla come 31/12/1980.|");
+    form->button.set_cancels();
+    date.type("abc");
+    form->button.click();
+    EXPECT_EQ(events, 2) << "what gives the entry up need not read it";
+    EXPECT_EQ(date.text(), "31/12/1980");
+    date.type("abc");
+    date.set_date(date.date());
+    EXPECT_FALSE(date.typing()) << "the program puts its date in the place of what is typed";
+    date.type("1/2/80");
+    date.press_enter();
+    EXPECT_EQ(date.date(), make_date(1980, 2, 1));
+    EXPECT_EQ(form->focus(), &form->boxes[0]);
+    date.on_no_date = counting;
+    date.type("0");
+    date.press_enter();
+    EXPECT_EQ(events, 4) << "the form may tell it in words of its own";
+    EXPECT_EQ(form->focus(), &date);
+}
+
+TEST_F(Controls, ADateIsSteppedThroughAndTodayIsOneKey) {
+    DatePicker& date = form->date;
+    const auto after = [&](int days, int months) {
+        date.step(days, months);
+        return date.text();
+    };
+    date.type("31/1/2008");
+    EXPECT_EQ(after(1, 0), "01/02/2008") << "what is typed counts first";
+    EXPECT_EQ(after(-1, 0), "31/01/2008");
+    EXPECT_EQ(after(0, 1), "29/02/2008");
+    EXPECT_EQ(after(0, -3), "29/11/2007");
+    date.pick_today();
+    EXPECT_EQ(date.text(), "01/04/2006");
 }
 
 TEST_F(Controls, OneOptionOfAFrame) {

@@ -10,6 +10,12 @@ struct PlainHost final : FormHost {
     void show(Form&) override {}
     void show_modal(Form&) override {}
     bool unload(Form&, UnloadReason) override { return true; }
+    const RegionalSettings& regional() const override { return italian; }
+    Date today() override { return make_date(2006, 4, 1); }
+    void warn(const std::string& text) override { warnings += text + "|"; }
+
+    RegionalSettings italian;
+    std::string warnings;
 };
 
 } // namespace tarvello::testing

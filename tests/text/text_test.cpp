@@ -149,6 +149,12 @@ TEST(Trim, CutsBlanksOnly) {
     EXPECT_EQ(double_apostrophes("D'Orso''"), "D''Orso''''");
 }
 
+TEST(LetterCase, OneLineOutOfSeveral) {
+    EXPECT_EQ(one_line("\r\n1234,56\n"), "1234,56");
+    EXPECT_EQ(one_line("Via Roma\r\n\n 5\rint. 2"), "Via Roma  5 int. 2") << "blanks stay as they are";
+    EXPECT_EQ(one_line("\n"), "");
+}
+
 TEST(Dates, ReadAndWritten) {
     EXPECT_EQ(short_date_text(make_date(2006, 3, 5), italian), "05/03/2006");
     EXPECT_EQ(long_date_text(make_date(2006, 3, 5), italian), "domenica 5 marzo 2006");
@@ -160,6 +166,20 @@ TEST(Dates, ReadAndWritten) {
     for (const char* text : {"", "29/02/2007", "31/04/2006", "5/13/2006", "abc", "5/3", "1/1/1/1",
                              "5 marzo 2006", "0/1/2006", "00000000001/1/2006"}) {
         EXPECT_FALSE(read_date(text, italian)) << text;
+    }
+    for (const char* text :
+         {"1/2/80", "01/02/1980", "01021980", "010280", "1.2.1980", "1-2-80", "1980-02-01"}) {
+        EXPECT_EQ(read_typed_date(text, italian), make_date(1980, 2, 1)) << text;
+    }
+    EXPECT_EQ(read_typed_date("20/12/29", italian), make_date(2029, 12, 20));
+    EXPECT_EQ(read_typed_date("20/12/30", italian), make_date(1930, 12, 20));
+    RegionalSettings american;
+    american.short_date = "M/d/yyyy";
+    EXPECT_EQ(read_typed_date("12311980", american), make_date(1980, 12, 31));
+    EXPECT_EQ(read_typed_date("29021981", italian), make_date(1981, 2, 29)) << "named, though it is none";
+    for (const char* text :
+         {"", "1/2", "1/2/8", "1/2/980", "05/12103/2006", "0102198", "1/2/80x", "1/2/3/80"}) {
+        EXPECT_FALSE(read_typed_date(text, italian)) << text;
     }
     EXPECT_EQ(days_between(make_date(2006, 3, 5), make_date(2006, 2, 28)), -5);
     EXPECT_EQ(with_year(make_date(2008, 2, 29), 2007), make_date(2007, 2, 28));

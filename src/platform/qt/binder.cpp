@@ -1,6 +1,7 @@
 #include "platform/qt/binder.h"
 
 #include "platform/bars.h"
+#include "platform/qt/double_press.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/scale.h"
 #include "platform/qt/views.h"
@@ -19,6 +20,13 @@
 #include <QTimer>
 
 namespace tarvello::qt {
+
+namespace {
+
+/// Of all windows: the first press may bring up the one that meets the second.
+DoublePress double_press;
+
+} // namespace
 
 WindowBinder::WindowBinder(std::shared_ptr<Form> form, QWidget& window, const RegionalSettings& regional)
     : form_(std::move(form)), window_(window), regional_(regional) {
@@ -160,6 +168,7 @@ bool WindowBinder::eventFilter(QObject* watched, QEvent* event) {
         return parted_;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+        if (double_press.is_on_another(*widget, *static_cast<QMouseEvent*>(event))) return true;
         if (focus_.swallows_press(widget)) return true;
         break;
     case QEvent::Wheel:
@@ -172,9 +181,6 @@ bool WindowBinder::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress:
         if (widget == &window_) return closes_dialog(*static_cast<QKeyEvent*>(event));
         if (own && own->key_pressed(*static_cast<QKeyEvent*>(event))) return true;
-        break;
-    case QEvent::KeyRelease:
-        if (own) own->key_released(*static_cast<QKeyEvent*>(event));
         break;
     case QEvent::InputMethod:
         if (own && own->text_composed(*static_cast<QInputMethodEvent*>(event))) return true;

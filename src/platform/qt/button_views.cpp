@@ -30,6 +30,7 @@ public:
     bool key_pressed(QKeyEvent& event) override {
         const int code = key_code(event);
         if (code == 0) return false;
+        if (code == keys::enter && event.isAutoRepeat()) return true; // held down it presses once
         const int go_on = offer(code);
         if (binder().parted() || go_on == 0) return true;
         if (code == keys::enter && presses_on_enter()) {

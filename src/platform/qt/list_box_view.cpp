@@ -17,24 +17,30 @@ public:
         : WidgetView(binder, list, view, {Aspect::items}), list_(list), view_(view) {
         view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
         view_.setTabKeyNavigation(false);
-        QObject::connect(&view_, &QListWidget::itemClicked, &binder,
-                         [this](QListWidgetItem* item) { clicked(view_.row(item)); });
+        // The item that is highlighted is the one that is chosen, in whatever way it came to be.
+        QObject::connect(&view_, &QListWidget::itemSelectionChanged, &binder, [this] { highlighted(); });
+        QObject::connect(&view_, &QListWidget::itemClicked, &binder, [this](QListWidgetItem* item) {
+            if (!press_chose_ && list_.list_index() == view_.row(item)) chosen(view_.row(item));
+        });
         QObject::connect(&view_, &QListWidget::itemDoubleClicked, &binder,
                          [this](QListWidgetItem* item) { opened(view_.row(item)); });
     }
 
     bool key_pressed(QKeyEvent& event) override {
         if (is_enter(event)) {
-            if (view_.currentRow() >= 0) opened(view_.currentRow());
+            if (list_.list_index() >= 0) opened(list_.list_index());
             return true;
         }
         // The focus has marked the first row when it came. Nobody has chosen it yet: the first key begins
         // there.
-        if (list_.list_index() < 0) view_.setCurrentRow(-1);
-        const int before = view_.currentRow();
+        if (list_.list_index() < 0) follow(list_, Aspect::value);
         static_cast<QObject&>(view_).event(&event);
-        if (view_.currentRow() >= 0 && view_.currentRow() != before) clicked(view_.currentRow());
         return true; // the list has had it
+    }
+
+    bool other_event(QObject&, QEvent& event) override {
+        if (event.type() == QEvent::MouseButtonPress) press_chose_ = false;
+        return false;
     }
 
 protected:
@@ -46,6 +52,7 @@ protected:
             [[fallthrough]];
         case Aspect::value:
             view_.setCurrentRow(list_.list_index());
+            if (list_.list_index() < 0) view_.clearSelection();
             break;
         default:
             WidgetView::show(aspect);
@@ -53,7 +60,15 @@ protected:
     }
 
 private:
-    void clicked(int row) {
+    void highlighted() {
+        if (!hears_user()) return;
+        press_chose_ = true;
+        const QList<QListWidgetItem*> items = view_.selectedItems();
+        if (!items.isEmpty()) return chosen(view_.row(items.first()));
+        by_user([this] { list_.deselect(); }, Aspect::value);
+    }
+
+    void chosen(int row) {
         by_user([&] { list_.choose(row); }, Aspect::value);
     }
 
@@ -63,6 +78,7 @@ private:
 
     ListBox& list_;
     QListWidget& view_;
+    bool press_chose_ = false; // the press of the mouse that is going on has chosen another item
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/lists.h"
 #include "platform/qt/keyboard.h"
+#include "platform/qt/look.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/scale.h"
 #include "platform/qt/views.h"
@@ -7,6 +8,7 @@
 #include <QAbstractTableModel>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QRegularExpression>
 #include <QTreeView>
 
 #include <algorithm>
@@ -14,6 +16,12 @@
 namespace tarvello::qt {
 
 namespace {
+
+/// A text whose line breaks are marks in its line.
+QString in_one_row(QString text) {
+    static const QRegularExpression breaks(QStringLiteral("\\s*[\\r\\n]+\\s*"));
+    return text.replace(breaks, QStringLiteral(" \u21B5 "));
+}
 
 /// The rows of a list as the toolkit sees them. It holds no text of its own: a cell is read when it is drawn.
 class RowsModel final : public QAbstractTableModel {
@@ -27,7 +35,9 @@ public:
         const auto row = static_cast<std::size_t>(index.row());
         const auto column = static_cast<std::size_t>(index.column());
         if (row >= list_.rows().size() || column >= list_.columns().size()) return {};
-        if (role == Qt::DisplayRole) return to_qt(list_.rows().cell(row, column));
+        // A row is as high as any other, whatever stands in it.
+        if (role == Qt::DisplayRole) return in_one_row(to_qt(list_.rows().cell(row, column)));
+        if (role == Qt::ToolTipRole) return plain_tool_tip(std::string(list_.rows().cell(row, column)));
         if (role == Qt::TextAlignmentRole) return alignment(column);
         return {};
     }
@@ -77,22 +87,31 @@ public:
         header_.setTextElideMode(Qt::ElideRight);
         header_.setStretchLastSection(true);
         view_.setModel(&model_);
-        QObject::connect(&view_, &QAbstractItemView::clicked, &binder,
-                         [this](const QModelIndex& index) { select(index.row()); });
+        // The row that is highlighted is the one that is selected, in whatever way it came to be.
+        QObject::connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, &binder,
+                         [this] { highlighted(); });
+        QObject::connect(&view_, &QAbstractItemView::clicked, &binder, [this](const QModelIndex& index) {
+            if (!press_selected_ && view_.selectionModel()->isSelected(index)) select(index.row());
+        });
         QObject::connect(&view_, &QAbstractItemView::doubleClicked, &binder,
                          [this](const QModelIndex& index) { double_clicked(index.row()); });
     }
 
     bool key_pressed(QKeyEvent& event) override {
         if (is_enter(event)) {
-            if (view_.currentIndex().isValid()) double_clicked(view_.currentIndex().row());
+            if (list_.selected()) double_clicked(static_cast<int>(*list_.selected()));
             return true;
         }
-        const int before = view_.currentIndex().row();
+        // The focus has put a frame around the first row when it came, which nobody has chosen yet: the first
+        // key begins there.
+        if (!list_.selected()) show_selection();
         static_cast<QObject&>(view_).event(&event);
-        const int now = view_.currentIndex().row();
-        if (now >= 0 && now != before) select(now);
         return true; // the list has had it
+    }
+
+    bool other_event(QObject&, QEvent& event) override {
+        if (event.type() == QEvent::MouseButtonPress) press_selected_ = false;
+        return false;
     }
 
     void flush() override { refresh(); }
@@ -149,10 +168,18 @@ private:
             view_.clearSelection();
             view_.setCurrentIndex({});
         } else if (const auto index = model_.index(static_cast<int>(*list_.selected()), 0);
-                   index != view_.currentIndex()) {
+                   index != view_.currentIndex() || !view_.selectionModel()->isSelected(index)) {
             view_.setCurrentIndex(index);
             view_.scrollTo(index);
         }
+    }
+
+    void highlighted() {
+        if (!hears_user()) return;
+        press_selected_ = true;
+        const QModelIndexList rows = view_.selectionModel()->selectedRows();
+        if (!rows.isEmpty()) return select(rows.first().row());
+        by_user([this] { list_.deselect(); }, Aspect::value);
     }
 
     void select(int row) {
@@ -168,6 +195,7 @@ private:
     QHeaderView& header_;
     RowsModel model_;
     bool stale_ = false;
+    bool press_selected_ = false; // the press of the mouse that is going on has selected another row
 };
 
 } // namespace

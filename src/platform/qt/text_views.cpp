@@ -3,6 +3,7 @@
 #include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/views.h"
+#include "text/letter_case.h"
 #include "text/utf8.h"
 
 #include <QInputMethodEvent>
@@ -82,10 +83,6 @@ bool EntryView::key_pressed(QKeyEvent& event) {
     return code != 0 && !passes(code);
 }
 
-void EntryView::key_released(QKeyEvent& event) {
-    if (!event.isAutoRepeat()) entry_.release_key();
-}
-
 bool EntryView::text_composed(QInputMethodEvent& event) {
     if (event.commitString().isEmpty()) return false;
     const auto characters = event.commitString().toUcs4();
@@ -98,9 +95,7 @@ bool EntryView::text_composed(QInputMethodEvent& event) {
     return false;
 }
 
-QString EntryView::cut_to_fit(const QString& text, int& caret) const {
-    const std::size_t limit = entry_.max_length();
-    if (limit == 0 || characters_of(text, static_cast<int>(text.size())) <= limit) return text;
+QString EntryView::fitted(const QString& text, int& caret) const {
     // What was put in ends at the caret; it starts where the old text and the new one part.
     const QString before = to_qt(entry_.text());
     const QString tail = text.mid(caret);
@@ -108,11 +103,15 @@ QString EntryView::cut_to_fit(const QString& text, int& caret) const {
     const int furthest =
         std::min(caret, static_cast<int>(before.size() - std::min(before.size(), tail.size())));
     while (start < furthest && before.at(start) == text.at(start)) ++start;
+    QString put_in = text.mid(start, caret - start);
+    if (one_line_) put_in = to_qt(one_line(from_qt(put_in)));
+    const std::size_t limit = entry_.max_length();
     const std::size_t kept = characters_of(text, start) + characters_of(tail, static_cast<int>(tail.size()));
-    const QString put_in = text.mid(start, caret - start);
-    const QString fitting = put_in.left(units_of(put_in, limit > kept ? limit - kept : 0));
-    caret = start + static_cast<int>(fitting.size());
-    return text.left(start) + fitting + tail;
+    const std::size_t length = characters_of(put_in, static_cast<int>(put_in.size()));
+    if (limit > 0 && kept + length > limit)
+        put_in = put_in.left(units_of(put_in, limit > kept ? limit - kept : 0));
+    caret = start + static_cast<int>(put_in.size());
+    return text.left(start) + put_in + tail;
 }
 
 void EntryView::listen_to(QLineEdit& line) {
@@ -137,7 +136,7 @@ void EntryView::edited() {
     by_user(
         [this] {
             int place = caret();
-            const QString text = cut_to_fit(shown_text(), place);
+            const QString text = fitted(shown_text(), place);
             entry_.edit(from_qt(text), characters_of(text, place)); // may refuse it, or the form change it
         },
         Aspect::text);
@@ -175,6 +174,7 @@ public:
         // Without scroll bars it looks like a box of one line, whatever stands in it.
         const bool one_line = area_.verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOff;
         if (one_line) area_.setFixedHeight(QLineEdit().sizeHint().height());
+        if (!one_line) takes_lines();
         QObject::connect(&area_, &QPlainTextEdit::textChanged, &binder, [this] { edited(); });
         QObject::connect(&area_, &QPlainTextEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
         QObject::connect(&area_, &QPlainTextEdit::selectionChanged, &binder, [this] { caret_moved(); });

@@ -18,7 +18,6 @@ public:
         : WidgetView(binder, entry, widget, own), entry_(entry) {}
 
     bool key_pressed(QKeyEvent& event) override;
-    void key_released(QKeyEvent& event) override;
     bool text_composed(QInputMethodEvent& event) override;
     void focus_settled() override;
 
@@ -41,6 +40,8 @@ protected:
     /// The user has moved the caret or selected.
     void caret_moved();
     TextEntry& entry() const { return entry_; }
+    /// Line breaks may stand in the box.
+    void takes_lines() { one_line_ = false; }
 
 private:
     void show_selection_of_control();
@@ -48,11 +49,13 @@ private:
     void tell_caret();
     /// Offers one key. @return true if the widget goes on with it
     bool passes(int key);
-    /// The user's text cut to what fits: what was put in loses its end, what was there stays.
-    QString cut_to_fit(const QString& text, int& caret) const;
+    /// The user's text as the box takes it: what was put in comes in one line and loses its end where it is
+    /// too long, what was there stays.
+    QString fitted(const QString& text, int& caret) const;
 
     TextEntry& entry_;
     bool selected_by_code_ = false; // since the focus arrived
+    bool one_line_ = true;
 };
 
 /// The start of the selection of a line, or else its caret.

@@ -38,7 +38,6 @@ public:
     virtual void focus_settled() {}
     /// A key, before the widget has it. @return true if it must not reach the widget
     virtual bool key_pressed(QKeyEvent&) { return false; }
-    virtual void key_released(QKeyEvent&) {}
     /// Text that comes from an input method, such as a composed accent. As key_pressed.
     virtual bool text_composed(QInputMethodEvent&) { return false; }
     /// True if rolling the wheel over the widget changes what is chosen in it.
