@@ -37,6 +37,15 @@ namespace command = customer_command;
 const char* const draft_new = "nuovo";
 const char* const draft_change = "modifica";
 
+/// What a button of the tool bar does in a mode.
+void show_mode(ToolButton& button, const std::string& caption, const char* picture) {
+    button.set_caption(caption);
+    button.set_picture(picture);
+    button.set_shortcut(caption == "Nuovo Cliente"   ? "Ctrl+N"
+                        : caption == "Modifica Dati" ? "Ctrl+M"
+                                                     : "Ctrl+S");
+}
+
 const char* const first_customer = "SELECT TOP 1 * FROM Clienti";
 
 } // namespace
@@ -108,6 +117,7 @@ void frmClienti::connect_commands() {
         button.on_click = [this, i] { press(i); };
     });
     Frame3.set_visible(false);
+    set_shortcuts();
 
     cmdCalcolaCF.set_caption("CF");
     cmdCalcolaCF.set_tool_tip(messages::fiscal_code_tip);
@@ -116,6 +126,19 @@ void frmClienti::connect_commands() {
     cmdmail.set_caption("e-mail");
     cmdmail.on_click = [this] { send_mail(); };
     cmdSendmail.on_click = [this] { send_mail(); };
+}
+
+void frmClienti::set_shortcuts() {
+    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+I", "Alt+A", "Ctrl+L", "Alt+C"};
+    for (std::size_t place = 1; place <= Toolbar1.size(); ++place)
+        Toolbar1.button(place).set_shortcut(tools[place - 1]);
+    const std::pair<std::size_t, const char*> commands[] = {
+        {command::first, "Alt+Home"}, {command::previous, "Alt+Left"}, {command::next, "Alt+Right"},
+        {command::last, "Alt+End"},   {command::remove, "Alt+E"},      {command::search, "Ctrl+F"}};
+    for (const auto& [index, keys] : commands) cmd[index].set_shortcut(keys);
+    cmdCalcolaCF.set_shortcut("F8");
+    cmdmail.set_shortcut("Alt+I");
+    Text1.lead_enter_to(cmd[command::search]);
 }
 
 void frmClienti::set_tab_order() {
@@ -280,15 +303,13 @@ void frmClienti::new_customer(std::int16_t number) {
         SvuotaCampi();
         InvertiBlocchiCampi();
         button.set_caption("Salva");
-        tool_button.set_caption("Salva");
-        tool_button.set_picture(tool_picture::save);
+        show_mode(tool_button, "Salva", tool_picture::save);
     } else {
         if (!ControllaNuovoCliente()) return;
         SalvaCliente("Salva", number);
         InvertiBlocchiCampi();
         button.set_caption("Nuovo Cliente");
-        tool_button.set_caption("Nuovo Cliente");
-        tool_button.set_picture(tool_picture::new_customer);
+        show_mode(tool_button, "Nuovo Cliente", tool_picture::new_customer);
     }
     InvertiComandi("Salva");
     draft_.begin();
@@ -302,8 +323,7 @@ void frmClienti::change_customer(std::int16_t number) {
         txtfields[cognome].set_focus();
         InvertiComandi("Modifica Dati");
         button.set_caption("Aggiorna Dati");
-        tool_button.set_caption("Aggiorna Dati");
-        tool_button.set_picture(tool_picture::save);
+        show_mode(tool_button, "Aggiorna Dati", tool_picture::save);
         draft_.begin();
         return;
     }
@@ -316,20 +336,18 @@ void frmClienti::change_customer(std::int16_t number) {
     InvertiBlocchiCampi();
     InvertiComandi("Modifica Dati");
     button.set_caption("Modifica Dati");
-    tool_button.set_caption("Modifica Dati");
-    tool_button.set_picture(tool_picture::change);
+    show_mode(tool_button, "Modifica Dati", tool_picture::change);
 }
 
 void frmClienti::cancel() {
     draft_.give_up();
     ToolButton& new_tool = Toolbar1.button(tool::new_customer);
     ToolButton& change_tool = Toolbar1.button(tool::change);
-    new_tool.set_picture(tool_picture::new_customer);
-    change_tool.set_picture(tool_picture::change);
+    show_mode(new_tool, "Nuovo Cliente", tool_picture::new_customer);
+    show_mode(change_tool, "Modifica Dati", tool_picture::change);
     if (cmd[command::change].caption() == "Aggiorna Dati") {
         SvuotaCampi();
         InvertiBlocchiCampi();
-        change_tool.set_caption("Modifica Dati");
         cmd[command::change].set_caption("Modifica Dati");
         InvertiComandi("Modifica Dati");
         show_first_row(highest_customer);
@@ -337,7 +355,6 @@ void frmClienti::cancel() {
     if (cmd[command::new_customer].caption() == "Salva") {
         SvuotaCampi();
         InvertiBlocchiCampi();
-        new_tool.set_caption("Nuovo Cliente");
         cmd[command::new_customer].set_caption("Nuovo Cliente");
         InvertiComandi("Salva");
         show_first_row(highest_customer);

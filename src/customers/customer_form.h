@@ -147,6 +147,7 @@ private:
 
     void connect_boxes();
     void connect_commands();
+    void set_shortcuts();
     void set_tab_order();
 
     /// Cancels a key that the box does not take.

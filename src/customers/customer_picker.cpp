@@ -31,6 +31,7 @@ frmCercaCliente::frmCercaCliente(Program& program) : Form(program, "frmCercaClie
     cmdSelect.on_click = [this] { select(); };
     cmdNuovoCliente.set_caption("Nuovo Cliente");
     cmdNuovoCliente.on_click = [this] { announce_new_customer(); };
+    set_keys(&cmdSelect, nullptr);
 }
 
 void frmCercaCliente::on_load() { CaricaElencoClienti(); }

@@ -28,6 +28,9 @@ public:
     /// Where the customer goes; before it is shown.
     void pick_for(std::shared_ptr<CustomerTarget> target) { target_ = std::move(target); }
 
+    /// As the close box does.
+    bool press_escape() override { return unload(UnloadReason::user); }
+
     void CaricaElencoClienti();
     /// Copies the chosen customer into the form that asked. A null stops the copy: what comes after it keeps
     /// its text, and rsClienti stays open.

@@ -12,6 +12,7 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
     for (CommandButton& browse : Command2) browse.set_caption("Sfoglia");
     cmdClose.set_caption("Chiudi");
     cmdClose.on_click = [this] { close_form(); };
+    set_keys(nullptr, &cmdClose);
     prepare_choice();
     prepare_backup();
     prepare_restore();
@@ -49,9 +50,11 @@ void frmGestioneDatabase::on_load() {
 }
 
 void frmGestioneDatabase::close_form() {
-    if (cmdSaveBackupSettings.enabled() &&
-        program_.confirm("Le impostazioni di backup sono state modificate\nSalvare le nuove impostazioni?")) {
-        SalvaImpostazioniBackup();
+    if (cmdSaveBackupSettings.enabled()) {
+        const Answer answer = program_.ask_to_save(
+            "Le impostazioni di backup sono state modificate\nSalvare le nuove impostazioni?");
+        if (answer == Answer::cancel) return;
+        if (answer == Answer::yes) SalvaImpostazioniBackup();
     }
     unload();
 }

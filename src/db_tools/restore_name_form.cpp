@@ -10,6 +10,12 @@ frmRipristinaBackup::frmRipristinaBackup(Program& program) : Form(program, "frmR
     Command1.set_caption("Annulla");
     Text1.on_change = [this] { Command1.set_caption(Text1.empty() ? "Annulla" : "OK"); };
     Command1.on_click = [this] { unload(); };
+    set_keys(&Command1, nullptr);
+}
+
+bool frmRipristinaBackup::press_escape() {
+    Text1.clear();
+    return unload();
 }
 
 void frmRipristinaBackup::on_unload(UnloadReason) {

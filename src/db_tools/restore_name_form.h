@@ -20,6 +20,9 @@ public:
     TextBox Text1{Frame1, "Text1"};
     CommandButton Command1{*this, "Command1"};
 
+    /// Gives the name up.
+    bool press_escape() override;
+
     void hand_over_to(std::shared_ptr<TextBox> name) { name_ = std::move(name); }
 
 protected:

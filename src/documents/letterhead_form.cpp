@@ -47,6 +47,7 @@ void frmIntestazioneFatture::connect() {
 
     Command1[save_button].on_click = [this] { save_letterhead(); };
     Command1[close_button].on_click = [this] { unload(); };
+    set_keys(nullptr, &Command1[close_button]);
     Command1[help_button].on_click = [this] { show_help(); };
 }
 
@@ -59,9 +60,12 @@ void frmIntestazioneFatture::on_load() {
 
 bool frmIntestazioneFatture::on_query_unload(UnloadReason reason) {
     if (!Command1[save_button].enabled()) return false;
-    if (!program_.confirm("Le impostazioni sono state modificate.Salvare le modifiche?")) {
-        // The answer may be nobody's: the desktop has ended.
-        draft_.form_closes(program_.platform().windows.deserted() ? reason : UnloadReason::user);
+    const Answer answer = program_.ask_to_save("Le impostazioni sono state modificate.Salvare le modifiche?");
+    // When the desktop has ended the answer is nobody's.
+    const bool deserted = program_.platform().windows.deserted();
+    if (answer == Answer::cancel && !deserted) return true;
+    if (answer != Answer::yes) {
+        draft_.form_closes(deserted ? reason : UnloadReason::user);
         return false;
     }
     // The user looks at what was saved, or at what is wrong with it, and closes again.

@@ -18,6 +18,7 @@ frmInfoModelli::frmInfoModelli(Program& program) : Form(program, "frmInfoModelli
     Label6.set_caption("X");
     Label3.on_click = [this] { unload(); };
     Label6.on_click = [this] { unload(); };
+    set_keys(&Label3, &Label3);
 }
 
 } // namespace tarvello

@@ -42,7 +42,6 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     txtparam.set_visible(false);
     cmdElabora.set_caption("Elabora");
     cmdExit.set_caption("Chiudi");
-    cmdExit.set_cancels();
 
     const auto enable = [this] { cmdElabora.set_enabled(true); };
     txtCognome.on_change = enable;
@@ -56,6 +55,7 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     txtComune.on_edit = [this] { telling_failures([this] { search_municipality(); }); };
     cmdElabora.on_click = [this] { compute(); };
     cmdExit.on_click = [this] { unload(); };
+    set_keys(&cmdElabora, &cmdExit);
 }
 
 void frmCalcolaCF::on_load() {
@@ -86,14 +86,16 @@ void frmCalcolaCF::telling_failures(const std::function<void()>& step) {
 
 void frmCalcolaCF::search_municipality() {
     const std::string typed = trim(txtComune.text());
-    const bool added = std::exchange(character_typed_, false) || !is_rest_of(typed, txtComune.tag());
+    const bool added = std::exchange(character_typed_, false) || !is_rest_of(typed, before_);
+    const bool searched = typed == txtComune.tag();
+    txtComune.set_tag(typed);
     // An emptied box is not searched, and keeps its colour.
-    if (!typed.empty()) {
+    if (!typed.empty() && !searched) {
         txtComune.set_fore_color(show_match(typed, added));
-    } else if (!txtComune.empty()) {
+    } else if (typed.empty() && !txtComune.empty()) {
         show_place({});
     }
-    txtComune.set_tag(trim(txtComune.text()));
+    before_ = trim(txtComune.text());
 }
 
 void frmCalcolaCF::show_place(const Municipality& place) {

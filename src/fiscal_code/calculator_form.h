@@ -55,7 +55,8 @@ private:
 
     Program& program_;
     std::shared_ptr<TextBox> code_target_;
-    std::string place_; // whose province and code are on view
+    std::string before_; // what stood in txtComune after the last search
+    std::string place_;  // whose province and code are on view
     bool character_typed_ = false;
     std::optional<Municipalities> municipalities_;
     std::optional<Failure> not_opened_; // why there are no municipalities

@@ -23,6 +23,7 @@ frmArticoloEsenzione::frmArticoloEsenzione(Program& program) : Form(program, "fr
     Option4.on_click = [this] { allow_own_words(true); };
     OKButton.on_click = [this] { accept(); };
     CancelButton.on_click = [this] { cancel(); };
+    set_keys(&OKButton, &CancelButton);
 }
 
 void frmArticoloEsenzione::allow_own_words(bool allowed) {

@@ -83,6 +83,23 @@ void frmTarvello::set_captions() {
     StampaWord.set_tool_tip("Crea fattura in formato Microsoft Word (crea file)");
     CheckEmail.set_caption("Invia e-mail");
     cmdChiudi.set_caption("Chiudi");
+    set_shortcuts();
+}
+
+void frmTarvello::set_shortcuts() {
+    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+W", "Ctrl+P",
+                                 "Ctrl+I", "Alt+A",  "Ctrl+L", "Alt+C"};
+    for (std::size_t place = 1; place <= Toolbar1.size(); ++place)
+        Toolbar1.button(place).set_shortcut(tools[place - 1]);
+    const char* const moves[] = {"Alt+Home", "Alt+Left", "Alt+Right", "Alt+End", "Alt+PgUp", "Alt+PgDown"};
+    cmdNavigazione.each([&](std::size_t i, CommandButton& move) { move.set_shortcut(moves[i]); });
+    cmdEliminaFattura.set_shortcut("Alt+E");
+    cmdCalcola.set_shortcut("F9");
+    cmdNuovoAnnoFatturazione.set_shortcut("Alt+U");
+    customer.cmdCercaCliente.set_shortcut("F2");
+    customer.cmdCalcolaCF.set_shortcut("F8");
+    search.cmdCerca.set_shortcut("Ctrl+F");
+    note.cmdNota.set_shortcut("Alt+N");
 }
 
 void frmTarvello::set_lists() {
@@ -207,7 +224,7 @@ void frmTarvello::on_load() {
     set_caption("Fatture");
     place_top_left();
     set_size(11655, 8865);
-    search.FrameRicerca.set_height(SearchPanel::closed_height);
+    search.set_open(false);
     customer.expect_known_customer();
     BloccaFattura();
     txtNumeroFattura.set_locked(true);

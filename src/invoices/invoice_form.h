@@ -158,6 +158,7 @@ private:
 
     // invoice_form.cpp
     void set_captions();
+    void set_shortcuts();
     void set_lists();
     void set_first_state();
     void connect_buttons();

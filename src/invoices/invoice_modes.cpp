@@ -38,8 +38,12 @@ void frmTarvello::show_no_invoice() {
 }
 
 void frmTarvello::show_toolbar_mode(std::size_t place, const std::string& caption, const char* picture) {
-    Toolbar1.button(place).set_caption(caption);
-    Toolbar1.button(place).set_picture(picture);
+    ToolButton& button = Toolbar1.button(place);
+    button.set_caption(caption);
+    button.set_picture(picture);
+    button.set_shortcut(caption == "Nuova Fattura"   ? "Ctrl+N"
+                        : caption == "Modifica Dati" ? "Ctrl+M"
+                                                     : "Ctrl+S");
 }
 
 void frmTarvello::each_other_tool(std::size_t mode, const std::function<void(ToolButton&)>& visit) {
@@ -83,7 +87,7 @@ void frmTarvello::ImpostaStato(std::string_view action) {
         cmdModificaDati.set_caption("Modifica Dati");
         show_toolbar_mode(invoice_tool::change, "Modifica Dati", change_picture);
         search.cmdCerca.set_caption("Cerca Fattura");
-        search.FrameRicerca.set_height(SearchPanel::closed_height);
+        search.set_open(false);
         BloccaAnagrafica();
         note.FrameNota.set_enabled(true);
         for (std::size_t place = 1; place <= Toolbar1.size(); ++place)
@@ -104,13 +108,12 @@ void frmTarvello::set_search_state(std::string_view action) {
 }
 
 void frmTarvello::start_new_invoice() {
-    Toolbar1.button(invoice_tool::new_invoice).set_picture(save_picture);
     PulisciFattura();
     SbloccaFattura();
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Salva Fattura");
     cmdNuovaFattura.set_caption("Salva Fattura");
-    Toolbar1.button(invoice_tool::new_invoice).set_caption("Salva Fattura");
+    show_toolbar_mode(invoice_tool::new_invoice, "Salva Fattura", save_picture);
     cmdNuovoAnnoFatturazione.set_enabled(true);
     ComboIVAApplicata.set_text(program_.session().txt_IVA_default.text());
     CheckRivalsa.set_caption(program_.session().txtProfessione.text());

@@ -27,6 +27,7 @@ frmSelectYear::frmSelectYear(Program& program) : Form(program, "frmSelectYear"),
     Label1.set_caption("Selezionare l'anno del quale si desidera visualizzare l'elenco fatture.");
     Command1.set_caption("OK");
     Command1.on_click = [this] { unload(); };
+    set_keys(&Command1, nullptr);
 }
 
 void frmSelectYear::on_load() {

@@ -14,6 +14,7 @@ public:
     TextBox Text1{FrameNota, "Text1"};
 
 private:
+    void fold();
     void flip();
 };
 

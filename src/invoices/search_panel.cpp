@@ -49,12 +49,16 @@ SearchPanel::SearchPanel(Program& program, Form& form)
         Combo1.add_item(item);
     }
     enable_entries(false);
+    Text2.lead_enter_to(cmdCerca);
 }
 
 void SearchPanel::enable_entries(bool enabled) {
     Combo1.set_enabled(enabled);
     Combo3.set_enabled(enabled);
     Text2.set_enabled(enabled);
+    // What is folded away must not be reached with Tab.
+    for (Control* entry : std::initializer_list<Control*>{&Combo1, &Combo3, &Text2})
+        entry->set_visible(enabled);
 }
 
 void SearchPanel::set_open(bool open) {

@@ -24,6 +24,7 @@ public:
 
     // User act; the focus as at CommandButton::click.
     void click();
+    void press() override { click(); }
 
 private:
     Toolbar& bar_;

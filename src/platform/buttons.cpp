@@ -8,6 +8,12 @@ void PictureButton::set_picture(std::string picture) {
     changed(Aspect::look);
 }
 
+void PictureButton::set_shortcut(std::string shortcut) {
+    if (shortcut_ == shortcut) return;
+    shortcut_ = std::move(shortcut);
+    changed(Aspect::look);
+}
+
 void CommandButton::click() {
     if (!reachable()) return;
     act([&] {

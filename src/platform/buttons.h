@@ -16,13 +16,18 @@ public:
     const std::string& picture() const { return picture_; }
     void set_picture(std::string picture);
     bool takes_focus() const override { return true; }
+    bool is_command() const override { return true; }
 
+    /// Keys that press it wherever the focus is, such as Ctrl+S; empty for none. The tool tip names them.
+    const std::string& shortcut() const { return shortcut_; }
+    void set_shortcut(std::string shortcut);
     /// The command gives up what has been entered: it runs also where that could not be read.
     bool cancels() const { return cancels_; }
     void set_cancels() { cancels_ = true; }
 
 private:
     std::string picture_;
+    std::string shortcut_;
     bool cancels_ = false;
 };
 
@@ -34,6 +39,7 @@ public:
 
     // User act. The button takes the focus first; if the control left keeps it, the press is lost.
     void click();
+    void press() override { click(); }
 };
 
 class CheckBox : public Captioned {

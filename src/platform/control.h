@@ -89,6 +89,8 @@ public:
     /// True if the user can act on it: it and everything that it lies in is enabled and visible.
     bool reachable() const;
     virtual bool takes_focus() const { return false; }
+    /// It is pressed, and nothing is entered into it.
+    virtual bool is_command() const { return false; }
     bool has_focus() const { return form_.focus() == this; }
     /// Gives it the focus; see Form::move_focus.
     void set_focus() { form_.move_focus(this); }
@@ -102,6 +104,8 @@ public:
     void enter();
     void leave();
     void move_mouse();
+    /// Presses a command.
+    virtual void press() {}
 
     ControlView* view = nullptr;
 

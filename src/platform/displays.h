@@ -21,9 +21,11 @@ public:
     /// presses Enter.
     Event on_click;
     bool takes_focus() const override { return static_cast<bool>(on_click); }
+    bool is_command() const override { return takes_focus(); }
 
     // User act.
     void click();
+    void press() override { click(); }
 
 private:
     bool underline_ = false;
@@ -66,9 +68,11 @@ public:
     /// A picture with this event can be clicked, and reached with Tab.
     Event on_click;
     bool takes_focus() const override { return static_cast<bool>(on_click); }
+    bool is_command() const override { return takes_focus(); }
 
     // User act.
     void click();
+    void press() override { click(); }
 
 private:
     std::string picture_;

@@ -87,6 +87,13 @@ private:
 class TextBox : public TextEntry {
 public:
     using TextEntry::TextEntry;
+
+    /// Where Enter leads from here; null: on to the next field.
+    Control* enter_leads_to() const { return enter_leads_to_; }
+    void lead_enter_to(Control& next) { enter_leads_to_ = &next; }
+
+private:
+    Control* enter_leads_to_ = nullptr;
 };
 
 /// A text that can be chosen from a list and, unless `list_only`, also typed.

@@ -74,6 +74,39 @@ void Form::focus_next() {
     if (next != controls_.end()) move_focus(*next);
 }
 
+void Form::focus_next_field() {
+    auto next = std::find(controls_.begin(), controls_.end(), focus_);
+    if (next != controls_.end()) ++next;
+    next = std::find_if(next, controls_.end(), [](const Control* c) {
+        return c->takes_focus() && !c->is_command() && c->reachable();
+    });
+    if (next != controls_.end()) {
+        move_focus(*next);
+    } else if (enter_command_ && enter_command_->reachable()) {
+        move_focus(enter_command_);
+    } else {
+        focus_next();
+    }
+}
+
+void Form::set_keys(Control* enter, Control* escape) {
+    enter_command_ = enter;
+    escape_command_ = escape;
+    if (auto* button = dynamic_cast<PictureButton*>(escape)) button->set_cancels();
+}
+
+bool Form::press_enter() {
+    if (!enter_command_ || !enter_command_->reachable()) return false;
+    enter_command_->press();
+    return true;
+}
+
+bool Form::press_escape() {
+    if (!escape_command_ || !escape_command_->reachable()) return false;
+    escape_command_->press();
+    return true;
+}
+
 void Form::close_by_user() {
     const auto alive = shared_from_this();
     host_.run([&] { unload(UnloadReason::user); });
@@ -89,7 +122,12 @@ void Form::on_key_preview(Control& control, int& key) {
     if (key != keys::enter) return;
     if (!dynamic_cast<TextBox*>(&control) && !dynamic_cast<DatePicker*>(&control)) return;
     key = 0;
-    focus_next();
+    auto* box = dynamic_cast<TextBox*>(&control);
+    if (box && box->enter_leads_to() && box->enter_leads_to()->reachable()) {
+        move_focus(box->enter_leads_to());
+    } else {
+        focus_next_field();
+    }
 }
 
 void Form::order_tabs(const std::vector<Control*>& order) {

@@ -47,6 +47,8 @@ public:
     /// How the user writes dates.
     virtual const RegionalSettings& regional() const = 0;
     virtual Date today() = 0;
+    /// Shows the guide.
+    virtual void help() = 0;
     /// Tells the user why something that was entered is not taken.
     virtual void warn(const std::string& text) = 0;
 
@@ -98,11 +100,21 @@ public:
 
     /// Moves the focus as the Tab key does: on to the next control that takes it, from the last to the first.
     void focus_next();
+    /// Moves the focus as Enter does: on to the next field, past the commands in between, which the next
+    /// blank would press. After the last field it is the command that Enter presses, or else what Tab leads
+    /// to.
+    void focus_next_field();
 
     bool loaded() const { return loaded_; }
 
+    /// The commands of Enter, where nothing else takes it, and of Escape; null for none.
+    void set_keys(Control* enter, Control* escape);
+
     /// User act: the window's close box.
     void close_by_user();
+    /// User acts: a key that nothing in the window has taken. @return false if nothing waits for it
+    bool press_enter();
+    virtual bool press_escape();
 
     /// The focus has gone from a control.
     std::function<void()> on_field_left;
@@ -155,6 +167,8 @@ private:
     bool at_top_left_ = false;
     std::vector<Control*> controls_;
     Control* focus_ = nullptr;
+    Control* enter_command_ = nullptr;
+    Control* escape_command_ = nullptr;
     bool leaving_ = false;          // a lost-focus event is running
     Control* redirected_ = nullptr; // where that event wants the focus to go
     bool loaded_ = false;

@@ -30,11 +30,14 @@ struct MessageBox {
     BoxButtons buttons = BoxButtons::ok;
     /// The button that Enter presses: the first or the second.
     int default_button = 1;
+    /// Escape and the close box answer neither button but Cancel: they lead back to where the user was.
+    bool may_go_back = false;
 };
 
 class MessageBoxes {
 public:
-    /// Shows the box and waits for the answer. The close box of a question answers No, or Cancel.
+    /// Shows the box and waits for the answer. The close box of a question answers No, or Cancel, unless the
+    /// box says otherwise.
     virtual Answer show(const MessageBox& box) = 0;
 
 protected:

@@ -86,6 +86,7 @@ void frmImpostazioni::connect() {
     Command4.on_click = [this] { save_withholding(); };
 
     Command2.on_click = [this] { unload(); };
+    set_keys(nullptr, &Command2);
 }
 
 void frmImpostazioni::on_load() {

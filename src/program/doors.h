@@ -30,6 +30,8 @@ public:
     virtual void pick_customer(std::shared_ptr<CustomerTarget> target) = 0;
     /// Asks the name of the invoicing person or company.
     virtual void ask_issuer_name() = 0;
+    /// Shows the guide of the program.
+    virtual void show_guide() = 0;
     /// Shows a page of help.
     virtual void show_help(const std::string& title, const std::string& text) = 0;
 

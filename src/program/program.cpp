@@ -1,6 +1,7 @@
 #include "program/program.h"
 
 #include "failure.h"
+#include "program/doors.h"
 #include "program/drafts.h"
 #include "program/session_fields.h"
 
@@ -34,6 +35,10 @@ void Program::message(const std::string& text, BoxIcon icon, const std::string& 
 
 bool Program::confirm(const std::string& text, const std::string& caption) {
     return platform_.boxes.show({text, caption, BoxIcon::information, BoxButtons::yes_no, 2}) != Answer::no;
+}
+
+Answer Program::ask_to_save(const std::string& text) {
+    return platform_.boxes.show({text, program_title, BoxIcon::information, BoxButtons::yes_no, 2, true});
 }
 
 Form& Program::load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form) {
@@ -86,6 +91,10 @@ void Program::show(Form& form) {
 void Program::show_modal(Form& form) {
     offer_draft(form);
     platform_.windows.show_modal(form);
+}
+
+void Program::help() {
+    if (doors_) doors_->show_guide();
 }
 
 bool Program::unload(Form& form, UnloadReason reason) {

@@ -76,6 +76,9 @@ public:
     /// The program's usual question: Yes and No, the information icon, No as the default.
     bool confirm(const std::string& text, const std::string& caption = program_title);
 
+    /// Asks, in the same way, whether changes are to be saved before they go. Cancel leads back to them.
+    Answer ask_to_save(const std::string& text);
+
     // FormHost
     void run(const std::function<void()>& act) override;
     void show(Form& form) override;
@@ -83,6 +86,7 @@ public:
     bool unload(Form& form, UnloadReason reason) override;
     const RegionalSettings& regional() const override { return platform_.regional; }
     Date today() override { return platform_.clock.today(); }
+    void help() override;
     void warn(const std::string& text) override { message(text, BoxIcon::exclamation); }
 
 private:

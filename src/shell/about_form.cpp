@@ -26,6 +26,7 @@ frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(progr
     cmdCopia.on_click = [this] { copy(); };
     cmdGuida.on_click = [this] { show_guide(program_); };
     cmdOK.on_click = [this] { unload(); };
+    set_keys(&cmdOK, &cmdOK);
 }
 
 void frmAbout::on_load() {

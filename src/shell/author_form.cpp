@@ -34,6 +34,7 @@ frmAutore::frmAutore(Program& program) : Form(program, "frmAutore") {
         maker_host() + "\n\n" + licences(program));
     Command1.set_caption("&Chiudi");
     Command1.on_click = [this] { unload(); };
+    set_keys(&Command1, &Command1);
 }
 
 } // namespace tarvello

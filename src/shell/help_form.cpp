@@ -12,6 +12,7 @@ frmHelp::frmHelp(Program& program) : Form(program, "frmHelp") {
     Command1.set_caption("&Chiudi");
     Command2.on_click = [this] { set_guide(); };
     Command1.on_click = [this] { unload(); };
+    set_keys(&Command1, &Command1);
 }
 
 void frmHelp::set_page(const std::string& title, const std::string& text) {

@@ -21,6 +21,7 @@ frmRegister::frmRegister(Program& program) : Form(program, "frmRegister"), progr
     Text1.on_change = [this] { name_changed(); };
     Command1.on_click = [this] { confirm(); };
     Command2.on_click = [this] { cancel(); };
+    set_keys(&Command1, &Command2);
 }
 
 void frmRegister::on_load() { Text1.set_text(program_.NomeIntestatario); }

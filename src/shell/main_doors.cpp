@@ -28,6 +28,8 @@ void MDIForm1::pick_customer(std::shared_ptr<CustomerTarget> target) {
 
 void MDIForm1::ask_issuer_name() { program_.form<frmRegister>().show_modal(); }
 
+void MDIForm1::show_guide() { tarvello::show_guide(program_); }
+
 void MDIForm1::show_help(const std::string& title, const std::string& text) {
     tarvello::show_help(program_, title, text);
 }

@@ -35,6 +35,9 @@ MDIForm1::MDIForm1(Program& program)
     set_texts();
     connect_menus();
     connect_panel();
+    // The first command has the keyboard from the start, and the folding of the panel comes after them all.
+    order_tabs({&Label2[0], &Label2[1], &Label2[2], &Label2[3], &Label2[4], &Label2[5], &Label2[6], &imgApn2,
+                &imgApS2, &imgChN2, &imgChS2});
     session.txtDatabaseRoute.on_change = [this] { show_route(); };
 }
 

@@ -63,6 +63,7 @@ public:
     void calculate_fiscal_code() override;
     void pick_customer(std::shared_ptr<CustomerTarget> target) override;
     void ask_issuer_name() override;
+    void show_guide() override;
     void show_help(const std::string& title, const std::string& text) override;
 
 protected:

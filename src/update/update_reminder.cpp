@@ -61,6 +61,7 @@ DialogAggiornamento::DialogAggiornamento(Program& program)
     };
     CancelButton.on_click = [this] { unload(); };
     Command1.on_click = [this] { unload(); };
+    set_keys(&OKButton, &CancelButton);
 }
 
 void DialogAggiornamento::on_load() {

@@ -30,6 +30,7 @@ frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"),
     Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
     order_tabs({&Toolbar1, &WebBrowser1});
     Toolbar1.on_button_click = [this](ToolButton& button) { press(button.key()); };
+    set_keys(nullptr, &Toolbar1.button(5));
     TimerBannerVersion.on_timer = [this] { type_banner(); };
 }
 

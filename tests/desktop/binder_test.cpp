@@ -278,6 +278,55 @@ TEST_F(Binder, EnterMovesOnAndWritesNothing) {
     EXPECT_EQ(form->focus(), &form->combo);
 }
 
+TEST_F(Binder, KeysThatNothingTakesAndShortcutsReachTheForm) {
+    form->button.set_caption("&Uno");
+    form->button.set_tool_tip("Fa una cosa");
+    form->button.set_shortcut("Ctrl+S");
+    form->bar.button(1).set_shortcut("F9");
+    form->set_keys(&form->bar.button(1), &form->button);
+    show();
+    EXPECT_EQ(widget(form->button)->toolTip(), "Fa una cosa (Ctrl+S)");
+    EXPECT_EQ(widget(form->bar.button(1))->toolTip(), "Uno (F9)");
+    form->bar.button(1).set_caption("Due");
+    EXPECT_EQ(widget(form->bar.button(1))->toolTip(), "Due (F9)");
+    click(form->text);
+    user.press(Qt::Key_S, Qt::ControlModifier);
+    user.press(Qt::Key_U, Qt::AltModifier);
+    user.press(Qt::Key_F9);
+    EXPECT_EQ(form->presses, "bbt");
+    form->check.set_focus();
+    user.press(Qt::Key_Return);
+    user.press(Qt::Key_Escape);
+    EXPECT_EQ(form->presses, "bbttb");
+    click(form->date);
+    user.type("31/2/2006");
+    user.press(Qt::Key_F9);
+    EXPECT_EQ(form->presses, "bbttb") << "no command before the date is read";
+    user.press(Qt::Key_F1);
+    EXPECT_EQ(host.warnings.back(), '?') << "the guide";
+
+    click(form->area);
+    user.type("a");
+    user.press(Qt::Key_Return, Qt::ControlModifier);
+    user.type("b");
+    EXPECT_EQ(form->area.text(), "a\nb");
+    click(form->text);
+    user.press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(form->text.text(), "");
+}
+
+TEST_F(Binder, ABoxAboutChangesCanBeLeftWithoutAnAnswer) {
+    show();
+    const auto answer_to = [&](auto act) {
+        QTimer::singleShot(0, [&] { act(QApplication::activeModalWidget()); });
+        return boxes.show({"Salvare?", "prova", BoxIcon::information, BoxButtons::yes_no, 2, true});
+    };
+    qApp->removeEventFilter(&user); // this test answers by itself
+    EXPECT_EQ(answer_to([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); }), Answer::cancel);
+    EXPECT_EQ(answer_to([](QWidget* box) { box->close(); }), Answer::cancel);
+    EXPECT_EQ(answer_to([](QWidget* box) { QTest::keyClick(box, Qt::Key_Return); }), Answer::no);
+}
+
 TEST_F(Binder, AnEditableComboTypesChoosesAndKeepsWhatIsInNoList) {
     int clicks = 0;
     form->combo.on_click = [&] { ++clicks; };
@@ -362,7 +411,8 @@ TEST_F(Binder, APressGoesOnAfterABoxThatLeavesTheFocusFree) {
 TEST_F(Binder, TheSecondOfTwoQuickPressesIsNoneOnAnotherButton) {
     show();
     const QPointF place(300, 300);
-    const auto press = [&](const Control& control, unsigned long long at) {
+    const auto press = [&](Control& control, unsigned long long at) {
+        control.set_focus();
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
             QMouseEvent event(type, {4, 4}, place, Qt::LeftButton,
                               type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
@@ -485,11 +535,17 @@ TEST_F(Binder, ADateIsSteppedThroughWithKeysAndPickedInTheCalendar) {
     QTest::mouseClick(widget<QLineEdit>(form->date)->findChild<QToolButton*>(), Qt::LeftButton);
     calendar()->setCurrentPage(2007, 1);
     auto* days = calendar()->findChild<QAbstractItemView*>("qt_calendar_calendarview");
-    const auto first = days->model()->index(1, 0); // Monday, the first of January
+    QModelIndex middle;
+    for (int row = 1; row < days->model()->rowCount(); ++row) {
+        for (int column = 0; column < days->model()->columnCount(); ++column) {
+            const auto cell = days->model()->index(row, column);
+            if (cell.data().toInt() == 15) middle = cell;
+        }
+    }
     user.expect_box("Nuovo anno?");
-    QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(first).center());
+    QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(middle).center());
     DesktopUser::settle();
-    EXPECT_EQ(form->date.date(), make_date(2007, 1, 1)) << "a picked day counts at once";
+    EXPECT_EQ(form->date.date(), make_date(2007, 1, 15)) << "a picked day counts at once";
     EXPECT_FALSE(QApplication::activePopupWidget());
 
     // What the form does about a date decides where the focus goes and what stands there.

@@ -55,6 +55,8 @@ TEST_F(InvoiceSearch, OpensAndIsLeftByCancelling) {
     form().search.cmdCerca.click();
     EXPECT_EQ(form().search.cmdCerca.caption(), "OK");
     EXPECT_EQ(form().search.FrameRicerca.height(), 2580);
+    form().search.Text2.press_key(keys::enter);
+    EXPECT_EQ(form().focus(), &form().search.cmdCerca);
     EXPECT_EQ(form().customer.txtNome.text(), "");
     EXPECT_NE(form().txtCurrent_ID.text(), "");
     for (const CommandButton& move : form().cmdNavigazione) EXPECT_FALSE(move.enabled());

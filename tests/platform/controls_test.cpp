@@ -78,6 +78,32 @@ TEST_F(Controls, EnterMovesOnInTextBoxesOnly) {
     EXPECT_EQ(form->focus(), &form->first);
 }
 
+TEST_F(Controls, EnterAndEscapeGoWhereTheyAreWanted) {
+    form->button.on_click = counting;
+    form->combo.set_enabled(false);
+    form->second.enter();
+    form->second.press_key(keys::enter);
+    form->two.enter();
+    form->focus_next_field();
+    EXPECT_EQ(form->focus(), &form->list) << "past the button, which the next blank would press";
+    form->boxes[2].enter();
+    EXPECT_FALSE(form->press_enter() || form->press_escape());
+    form->set_keys(&form->button, &form->button);
+    form->boxes[2].press_key(keys::enter);
+    EXPECT_EQ(form->focus(), &form->button) << "after the last field comes the command of Enter";
+    form->first.lead_enter_to(form->boxes[1]);
+    form->first.enter();
+    form->first.press_key(keys::enter);
+    EXPECT_EQ(form->focus(), &form->boxes[1]);
+    form->boxes[1].on_lost_focus = [this] {
+        if (!form->cancelling()) form->boxes[1].set_focus();
+    };
+    EXPECT_TRUE(form->press_escape());
+    EXPECT_EQ(events, 1) << "it gives up what cannot be read";
+    form->button.set_enabled(false);
+    EXPECT_FALSE(form->press_enter());
+}
+
 TEST_F(Controls, AFieldCanTakeTheFocusBackAndThePressIsLost) {
     form->button.on_click = counting;
     form->first.enter();
@@ -220,7 +246,7 @@ TEST_F(Controls, ArraysAndTabOrder) {
     };
     const auto ordered = std::make_shared<Ordered>(host);
     EXPECT_EQ(ordered->find("boxes_1"), &ordered->boxes[1]);
-    ordered->list.enter();
+    ordered->date.enter();
     ordered->focus_next();
     EXPECT_EQ(ordered->focus(), &ordered->boxes[2]);
     ordered->focus_next();

@@ -22,6 +22,11 @@ struct MainWindow : ProgramTest {
     }
 };
 
+TEST_F(MainWindow, TheFirstCommandHasTheKeyboardFirst) {
+    main.focus_next();
+    EXPECT_EQ(main.focus(), &main.Label2[side_command::customers]);
+}
+
 TEST_F(MainWindow, OpeningOverAnOpenDatabaseFailsAndLeavesTheConnection) {
     const std::string other = another_database();
     fake.dialogs.answer_next(other);

@@ -12,6 +12,7 @@ struct PlainHost final : FormHost {
     bool unload(Form&, UnloadReason) override { return true; }
     const RegionalSettings& regional() const override { return italian; }
     Date today() override { return make_date(2006, 4, 1); }
+    void help() override { warnings += "?"; }
     void warn(const std::string& text) override { warnings += text + "|"; }
 
     RegionalSettings italian;

@@ -2,6 +2,7 @@
 
 #include "platform/bars.h"
 #include "platform/qt/double_press.h"
+#include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/scale.h"
 #include "platform/qt/views.h"
@@ -127,7 +128,7 @@ void WindowBinder::name_what_has_no_words() {
 WidgetView* WindowBinder::view_of(const QWidget* widget) const {
     for (; widget; widget = widget->parentWidget()) {
         if (WidgetView* view = by_widget_.value(widget)) return view;
-        if (widget == &window_) break;
+        if (widget == &window_ || widget->isWindow()) break; // what pops up over a widget is no part of it
     }
     return nullptr;
 }
@@ -179,7 +180,7 @@ bool WindowBinder::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     case QEvent::KeyPress:
-        if (widget == &window_) return closes_dialog(*static_cast<QKeyEvent*>(event));
+        if (widget == &window_) return takes_key(*static_cast<QKeyEvent*>(event));
         if (own && own->key_pressed(*static_cast<QKeyEvent*>(event))) return true;
         break;
     case QEvent::InputMethod:
@@ -193,8 +194,19 @@ bool WindowBinder::eventFilter(QObject* watched, QEvent* event) {
     return view && view->other_event(*watched, *event);
 }
 
-bool WindowBinder::closes_dialog(const QKeyEvent& key) const {
-    return key.key() == Qt::Key_Escape && qobject_cast<QDialog*>(&window_);
+bool WindowBinder::takes_key(const QKeyEvent& key) {
+    if (key.modifiers() & ~Qt::KeypadModifier) return false;
+    const auto form = form_;
+    if (key.key() == Qt::Key_F1) {
+        form->host().run([&] { form->host().help(); });
+        return true;
+    }
+    if (is_enter(key)) return key.isAutoRepeat() || form->press_enter();
+    if (key.key() != Qt::Key_Escape) return false;
+    // A dialog of the toolkit would go away on it without asking the form.
+    bool taken = qobject_cast<QDialog*>(&window_);
+    form->host().run([&] { taken = form->press_escape() || taken; });
+    return taken;
 }
 
 void WindowBinder::mouse_moved(QWidget* widget, const QPoint& at) {

@@ -73,8 +73,8 @@ private:
     /// What a screen reader says of icons.
     void name_what_has_no_words();
     void mouse_moved(QWidget* widget, const QPoint& at);
-    /// True for the key on which a dialog of the toolkit goes away, without asking the form.
-    bool closes_dialog(const QKeyEvent& key) const;
+    /// A key that nothing in the window has taken. @return true if it ends here
+    bool takes_key(const QKeyEvent& key);
 
     std::shared_ptr<Form> form_;
     QWidget& window_;

@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
@@ -38,6 +39,21 @@ QMessageBox::Icon icon_of(BoxIcon icon) {
     }
     return QMessageBox::NoIcon;
 }
+
+/// Closes a box on Escape and on its close box without pressing any of its buttons.
+class GoingBack final : public QObject {
+public:
+    bool gone = false;
+
+    bool eventFilter(QObject* box, QEvent* event) override {
+        const bool escape =
+            event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+        if (gone || (!escape && event->type() != QEvent::Close)) return false;
+        gone = true;
+        static_cast<QMessageBox*>(box)->done(QDialog::Rejected);
+        return true;
+    }
+};
 
 struct Choice {
     Answer answer;
@@ -78,7 +94,10 @@ Answer QtBoxes::show(const MessageBox& box) {
     }
     window.setDefaultButton(buttons.at(box.default_button == 2 && buttons.size() > 1 ? 1 : 0));
     window.setEscapeButton(buttons.back());
+    GoingBack going_back;
+    if (box.may_go_back) window.installEventFilter(&going_back);
     window.exec();
+    if (going_back.gone) return Answer::cancel;
     for (std::size_t i = 0; i < buttons.size(); ++i) {
         if (window.clickedButton() == buttons[i]) return choices[i].answer;
     }

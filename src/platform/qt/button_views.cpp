@@ -1,5 +1,6 @@
 #include "platform/bars.h"
 #include "platform/qt/keyboard.h"
+#include "platform/qt/look.h"
 #include "platform/qt/pictures.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/views.h"
@@ -9,6 +10,7 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcut>
 #include <QToolButton>
 
 #include <algorithm>
@@ -71,12 +73,12 @@ protected:
         if (least_width_ > 0) button_.setMinimumWidth(std::max(least_width_, button_.sizeHint().width()));
     }
 
-private:
     /// The toolkit sets the mark by itself; the form may see it otherwise.
     void pressed() {
         by_user([this] { click(); }, Aspect::value);
     }
 
+private:
     void show_caption() {
         button_.setText(to_qt(captioned_.caption()));
         make_room();
@@ -92,11 +94,15 @@ template <typename Button>
 class PressView final : public ButtonView {
 public:
     PressView(WindowBinder& binder, Button& control, QAbstractButton& button)
-        : ButtonView(binder, control, button), control_(control) {}
+        : ButtonView(binder, control, button), control_(control), keys_(new QShortcut(&button)) {
+        keys_->setAutoRepeat(false);
+        QObject::connect(keys_, &QShortcut::activated, &binder, [this] { this->pressed(); });
+    }
 
 protected:
     void show(Aspect aspect) override {
         ButtonView::show(aspect);
+        if (aspect == Aspect::caption || aspect == Aspect::look) show_keys();
         if (aspect != Aspect::look || control_.picture() == pictured_) return;
         pictured_ = control_.picture();
         button().setIcon(picture_icon(pictured_));
@@ -106,7 +112,22 @@ protected:
 private:
     void click() override { control_.click(); }
 
+    /// The letter of its caption and its shortcut. By itself the toolkit would press the button a moment
+    /// later, whatever the field that is left has to say.
+    void show_keys() {
+        button().setShortcut({});
+        QList<QKeySequence> keys{QKeySequence::mnemonic(button().text())};
+        if (const std::string& shortcut = control_.shortcut(); !shortcut.empty()) {
+            keys << QKeySequence(to_qt(shortcut), QKeySequence::PortableText);
+            const std::string& words = control_.tool_tip().empty() ? control_.caption() : control_.tool_tip();
+            button().setToolTip(plain_tool_tip(words) + " (" +
+                                keys.last().toString(QKeySequence::NativeText) + ")");
+        }
+        keys_->setKeys(keys);
+    }
+
     Button& control_;
+    QShortcut* keys_;
     std::string pictured_;
 };
 

@@ -71,7 +71,7 @@ public:
             field_.minimumWidth(), metrics.horizontalAdvance(QStringLiteral("00/00/0000")) + 2 * icon + 8));
         QObject::connect(calendar, &QAction::triggered, &binder, [this] { show_calendar(); });
         QObject::connect(&field_, &QLineEdit::textEdited, &binder, [this] {
-            by_user([this] { picker_.type(trim(one_line(from_qt(field_.text())))); }, Aspect::value);
+            by_user([this] { picker_.type(one_line(from_qt(field_.text()))); }, Aspect::value);
         });
     }
 
@@ -124,7 +124,7 @@ protected:
         const QString text = to_qt(picker_.text());
         if (field_.text() == text) return;
         field_.setText(text);
-        if (field_.hasFocus()) field_.selectAll();
+        if (field_.hasFocus() && !picker_.typing()) field_.selectAll();
     }
 
 private:

@@ -104,7 +104,7 @@ QString EntryView::fitted(const QString& text, int& caret) const {
         std::min(caret, static_cast<int>(before.size() - std::min(before.size(), tail.size())));
     while (start < furthest && before.at(start) == text.at(start)) ++start;
     QString put_in = text.mid(start, caret - start);
-    if (one_line_) put_in = to_qt(one_line(from_qt(put_in)));
+    if (!takes_lines_) put_in = to_qt(one_line(from_qt(put_in)));
     const std::size_t limit = entry_.max_length();
     const std::size_t kept = characters_of(text, start) + characters_of(tail, static_cast<int>(tail.size()));
     const std::size_t length = characters_of(put_in, static_cast<int>(put_in.size()));
@@ -174,10 +174,18 @@ public:
         // Without scroll bars it looks like a box of one line, whatever stands in it.
         const bool one_line = area_.verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOff;
         if (one_line) area_.setFixedHeight(QLineEdit().sizeHint().height());
-        if (!one_line) takes_lines();
+        takes_lines_ = !one_line;
         QObject::connect(&area_, &QPlainTextEdit::textChanged, &binder, [this] { edited(); });
         QObject::connect(&area_, &QPlainTextEdit::cursorPositionChanged, &binder, [this] { caret_moved(); });
         QObject::connect(&area_, &QPlainTextEdit::selectionChanged, &binder, [this] { caret_moved(); });
+    }
+
+    bool key_pressed(QKeyEvent& event) override {
+        // Enter alone moves on.
+        if (!is_enter(event) || event.modifiers() != Qt::ControlModifier || !takes_lines_)
+            return EntryView::key_pressed(event);
+        if (!area_.isReadOnly()) area_.insertPlainText(QStringLiteral("\n"));
+        return true;
     }
 
 private:

@@ -40,8 +40,8 @@ protected:
     /// The user has moved the caret or selected.
     void caret_moved();
     TextEntry& entry() const { return entry_; }
-    /// Line breaks may stand in the box.
-    void takes_lines() { one_line_ = false; }
+
+    bool takes_lines_ = false; // line breaks may be entered
 
 private:
     void show_selection_of_control();
@@ -55,7 +55,6 @@ private:
 
     TextEntry& entry_;
     bool selected_by_code_ = false; // since the focus arrived
-    bool one_line_ = true;
 };
 
 /// The start of the selection of a line, or else its caret.
