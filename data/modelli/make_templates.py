@@ -38,18 +38,22 @@ class Drawing:
         return self.named[key]
 
     def p(self, text="", size=None, bold=False, italic=False, color=None, align="start", above=0, below=0, spacing=None,
-          rule=None):
-        """A paragraph. A list of texts becomes one paragraph with line breaks between them."""
+          rule=None, stops=(), keep=False):
+        """A paragraph. A list of texts becomes one paragraph with line breaks between them; `stops` are the places
+        of its tabulators in cm. `keep` holds it on one page with the next."""
         size = size or self.size
+        tabs = "".join(f'<style:tab-stop style:position="{stop}cm"/>' for stop in stops)
         paragraph = (f'<style:paragraph-properties fo:text-align="{align}" fo:margin-top="{above}cm" '
                      f'fo:margin-bottom="{below}cm"' + (f' fo:border-bottom="{rule}" fo:padding="0.05cm"' if rule else "")
-                     + "/>")
+                     + (' fo:keep-with-next="always"' if keep else "")
+                     + f"><style:tab-stops>{tabs}</style:tab-stops></style:paragraph-properties>")
         characters = (f'<style:text-properties fo:font-family="{self.font}" fo:font-size="{size}pt" '
                       f'fo:color="{color or self.ink}" fo:language="it" fo:country="IT"'
                       + (' fo:font-weight="bold"' if bold else "") + (' fo:font-style="italic"' if italic else "")
                       + (f' fo:letter-spacing="{spacing}cm"' if spacing else "") + "/>")
         lines = text if isinstance(text, list) else [text]
-        content = "<text:line-break/>".join(escape(line).replace("  ", ' <text:s/>') for line in lines)
+        content = "<text:line-break/>".join(
+            escape(line).replace("  ", " <text:s/>").replace("\t", "<text:tab/>") for line in lines)
         return f'<text:p text:style-name="{self.style("paragraph", paragraph + characters)}">{content}</text:p>'
 
     def cell(self, *paragraphs, fill=None, borders="", padding="0.08cm 0.12cm", align="top", span=1):
@@ -96,13 +100,33 @@ class Drawing:
 
 # What a template is made of
 
-CONTACTS = "%e-mail%  %TelefonoDitta%  %FaxDitta%"
-FISCAL = "%CodiceFiscaleDitta%  %PIDitta%"
+CONTACTS = "%e-mail%  %TelefonoDitta%  %FaxDitta%"  # where there is the whole width for them
+FISCAL = "%CodiceFiscaleDitta%  %PIDitta%"  # where the line is centred
+
+# A tabulator goes to the first stop behind what stands before it. So with a stop at the very edge, what follows an
+# empty text starts there, and what follows a text that is there stands in its own column.
+EDGE = 0.01
+
+
+def after(d, left, right, column, size=None, **look):
+    """Two texts on a line, the second in a column of its own, or at the edge where the first is empty."""
+    farther = [round(column + 0.3 * step, 2) for step in range(1, 12)]
+    return d.p(f"{left}\t{right}", size=size, stops=[EDGE, column, *farther], **look)
+
+
+def phones(d, size=None, **look):
+    return after(d, "%TelefonoDitta%", "%FaxDitta%", round(0.36 * (size or d.size), 2), size, **look)
+
+
+def fiscal(d, size=None, **look):
+    return after(d, "%CodiceFiscaleDitta%", "%PIDitta%", round(0.5 * (size or d.size), 2), size, **look)
 
 
 def customer(d, **look):
+    postal_code = 0.097 if d.font.startswith("Times") else 0.108  # five digits and a blank, in cm to the point
     return [d.p("%CogRagSoc% %NomeCliente%", bold=True, size=d.size + 1, **look),
-            d.p("%IndirizzoCliente%", **look), d.p("%CAPCliente% %CittàClt% %Pro%", **look),
+            d.p("%IndirizzoCliente%", **look),
+            after(d, "%CAPCliente%", "%CittàClt% %Pro%", round(postal_code * d.size, 2), **look),
             d.p("%CodiceFiscaleCliente%", size=d.size - 1, color=d.soft, above=0.08),
             d.p("%PICliente%", size=d.size - 1, color=d.soft)]
 
@@ -123,19 +147,27 @@ def services(d, head_fill=None, head_ink=None, line="0.5pt solid #c9d0d8", frame
     d.table([13.2, 3.8], rows, height)
 
 
+LAST = "Totale dovuto"
+
+
 def totals(d, total_fill=None, due_fill=None, due_ink=None, line="0.5pt solid #c9d0d8", strong=None, frame=None):
     """From the taxable amount to the amount due: words, rate, amount. A rate that is missing leaves a bare % in its
-    column, and an amount that is missing an empty place."""
+    column, and an amount that is missing an empty place. Words without a rate have its column too."""
     strong = strong or f"1pt solid {d.accent}"
-    side = f'fo:border-left="{frame}" fo:border-right="{frame}" ' if frame else ""
+    left, right = (f'fo:border-{side}="{frame}" ' if frame else "" for side in ("left", "right"))
 
     def row(words, rate, amount, bold=False, fill=None, ink=None, size=None, border=line, padding="0.08cm 0.15cm",
             above=None):
         top = f'fo:border-top="{above}" ' if above else ""
-        look = dict(borders=f'{top}{side}fo:border-bottom="{border}"', fill=fill, align="middle", padding=padding)
-        return [d.cell(d.p(words, bold=bold, color=ink, size=size), **look),
-                d.cell(d.p(rate, color=ink or d.soft, align="center"), **look),
-                d.cell(d.p(amount, bold=bold, color=ink, align="end", size=size), **look)]
+
+        def look(side):
+            return dict(borders=f'{top}{side}fo:border-bottom="{border}"', fill=fill, align="middle", padding=padding)
+
+        keep = words != LAST  # the page never breaks between the amounts
+        cells = [d.cell(d.p(words, bold=bold, color=ink, size=size, keep=keep), span=1 if rate else 2, **look(left))]
+        if rate:
+            cells.append(d.cell(d.p(rate, color=ink or d.soft, align="center", keep=keep), **look("")))
+        return [*cells, d.cell(d.p(amount, bold=bold, color=ink, align="end", size=size, keep=keep), **look(left + right))]
 
     d.table([8.0, 5.2, 3.8], [
         row("%Rivalsa%", "%AliquotaRivalsa%", "%ImportoRivalsa%", above=frame),
@@ -144,7 +176,7 @@ def totals(d, total_fill=None, due_fill=None, due_ink=None, line="0.5pt solid #c
         row("%SpeseAnticipate% %ArtEs%", "", "%ImportoSpeseAnticipate%", border=strong),
         row("Totale comprensivo di IVA", "", "%TotaleFattura%", bold=True, fill=total_fill),
         row("%RitenutaAcconto%", "%PerRitenuta%", "%ImportoRitenutaAcconto%", border=strong),
-        row("Totale dovuto", "", "%TotaleDovuto%", bold=True, fill=due_fill, ink=due_ink or d.accent, size=d.size + 2,
+        row(LAST, "", "%TotaleDovuto%", bold=True, fill=due_fill, ink=due_ink or d.accent, size=d.size + 2,
             border=frame or strong, padding="0.18cm 0.15cm")], 0.7)
 
 
@@ -168,7 +200,8 @@ def standard():
     d.table([10.2, 6.8], [[
         d.cell(d.p("%NomeDitta%", size=17, bold=True, color=d.accent),
                d.p("%DescrizioneAttività%", italic=True, color=d.soft, below=0.2),
-               d.p("%IndirizzoDitta%", size=9), d.p(CONTACTS, size=9), d.p(FISCAL, size=9), padding="0cm 0cm"),
+               d.p("%IndirizzoDitta%", size=9), d.p("%e-mail%", size=9), phones(d, size=9), fiscal(d, size=9),
+               padding="0cm 0cm"),
         d.cell(*number_and_date(d, align="end", color=d.accent), padding="0cm 0cm")]])
     d.add(d.p(size=4, rule=f"1.5pt solid {d.accent}"))
     d.gap(14)
@@ -215,7 +248,7 @@ def moderno():
     d.table([8.7, 8.3], [[
         d.cell(d.p("DA", size=8, bold=True, color=d.accent, spacing=0.05, below=0.1), d.p("%IndirizzoDitta%"),
                d.p("%e-mail%"), d.p("%CodiceFiscaleDitta%", size=9, color=d.soft),
-               d.p("%PIDitta%", size=9, color=d.soft), d.p("%TelefonoDitta%  %FaxDitta%", size=9, color=d.soft),
+               d.p("%PIDitta%", size=9, color=d.soft), phones(d, size=9, color=d.soft),
                padding="0cm 0.5cm"),
         d.cell(d.p("A", size=8, bold=True, color=d.accent, spacing=0.05, below=0.1), *customer(d), padding="0cm 0.5cm",
                borders=f'fo:border-left="1.5pt solid {d.accent}"')]])
@@ -246,7 +279,7 @@ def essenziale():
     payment(d)
     d.gap(10)
     d.add(d.p(size=3, rule="0.5pt solid #e3e5e8"), d.p("%IndirizzoDitta%", size=8, color=d.soft, above=0.1),
-          d.p(CONTACTS, size=8, color=d.soft), d.p(FISCAL, size=8, color=d.soft))
+          d.p("%e-mail%", size=8, color=d.soft), phones(d, size=8, color=d.soft), fiscal(d, size=8, color=d.soft))
     return d
 
 
@@ -283,7 +316,7 @@ def studio():
     title = dict(size=7.5, color=d.soft, below=0.08)
     d.table([17.0], [[d.cell(
         d.p("%NomeDitta%", size=16, bold=True, color=d.accent), d.p("%DescrizioneAttività%", italic=True, below=0.12),
-        d.p("%IndirizzoDitta%"), d.p(CONTACTS), d.p(FISCAL), fill="#eef1f4", **box)]])
+        d.p("%IndirizzoDitta%"), d.p("%e-mail%"), phones(d), fiscal(d), fill="#eef1f4", **box)]])
     d.gap(8)
     d.table([5.2, 3.6, 8.2], [[
         d.cell(d.p("Fattura n.", **title), d.p("%NumeroFattura%/%Anno%", bold=True, size=15, color=d.accent), **box),

@@ -7,6 +7,9 @@
 #include "program/program.h"
 #include "program/session_fields.h"
 
+#include <algorithm>
+#include <cctype>
+#include <optional>
 #include <sstream>
 #include <vector>
 
@@ -98,14 +101,48 @@ std::string template_in_force(Program& program, const std::string& file) {
     return path;
 }
 
+/// Where the name of a file ends and its extension starts: a point with up to four letters and digits behind
+/// it, not digits alone ("Fattura 7.2006" has none). The size of the path if there is no extension.
+std::size_t extension_start(const std::string& path) {
+    constexpr std::size_t longest = 4;
+    const std::size_t point = path.rfind('.');
+    if (point == path.npos || path.size() - point - 1 > longest) return path.size();
+    const auto is_letter = [](unsigned char c) { return std::isalpha(c) != 0; };
+    const auto is_other = [](unsigned char c) { return std::isalnum(c) == 0; };
+    const auto begin = path.begin() + static_cast<std::ptrdiff_t>(point) + 1;
+    const bool extension =
+        std::any_of(begin, path.end(), is_letter) && std::none_of(begin, path.end(), is_other);
+    return extension ? point : path.size();
+}
+
+/// The path under which the document is saved: the one that the user chose, with the extension of the
+/// template where it has none, as that is the format of the document.
+/// @return nothing if a file of that name stays: it is the template itself, or the user wants to keep it
+std::optional<std::string> path_of_document(Program& program, std::string chosen,
+                                            const std::string& template_path) {
+    Files& files = program.platform().files;
+    const bool named_whole = extension_start(chosen) < chosen.size();
+    if (!named_whole) chosen += template_path.substr(extension_start(template_path));
+    if (files.full_path(chosen) == files.full_path(template_path)) {
+        program.message("La fattura non può essere salvata al posto del modello in uso:\n" + chosen +
+                            "\n\nScegliere un altro nome o un'altra cartella.",
+                        BoxIcon::exclamation);
+        return std::nullopt;
+    }
+    // The dialog has asked about the name as it was chosen.
+    const bool asked = named_whole || !files.exists(chosen);
+    if (!asked && !program.platform().copy_dialog.may_replace(chosen)) return std::nullopt;
+    return chosen;
+}
+
 /// Everything from the save dialog on. @throws Failure
 void fill_template(Program& program, const std::vector<Variable>& values) {
-    const auto path =
+    const auto chosen =
         program.platform().dialogs.save_file({"Crea Documento di Microsoft Word",
                                               {{"Documenti di Microsoft Word (*.rtf)", "*.rtf "},
                                                {"Documenti di Microsoft Word (*.doc)", "*.doc"}},
                                               true});
-    if (!path) return;
+    if (!chosen) return;
 
     auto& wait = program.form<frmAttesa>();
     wait.Label1.set_caption("Preparazione stampa su file in corso...attendere...");
@@ -127,8 +164,14 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
         return;
     }
 
+    const std::string template_path = template_in_force(program, configuration);
+    const auto path = path_of_document(program, *chosen, template_path);
+    if (!path) {
+        wait.unload();
+        return;
+    }
     auto application = program.platform().word_processor.start();
-    application->open_read_only(template_in_force(program, configuration));
+    application->open_read_only(template_path);
     for (const Variable& variable : values) {
         InserisciVariabileWord(program, variable.name, variable.value, application);
     }

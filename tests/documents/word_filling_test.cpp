@@ -205,6 +205,37 @@ TEST_F(WordFilling, EveryOtherFailureEndsInOneMessage) {
     form().StampaWord.click();
 }
 
+TEST_F(WordFilling, TheNameOfTheDocument) {
+    given(full_letterhead(), full_invoice());
+    given_template({"%Anno%"});
+    const std::string in_folder = fake.program_directory + "/";
+    for (const auto& [chosen, saved] : {std::pair<std::string, std::string>{"fattura", "fattura.rtf"},
+                                        {"Fattura 7.2006", "Fattura 7.2006.rtf"},
+                                        {"dott.Rossi", "dott.Rossi.rtf"},
+                                        {"n. 7", "n. 7.rtf"},
+                                        {"fattura.doc", "fattura.doc"},
+                                        {"fattura.odt", "fattura.odt"}}) {
+        target = in_folder + saved;
+        fake.dialogs.answer_next(in_folder + chosen);
+        expect_done();
+        form().StampaWord.click();
+        EXPECT_TRUE(fake.files.exists(target)) << chosen;
+    }
+    fake.copy_dialog.answer_replace = false; // of a name that the dialog has not asked about
+    fake.dialogs.answer_next(in_folder + "fattura");
+    form().StampaWord.click();
+    EXPECT_EQ(fake.copy_dialog.asked, std::vector{in_folder + "fattura.rtf"});
+    for (const char* own : {"/prova.rtf", "/prova", "/../modelli/prova.rtf"}) {
+        fake.dialogs.answer_next(folder + own);
+        boxes().expect_any();
+        form().StampaWord.click();
+        EXPECT_TRUE(boxes().last().text.starts_with(
+            "La fattura non può essere salvata al posto del modello in uso:\n" + folder));
+        EXPECT_EQ(fake.files.read(folder + "/prova.rtf"), "[%Anno%]\n");
+        EXPECT_FALSE(program->loaded<frmAttesa>());
+    }
+}
+
 TEST_F(WordFilling, AReplacementThatFailsDropsTheApplication) {
     given(full_letterhead(), full_invoice());
     given_template({"%Anno%"});
