@@ -2,6 +2,7 @@
 #include "program/maker_site.h"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -113,6 +114,33 @@ ReportSection section5() {
             {{"Label6", {60, 2070, 7230, 270}, ReportLabel{text, arial, ReportAlignment::left, grey}}}};
 }
 
+/// What the texts are that a user has written, in the words of the windows.
+const std::map<std::string_view, const char*> subjects{
+    {"NomeDitta", "nome (intestazione)"},
+    {"DescrizioneAttività", "descrizione attività"},
+    {"IndirizzoDitta", "indirizzo (intestazione)"},
+    {"TelefonoDitta", "telefono"},
+    {"FaxDitta", "fax"},
+    {"CFDitta", "codice fiscale (intestazione)"},
+    {"PIDitta", "partita IVA (intestazione)"},
+    {"EMail", "e-mail"},
+    {"Cognome", "nome del cliente"},
+    {"IndirizzoCliente", "indirizzo del cliente"},
+    {"Indirizzo2", "CAP e città del cliente"},
+    {"CFCliente", "codice fiscale del cliente"},
+    {"PICliente", "partita IVA del cliente"},
+    {"Descrizione1", "prestazione 1"},
+    {"Descrizione2", "prestazione 2"},
+    {"Descrizione3", "prestazione 3"},
+    {"Descrizione4", "prestazione 4"},
+    {"Descrizione5", "prestazione 5"},
+    {"Rivalsa", "dicitura della rivalsa"},
+    {"AliquotaIVA", "aliquota IVA"},
+    {"SpeseAnticipate", "spese anticipate"},
+    {"RitenutaAcconto", "ritenuta d'acconto"},
+    {"Pagamento", "pagamento"},
+};
+
 Report make_report(const char* name) {
     Report report;
     report.name = name;
@@ -123,6 +151,12 @@ Report make_report(const char* name) {
     // The detail and the footer of the page hold nothing: the invoice is one page, whatever the archive
     // holds.
     report.sections = {section4(), section2(), {"Section1", 0, {}}, {"Section3", 0, {}}, section5()};
+    for (ReportSection& section : report.sections) {
+        for (ReportControl& control : section.controls) {
+            const auto subject = subjects.find(control.name);
+            if (subject != subjects.end()) section.label(control.name).subject = subject->second;
+        }
+    }
     return report;
 }
 

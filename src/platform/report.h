@@ -32,12 +32,15 @@ struct ReportBox {
     bool operator==(const ReportBox&) const = default;
 };
 
-/// A text in a box: broken between words where it is too wide, cut off at the foot of the box.
+/// A text in a box: broken between words where it is too wide; set smaller where it would not fit whole, and
+/// cut off with an ellipsis where that does not help.
 struct ReportLabel {
     std::string text;
     ReportFont font;
     ReportAlignment alignment = ReportAlignment::left;
     Color color{0, 0, 0};
+    /// What the text is, in words for the user; empty where the control's name says it.
+    std::string subject{};
 };
 
 /// How a picture takes its box.

@@ -118,59 +118,78 @@ TEST_P(Reports, AmountsEndOnOneEdge) {
     }
 }
 
-TEST_P(Reports, LongTextsStayInTheirBoxes) {
-    const std::string long_name = "Associazione Professionale degli Ingegneri e degli Architetti";
-    std::string description;
-    while (description.size() < 200) description += "Consulenza tecnica ";
-    for (const Placed& place : labels_of(report)) {
-        place.label->text = place.name == "Pagamento"      ? "uno\ndue\ntre\nquattro\ncinque\nsei"
-                            : place.name == "Cognome"      ? long_name
-                            : place.name == "Descrizione1" ? description
-                            : place.name == "Descrizione2" ? std::string(300, 'm')
-                                                           : "";
-    }
-    const auto labels = labels_of(report);
-    const auto place = [&](const std::string& name) {
-        return *std::find_if(labels.begin(), labels.end(), [&](const Placed& it) { return it.name == name; });
+TEST_P(Reports, ALongTextIsSetSmallerThenBrokenAndOnlyThenCut) {
+    std::string service;
+    for (int i = 100; i < 150; ++i) service += " p" + std::to_string(i); // 250 signs
+    const std::string m_300(300, 'm');
+    struct Case {
+        std::string label, text, printed;
+        bool cut;
     };
-    QStringList payment;
-    QStringList name;
-    for (const Word& word : words_of(qt::report_pdf(report))) {
-        bool inside = false;
-        for (const char* label : {"Pagamento", "Cognome", "Descrizione1", "Descrizione2"}) {
-            const Placed box = place(label);
-            if (word.top < box.top - 1 || word.left < box.left - 1 || word.right > box.right + 1) continue;
-            if (word.bottom > box.bottom + 1) continue;
-            inside = true;
-            if (box.name == "Pagamento") payment << word.text;
-            if (box.name == "Cognome") name << word.text;
+    const Case cases[] = {
+        {"NomeDitta", "Associazione Professionale Ingegneri e Architetti", "", false},
+        {"IndirizzoCliente", "Via dei Martiri della Libertà e della Resistenza 127/bis int. 4", "", false},
+        {"Descrizione1", service.substr(1, 120), "", false},
+        {"Descrizione2", service.substr(1), "", false},
+        {"Descrizione3", m_300, "", true},
+        {"Descrizione4", "Consulenza tecnica, febbraio 2006\n", "", false},
+        {"Descrizione5", "uno\vdue\fdieci\u2028venti\u2029trenta\u0085mille", "uno due", true},
+        {"Pagamento", "Banca di Roma, filiale di Milano\nABI: 03002\nCAB: 03200\nC/C: 000123456\ncinque\nsei",
+         "", false},
+    };
+    const auto labels = labels_of(report);
+    for (const Case& it : cases) {
+        SCOPED_TRACE(it.label);
+        for (const Placed& place : labels) place.label->text.clear();
+        const Placed& box = *std::find_if(labels.begin(), labels.end(),
+                                          [&](const Placed& place) { return place.name == it.label; });
+        box.label->text = it.text;
+        QStringList all;
+        for (const Word& word : words_of(qt::report_pdf(report))) {
+            all << word.text;
+            EXPECT_GE(word.top, box.top - 1);
+            EXPECT_LE(word.bottom, box.bottom + 1.5);
+            EXPECT_GE(word.left, box.left - 1);
+            EXPECT_LE(word.right, box.right + 1);
+            EXPECT_GE(word.bottom - word.top, 6 * 0.9) << "nothing is smaller than 6 points";
         }
-        EXPECT_TRUE(inside) << qt::from_qt(word.text) << " at " << word.left << " " << word.top;
+        const std::string printed = qt::from_qt(all.join(' '));
+        const auto cut = qt::ReportPage(report).cut_texts();
+        EXPECT_EQ(cut.size(), it.cut ? 1u : 0u);
+        EXPECT_EQ(printed.ends_with("…"), it.cut) << printed;
+        EXPECT_TRUE(printed.starts_with(it.printed)) << printed;
+        if (!it.cut) {
+            EXPECT_EQ(printed, qt::from_qt(qt::to_qt(it.text).simplified()));
+        }
+        if (it.label == "Descrizione3") {
+            EXPECT_EQ(cut, std::vector<std::string>{"prestazione 3"});
+        }
     }
-    EXPECT_GE(payment.size(), 4) << "a payment of four lines fits whole";
-    EXPECT_EQ(payment.mid(0, 3), (QStringList{"uno", "due", "tre"}));
-    EXPECT_TRUE(name.join(' ').startsWith("Associazione Professionale degli")) << qt::from_qt(name.join(' '));
-    EXPECT_TRUE(name.join(' ').endsWith(QStringLiteral("…"))) << "what is cut off shows that it is";
 }
 
-TEST_P(Reports, WhatFitsIsWhole) {
-    const std::string bank = "Banca di Roma, filiale di Milano\nABI: 03002\nCAB: 03200\nC/C: 000123456";
-    const std::string service = "Progetto esecutivo delle strutture e direzione dei lavori, febbraio 2006";
-    for (const Placed& place : labels_of(report)) {
-        place.label->text = place.name == "Pagamento" ? bank : place.name == "Descrizione3" ? service : "";
-    }
-    QStringList all;
-    for (const Word& word : words_of(qt::report_pdf(report))) all << word.text;
-    EXPECT_EQ(qt::from_qt(all.join(' ')), qt::from_qt(qt::to_qt(service + " " + bank).replace('\n', ' ')));
+TEST_P(Reports, WhatFitsKeepsItsSize) {
+    const auto height_of = [&](const std::string& text) {
+        for (const Placed& place : labels_of(report))
+            place.label->text = place.name == "Pagamento" ? text : "";
+        const auto words = words_of(qt::report_pdf(report));
+        return words.at(0).bottom - words.at(0).top;
+    };
+    // Four lines have room, also where the text has only one that is long.
+    EXPECT_NEAR(height_of("a\nb\nc\nd"), height_of("a"), 0.01);
+    EXPECT_NEAR(
+        height_of("Bonifico sul conto presso la Banca di Roma, filiale di Milano, ABI 03002, CAB 03200, "
+                  "C/C 000123456, entro trenta giorni dalla data della fattura"),
+        height_of("a"), 0.01);
+    EXPECT_LT(height_of("a\nb\nc\nd\ne"), height_of("a"));
 }
 
 /// The page as it is drawn on the screen, one dot to 15 twips.
-QImage drawn(const Report& report) {
+QImage drawn(const qt::ReportPage& page) {
     QImage image((qt::report_page() / 15).toSize(), QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.scale(1 / 15.0, 1 / 15.0);
-    qt::paint_report(report, painter);
+    page.draw(painter);
     return image;
 }
 
@@ -193,20 +212,23 @@ TEST_P(Reports, TheLogoIsFittedOrClipped) {
     for (const char* name : {"logo.gif", "logo.jpg"}) {
         logo.path = qt::from_qt(folder.filePath(name));
         logo.size_mode = ReportSizeMode::stretch;
-        const QImage page = drawn(report);
+        const QImage page = drawn(qt::ReportPage(report));
         EXPECT_EQ(page.pixelColor((1000 + 6945) / 15 + 2, (1000 + 45) / 15 + 2).red(),
                   254 + (*name && name[5] == 'g'));
         EXPECT_NE(colour_at(page, 9500, 2000), "#ffffff") << name << " fills the box";
         EXPECT_EQ(colour_at(page, 9700, 1000), "#ffffff") << name;
     }
     logo.size_mode = ReportSizeMode::clip;
-    const QImage page = drawn(report);
+    const QImage page = drawn(qt::ReportPage(report));
     EXPECT_NE(colour_at(page, 9500, 200), "#ffffff");
     EXPECT_EQ(colour_at(page, 9700, 200), "#ffffff") << "cut off at the box";
     EXPECT_EQ(colour_at(page, 7500, 600), "#ffffff") << "at its own height";
+    const qt::ReportPage once(report);
+    ASSERT_TRUE(QFile::remove(folder.filePath("logo.jpg")));
+    EXPECT_NE(colour_at(drawn(once), 9500, 200), "#ffffff") << "it is not read anew at each drawing";
     // A picture that has gone since the report was made leaves the place blank.
     logo.path = "/nessuno.jpg";
-    EXPECT_EQ(colour_at(drawn(report), 7500, 200), "#ffffff");
+    EXPECT_EQ(colour_at(drawn(qt::ReportPage(report)), 7500, 200), "#ffffff");
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, Reports, ::testing::Values(&DataReport1, &DataReport2),

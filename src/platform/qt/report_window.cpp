@@ -35,7 +35,7 @@ constexpr int space_around_page = 16; ///< pixels
 /// The sheet of paper on the screen.
 class ReportWindow::Page final : public QWidget {
 public:
-    explicit Page(const Report& report) : report_(report) {}
+    explicit Page(const ReportPage& page) : page_(page) {}
 
     void set_scale(double pixels_to_twip) {
         scale_ = pixels_to_twip;
@@ -53,18 +53,18 @@ protected:
         painter.drawRect(paper);
         painter.translate(paper.topLeft());
         painter.scale(scale_, scale_);
-        paint_report(report_, painter);
+        page_.draw(painter);
     }
 
 private:
-    const Report& report_;
+    const ReportPage& page_;
     double scale_ = 1;
 };
 
 ReportWindow::ReportWindow(const Report& report, FileDialogs& dialogs, Files& files, CopyDialog& copy_dialog,
                            MessageBoxes& boxes, QWidget* parent)
-    : QDialog(parent), report_(report), dialogs_(dialogs), files_(files), copy_dialog_(copy_dialog),
-      boxes_(boxes) {
+    : QDialog(parent), report_(report), drawing_(report), dialogs_(dialogs), files_(files),
+      copy_dialog_(copy_dialog), boxes_(boxes) {
     setObjectName(to_qt(report.name));
     setWindowTitle(to_qt(report.caption));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -97,7 +97,7 @@ ReportWindow::ReportWindow(const Report& report, FileDialogs& dialogs, Files& fi
     bar->addSeparator();
     add("ui_close", QStringLiteral("Chiudi"), "chiudi", QKeySequence::Close, [this] { close(); });
 
-    page_ = new Page(report_);
+    page_ = new Page(drawing_);
     page_->setObjectName(QStringLiteral("ui_page"));
     page_->setAccessibleName(to_qt(report.document));
     area_ = new QScrollArea;
@@ -108,9 +108,26 @@ ReportWindow::ReportWindow(const Report& report, FileDialogs& dialogs, Files& fi
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(bar);
+    add_notice_of_cut_texts(*layout);
     layout->addWidget(area_);
     set_zoom(1);
     place();
+}
+
+void ReportWindow::add_notice_of_cut_texts(QVBoxLayout& layout) {
+    QStringList cut;
+    for (const std::string& text : drawing_.cut_texts()) cut << to_qt(text);
+    if (cut.isEmpty()) return;
+    auto* notice = new QLabel(QStringLiteral("Troppo lungo per il suo spazio, stampato solo in parte: ") +
+                              cut.join(QStringLiteral(", ")) + QStringLiteral(". Accorciare il testo."));
+    notice->setObjectName(QStringLiteral("ui_cut"));
+    notice->setTextFormat(Qt::PlainText);
+    notice->setWordWrap(true);
+    notice->setMargin(6);
+    notice->setAutoFillBackground(true);
+    notice->setBackgroundRole(QPalette::ToolTipBase);
+    notice->setForegroundRole(QPalette::ToolTipText);
+    layout.addWidget(notice);
 }
 
 void ReportWindow::place() {
@@ -173,7 +190,7 @@ void ReportWindow::print() {
     }
     const double dots_to_twip = printer.resolution() / double(twips_per_inch);
     painter.scale(dots_to_twip, dots_to_twip);
-    paint_report(report_, painter);
+    drawing_.draw(painter);
 }
 
 void ReportWindow::save_pdf() {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/qt/report_painter.h"
 
 #include <QDialog>
 
 class QLabel;
 class QScrollArea;
+class QVBoxLayout;
 
 namespace tarvello::qt {
 
@@ -28,9 +30,12 @@ private:
     void save_pdf();
     void set_zoom(double zoom);
     void fit_page();
+    /// Says above the page which texts are printed in part.
+    void add_notice_of_cut_texts(QVBoxLayout& layout);
     void place();
 
     const Report& report_;
+    ReportPage drawing_;
     FileDialogs& dialogs_;
     Files& files_;
     CopyDialog& copy_dialog_;
