@@ -30,12 +30,15 @@ bool starts_with(std::string_view text, std::string_view piece) {
 Decimal parse(std::string_view text, const RegionalSettings& regional) {
     constexpr std::string_view no_break_space = "\u00A0";
     constexpr std::string_view narrow_no_break_space = "\u202F";
+    constexpr std::string_view minus_sign = "\u2212";
     Decimal number;
     bool sign = false;
     bool symbol = false;
     bool digit = false;
     bool fraction = false;
-    bool closed = false; // a sign or symbol behind the digits: no digit may follow
+    bool closed = false;  // a sign or symbol behind the digits: no digit may follow
+    bool bracket = false; // a negative amount in brackets, the second of which is still to come
+    const bool brackets = regional.negative_before == "(" && regional.negative_behind == ")";
     for (std::string_view rest = text; !rest.empty();) {
         const char c = rest.front();
         if (ascii::is_digit(c)) {
@@ -60,17 +63,25 @@ Decimal parse(std::string_view text, const RegionalSettings& regional) {
             symbol = true;
             closed = digit || fraction;
             rest.remove_prefix(regional.currency_symbol.size());
-        } else if (c == '-' || c == '+') {
+        } else if (c == '-' || c == '+' || starts_with(rest, minus_sign)) {
             if (sign) no_amount(text);
             sign = true;
-            number.negative = c == '-';
+            number.negative = c != '+';
             closed = digit || fraction;
+            rest.remove_prefix(c == '-' || c == '+' ? 1 : minus_sign.size());
+        } else if (brackets && c == '(') {
+            if (sign || digit || fraction) no_amount(text);
+            sign = bracket = number.negative = true;
+            rest.remove_prefix(1);
+        } else if (bracket && c == ')') {
+            bracket = false;
+            closed = true;
             rest.remove_prefix(1);
         } else {
             no_amount(text);
         }
     }
-    if (!digit) no_amount(text);
+    if (!digit || bracket) no_amount(text);
     return number;
 }
 
@@ -140,7 +151,7 @@ std::string layout(const std::string& cents, bool negative, const RegionalSettin
     const bool minus = negative && cents.find_first_not_of('0') != std::string::npos;
     std::string text;
     text.reserve(cents.size() * 2 + 8);
-    if (minus && regional.minus_before) text += '-';
+    if (minus) text += regional.negative_before;
     if (regional.symbol_before) {
         text += regional.currency_symbol;
         if (regional.blank_beside_symbol) text += ' ';
@@ -155,7 +166,7 @@ std::string layout(const std::string& cents, bool negative, const RegionalSettin
         if (regional.blank_beside_symbol) text += ' ';
         text += regional.currency_symbol;
     }
-    if (minus && !regional.minus_before) text += '-';
+    if (minus) text += regional.negative_behind;
     return text;
 }
 

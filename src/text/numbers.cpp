@@ -23,7 +23,10 @@ double leading_number(std::string_view text) {
     }
     double number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (error == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
+    if (error == std::errc::result_out_of_range) {
+        const bool too_large = digits.find_first_of("123456789") < digits.find('.');
+        return too_large ? std::numeric_limits<double>::infinity() : 0; // the rest is too small
+    }
     return error == std::errc{} ? number : 0;
 }
 

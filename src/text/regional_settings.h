@@ -11,8 +11,9 @@ struct RegionalSettings {
     /// Where the symbol stands; `blank_beside_symbol` puts a blank between it and the number.
     bool symbol_before = true;
     bool blank_beside_symbol = true;
-    /// The sign of a negative amount: before everything (-€ 1,00), or else behind everything (€ 1,00-).
-    bool minus_before = true;
+    /// What stands around everything else of a negative amount: -€ 1,00 or (€ 1,00).
+    std::string negative_before = "-";
+    std::string negative_behind;
     std::string decimal_separator = ",";
     std::string thousands_separator = ".";
 

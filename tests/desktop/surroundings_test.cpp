@@ -88,6 +88,22 @@ TEST(Regional, ItalianUnlessTheUserIsElsewhere) {
     EXPECT_EQ(qt::regional_settings_of(QLocale("en_US"), QLocale("en_US")).short_date, "M/d/yyyy");
     qunsetenv("LC_MONETARY");
     qunsetenv("LC_TIME");
+    struct Money {
+        const char* locale;
+        std::string amount, negative;
+    };
+    for (const Money& it : {Money{"it_CH", "1’234.50 CHF", "-1’234.50 CHF"},
+                            {"en_US", "$1,234.50", "($1,234.50)"},
+                            {"fr_FR", "1\u202f234,50 €", "(1\u202f234,50 €)"},
+                            {"nl_NL", "€ 1.234,50", "(€ 1.234,50)"},
+                            {"en_GB", "£1,234.50", "(£1,234.50)"},
+                            {"sv_SE", "1\u00a0234,50 kr", "\u22121\u00a0234,50 kr"}}) {
+        const RegionalSettings money = qt::regional_settings_of(QLocale(it.locale), QLocale(it.locale));
+        EXPECT_EQ(currency_text(1234.5, money), it.amount);
+        EXPECT_EQ(currency_text(-1234.5, money), it.negative);
+        EXPECT_EQ(read_amount(it.amount, money), 1234.5) << it.locale;
+        EXPECT_EQ(read_amount(it.negative, money), -1234.5) << it.locale;
+    }
 }
 
 // The program as a process

@@ -80,6 +80,16 @@ TEST(ReadAmount, FollowsOtherSettings) {
     german.symbol_before = false;
     EXPECT_EQ(currency_text(-1234.5, german), "-1.234,50 €");
     EXPECT_EQ(read_amount("-1.234,50 €", german), -1234.5);
+    EXPECT_EQ(read_amount("\u22121,50", german), -1.5) << "the minus sign of typography";
+    american.negative_before = "(";
+    american.negative_behind = ")";
+    for (const char* text : {"($1,234.50)", "-$1,234.50", "$ (1234.50)", "(1234.50)$"}) {
+        EXPECT_EQ(read_amount(text, american), -1234.5) << text;
+    }
+    for (const char* text : {"(1", "1)", "()1", "1(2)", "(-1)", "-(1)", "((1))", "(1)2"}) {
+        EXPECT_THROW(read_amount(text, american), Failure) << text;
+        EXPECT_THROW(read_amount(text, german), Failure) << text;
+    }
 }
 
 TEST(LeadingNumber, TakesDigitsAndOnePoint) {
@@ -92,6 +102,7 @@ TEST(LeadingNumber, TakesDigitsAndOnePoint) {
     EXPECT_EQ(leading_number("12 - 2006"), 12);
     EXPECT_EQ(leading_number("1.2.3"), 1.2);
     EXPECT_EQ(leading_number(".5"), 0.5);
+    EXPECT_EQ(leading_number("0." + std::string(400, '0') + "1"), 0);
     for (const char* text : {"", ".", "abc", "-3", "Esente"}) EXPECT_EQ(leading_number(text), 0) << text;
 }
 

@@ -48,15 +48,22 @@ RegionalSettings user_regional_settings() {
 RegionalSettings regional_settings_of(const QLocale& money, const QLocale& time) {
     RegionalSettings settings;
     if (!is_italian(money)) {
-        settings.currency_symbol = from_qt(money.currencySymbol(QLocale::CurrencySymbol));
+        QString symbol = money.currencySymbol(QLocale::CurrencySymbol);
+        if (symbol.isEmpty())
+            symbol = money.currencySymbol(QLocale::CurrencyIsoCode); // as of francs in Italian
+        settings.currency_symbol = from_qt(symbol);
         settings.decimal_separator = from_qt(money.decimalPoint());
         settings.thousands_separator = from_qt(money.groupSeparator());
         const QString sample = money.toCurrencyString(1.5);
-        const QString symbol = money.currencySymbol(QLocale::CurrencySymbol);
         const auto place = sample.indexOf(symbol);
         settings.symbol_before = place <= 0;
         const auto beside = settings.symbol_before ? place + symbol.size() : place - 1;
         settings.blank_beside_symbol = beside >= 0 && beside < sample.size() && sample.at(beside).isSpace();
+        const QString negative = money.toCurrencyString(-1.5);
+        if (const auto amount = negative.indexOf(sample); amount >= 0) {
+            settings.negative_before = from_qt(negative.left(amount));
+            settings.negative_behind = from_qt(negative.mid(amount + sample.size()));
+        }
     }
     if (!is_italian(time)) settings.short_date = short_date_of(time);
     return settings;
