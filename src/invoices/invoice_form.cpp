@@ -113,6 +113,14 @@ void frmTarvello::set_lists() {
     }
 }
 
+void frmTarvello::add_rates() {
+    const SessionFields& session = program_.session();
+    add_rates_in_use(program_, {{ComboPercentualeRivalsa, "Percentuale_Rivalsa", session.txt_RIVALSA_default},
+                                {ComboIVAApplicata, "Aliquota_IVA", session.txt_IVA_default},
+                                {ComboRitenuta, "Percentuale_Ritenuta", session.txt_Ritenuta_default},
+                                {ComboRitenutaSu, "Ritenuta_Su", session.txt_RitenutaSu_default}});
+}
+
 void frmTarvello::set_first_state() {
     DTPicker1.set_date(program_.platform().clock.today());
     DTPicker_CURRENT_YEAR.set_date(DTPicker1.date());
@@ -238,6 +246,7 @@ void frmTarvello::on_load() {
     with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
         if (!rows.eof()) MostraFattura();
     });
+    add_rates();
     txtfield_CURRENT_YEAR.set_text(std::to_string(year_of(DTPicker1.date())));
     txtfield_CURRENT_MONTH.set_text(std::to_string(month_of(DTPicker1.date())));
     txtfield_CURRENT_DAY.set_text(std::to_string(day_of(DTPicker1.date())));
@@ -287,6 +296,7 @@ void frmTarvello::show_expenses(bool part_of_invoice) {
     txtImportoSpeseAnticipate.set_enabled(part_of_invoice);
     txtImportoSpeseAnticipate.set_visible(part_of_invoice);
     ShapeImportoSpeseAnticipate.set_back_color(part_of_invoice ? colors::white : colors::grey);
+    if (!part_of_invoice) ShapeImportoSpeseAnticipate.set_visible(false); // also of an amount that was empty
 }
 
 void frmTarvello::spese_changed() {

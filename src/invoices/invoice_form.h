@@ -160,6 +160,8 @@ private:
     void set_captions();
     void set_shortcuts();
     void set_lists();
+    /// The rates that are in use now come at the end of the lists.
+    void add_rates();
     void set_first_state();
     void connect_buttons();
     void press_toolbar(const ToolButton& button);

@@ -47,10 +47,14 @@ std::optional<std::size_t> find_column(const Recordset& rows, std::string_view n
 
 } // namespace
 
-InvoiceRowWriter::InvoiceRowWriter(const Recordset& rows, const PercentageGuards& guards)
+InvoiceRowWriter::InvoiceRowWriter(const Recordset& rows, const PercentageGuards& guards,
+                                   MissingColumns missing)
     : rows_(rows), rivalsa_guard_(find_column(rows, guards.rivalsa)),
       ritenuta_guard_(find_column(rows, guards.ritenuta)) {
-    for (std::size_t i = 0; i < invoice_list_columns; ++i) columns_[i] = rows.column(invoice_list[i].source);
+    for (std::size_t i = 0; i < invoice_list_columns; ++i) {
+        const std::string_view source = invoice_list[i].source;
+        columns_[i] = missing == MissingColumns::fail ? rows.column(source) : find_column(rows, source);
+    }
 }
 
 void InvoiceRowWriter::add(ListRows& list) const {
@@ -60,7 +64,8 @@ void InvoiceRowWriter::add(ListRows& list) const {
     for (std::size_t i = 0; i < invoice_list_columns; ++i) {
         const bool left_out = (i == invoice_list_column::rivalsa_percentage && !has_rivalsa) ||
                               (i == invoice_list_column::ritenuta_percentage && !has_ritenuta);
-        const store::ValueView value = left_out ? store::ValueView() : rows_.value(columns_[i]);
+        const store::ValueView value =
+            left_out || !columns_[i] ? store::ValueView() : rows_.value(*columns_[i]);
         if (const auto* text = std::get_if<std::string_view>(&value)) {
             list.add_cell(*text); // the usual case, without a copy
         } else if (std::holds_alternative<std::monostate>(value)) {

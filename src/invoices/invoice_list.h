@@ -39,14 +39,17 @@ struct PercentageGuards {
     std::string_view ritenuta;
 };
 
+/// What becomes of a list whose result lacks one of its columns.
+enum class MissingColumns { fail, left_empty };
+
 /// Writes rows of Fatture into a list: every value as it stands, a null as the empty text. The columns are
 /// looked up once, so that a hundred thousand rows fill fast.
 class InvoiceRowWriter {
 public:
     /// @param rows  an open result with the columns of Fatture. A guard that is no column of it leaves its
     ///              percentage out of every row.
-    /// @throws Failure if a column of the list is missing
-    InvoiceRowWriter(const Recordset& rows, const PercentageGuards& guards);
+    /// @throws Failure if a column of the list is missing, and that is to fail
+    InvoiceRowWriter(const Recordset& rows, const PercentageGuards& guards, MissingColumns missing);
 
     /// Adds the current row at the end of the list.
     /// @throws Failure if there is none
@@ -56,7 +59,7 @@ private:
     bool is_empty(std::size_t column) const;
 
     const Recordset& rows_;
-    std::array<std::size_t, invoice_list_columns> columns_;
+    std::array<std::optional<std::size_t>, invoice_list_columns> columns_;
     std::optional<std::size_t> rivalsa_guard_;
     std::optional<std::size_t> ritenuta_guard_;
 };

@@ -115,6 +115,7 @@ void frmTarvello::start_new_invoice() {
     cmdNuovaFattura.set_caption("Salva Fattura");
     show_toolbar_mode(invoice_tool::new_invoice, "Salva Fattura", save_picture);
     cmdNuovoAnnoFatturazione.set_enabled(true);
+    add_rates();
     ComboIVAApplicata.set_text(program_.session().txt_IVA_default.text());
     CheckRivalsa.set_caption(program_.session().txtProfessione.text());
     customer.cmdCercaCliente.set_focus();
@@ -128,6 +129,7 @@ void frmTarvello::start_change() {
                          BoxIcon::information);
         return;
     }
+    add_rates();
     SbloccaFattura();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(false);
     ImpostaStato("Modifica Dati");

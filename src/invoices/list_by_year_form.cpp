@@ -8,6 +8,7 @@
 #include "program/program.h"
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace tarvello {
@@ -33,6 +34,7 @@ frmSelectYear::frmSelectYear(Program& program) : Form(program, "frmSelectYear"),
 void frmSelectYear::on_load() {
     for (const char* item : {nothing, all_invoices, current_year}) Combo1.add_item(item);
     add_years(Combo1);
+    add_years_of_archive(program_, Combo1);
 }
 
 void frmSelectYear::on_unload(UnloadReason reason) {
@@ -67,6 +69,13 @@ frmSelectYear::Listing frmSelectYear::listing_of(std::int16_t year) {
     return listing;
 }
 
+std::string frmSelectYear::total_of(std::size_t invoices) {
+    constexpr std::size_t highest = std::numeric_limits<std::int16_t>::max();
+    const std::string count = " - Totale Fatture: " + std::to_string(std::min(invoices, highest));
+    if (invoices <= highest) return count;
+    return count + " (il conteggio si ferma qui: le righe in elenco sono " + std::to_string(invoices) + ")";
+}
+
 void frmSelectYear::show_list(const Listing& listing) {
     auto& window = program_.form<frmRisultatiRicercaFatture>();
     window.return_to(view_);
@@ -74,23 +83,21 @@ void frmSelectYear::show_list(const Listing& listing) {
     window.Label1.set_caption(listing.heading);
 
     Recordset& rsFatture = program_.database().rsFatture;
-    std::int16_t count = 0;
     const auto fill = [&] {
-        const std::size_t year_column = rsFatture.column("Anno");
-        const InvoiceRowWriter writer(rsFatture, guards);
+        const std::size_t year_column = listing.only_year ? rsFatture.column("Anno") : 0;
+        // A file of another make may lack a column: its rows show what can be read.
+        const InvoiceRowWriter writer(rsFatture, guards, MissingColumns::left_empty);
         for (; !rsFatture.eof(); rsFatture.move_next()) {
             if (listing.only_year && !number_equals(rsFatture.value(year_column), *listing.only_year))
                 continue;
             writer.add(window.ListView1.fill());
-            // The count is of 16 bits: it stays at the highest that it can hold.
-            if (count < std::numeric_limits<std::int16_t>::max()) ++count;
         }
     };
     skip_failures([&] { rsFatture.close(); },
                   [&] { rsFatture.open(listing.sql, program_.database().dbConnection); }, fill);
     window.ListView1.rows_added();
     if (listing.counted) {
-        window.Label1.set_caption(listing.heading + " - Totale Fatture: " + std::to_string(count));
+        window.Label1.set_caption(listing.heading + total_of(window.ListView1.rows().size()));
     }
     skip_failures([&] { window.show_modal(); }, [&] { rsFatture.close(); });
 }

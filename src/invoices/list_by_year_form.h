@@ -4,6 +4,7 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -24,6 +25,10 @@ public:
 
     /// Where an invoice chosen from the list comes on view; before it is shown.
     void return_to(std::shared_ptr<InvoiceView> view) { view_ = std::move(view); }
+
+    /// What the heading says of the number of invoices. The count is of 16 bits: past the highest that it can
+    /// hold the heading says so, and how many rows there are.
+    static std::string total_of(std::size_t invoices);
 
 protected:
     void on_load() override;

@@ -8,11 +8,16 @@
 namespace tarvello {
 namespace {
 
-/// Date of the first row of a SELECT on the invoices; nothing if there is none, or it has no date.
+/// Date of the row of a result on the invoices. One without a date counts as no row.
+std::optional<Date> stored_date(const Recordset& invoices) {
+    if (invoices.eof() || invoices.is_null("Data_Fattura")) return std::nullopt;
+    return invoices.date("Data_Fattura");
+}
+
+/// Date of the first row of a SELECT on the invoices; nothing if there is none.
 std::optional<Date> first_date(Database& database, const std::string& select) {
     database.rsFatture.open(select, database.dbConnection);
-    std::optional<Date> date;
-    skip_failures([&] { date = database.rsFatture.date("Data_Fattura"); });
+    const std::optional<Date> date = stored_date(database.rsFatture);
     database.rsFatture.close();
     return date;
 }
@@ -51,14 +56,13 @@ void frmTarvello::date_changed() {
     // move.
     Recordset newest;
     newest.open(newest_invoice, program_.database().dbConnection);
-    const bool any = !newest.eof();
-    // A file from elsewhere may have none: then the last one that was seen counts.
-    skip_failures([&] { DTPicker_CURRENT_YEAR.set_date(newest.date("Data_Fattura")); });
+    const std::optional<Date> last = stored_date(newest);
+    if (last) DTPicker_CURRENT_YEAR.set_date(*last);
     newest.close();
     program_.AnnoCorrente = to_int16(year_of(DTPicker_CURRENT_YEAR.date()));
 
     const bool new_mode = cmdNuovoAnnoFatturazione.enabled();
-    if (!new_mode || !any || year_of(DTPicker1.date()) <= program_.AnnoCorrente) return;
+    if (!new_mode || !last || year_of(DTPicker1.date()) <= program_.AnnoCorrente) return;
     if (!program_.confirm("Si è selezionato un nuovo anno di fatturazione.\n"
                           "Si desidera iniziare un nuovo anno di fatturazione?")) {
         DTPicker1.set_date(with_year(DTPicker1.date(), program_.AnnoCorrente));

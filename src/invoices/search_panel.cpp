@@ -63,6 +63,7 @@ void SearchPanel::enable_entries(bool enabled) {
 
 void SearchPanel::set_open(bool open) {
     enable_entries(open);
+    if (open) add_years_of_archive(program_, Combo3);
     FrameRicerca.set_height(open ? open_height : closed_height);
 }
 
@@ -91,7 +92,8 @@ bool SearchPanel::list_matches(std::shared_ptr<InvoiceView> view) {
                     any = true;
                     auto& results = program_.form<frmRisultatiRicercaFatture>();
                     results.return_to(std::move(view));
-                    const InvoiceRowWriter writer(rows, {"Importo_Rivalsa", "Importo_Ritenuta"});
+                    const InvoiceRowWriter writer(rows, {"Importo_Rivalsa", "Importo_Ritenuta"},
+                                                  MissingColumns::fail);
                     for (; !rows.eof(); rows.move_next()) writer.add(results.ListView1.fill());
                     results.ListView1.rows_added();
                     results.ListView1.set_selected(0); // so that "Visualizza" has a row from the start

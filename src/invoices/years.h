@@ -1,17 +1,14 @@
 #pragma once
 
-#include "platform/controls.h"
-
-#include <string>
-
 namespace tarvello {
 
-/// Fills a list with the years to choose from, wherever invoices are looked for by year.
-inline void add_years(ComboBox& combo) {
-    constexpr int first_year = 2004;
-    constexpr int last_year = 2020;
-    combo.set_tool_tip("Anno del quale si desiderano consulatare le fatture");
-    for (int year = first_year; year <= last_year; ++year) combo.add_item(std::to_string(year));
-}
+class ComboBox;
+class Program;
+
+/// Adds the years to choose from, wherever invoices are looked for by year.
+void add_years(ComboBox& combo);
+/// Adds the later ones that the archive has. One that is in the list already is not added again; without a
+/// database there are none.
+void add_years_of_archive(Program& program, ComboBox& combo);
 
 } // namespace tarvello

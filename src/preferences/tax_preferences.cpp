@@ -94,6 +94,11 @@ void frmImpostazioni::on_load() {
     ReadValueSetting(program_, Check1);
     ReadValueSetting(program_, CheckEscludiRivalsaImponibile);
     show_values_in_use();
+    const SessionFields& session = program_.session();
+    add_rates_in_use(program_, {{ComboRivalsa, "Percentuale_Rivalsa", session.txt_RIVALSA_default},
+                                {ComboIVAApplicata, "Aliquota_IVA", session.txt_IVA_default},
+                                {ComboRitenuta, "Percentuale_Ritenuta", session.txt_Ritenuta_default},
+                                {ComboRitenutaSu, "Ritenuta_Su", session.txt_RitenutaSu_default}});
     // What the load itself has changed is nothing to save.
     for (CommandButton* save : {&Command1, &Command3, &Command4}) save->set_enabled(false);
 }

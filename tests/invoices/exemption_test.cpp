@@ -28,6 +28,7 @@ struct Exemption : InvoiceFormTest {
         EXPECT_EQ(form().txtImportoSpeseAnticipate.text(), "");
         EXPECT_FALSE(form().txtImportoSpeseAnticipate.visible());
         EXPECT_EQ(form().ShapeImportoSpeseAnticipate.back_color(), colors::grey);
+        EXPECT_FALSE(form().ShapeImportoSpeseAnticipate.visible());
     }
 };
 
@@ -62,6 +63,7 @@ TEST_F(Exemption, WordsOfTheUsersOwnAndNone) {
     });
     expect_expenses("Art. 26");
     form().CheckSpese.click();
+    expect_no_expenses();
     tick_expenses([](frmArticoloEsenzione& dialog) {
         dialog.Option4.click();
         dialog.OKButton.click();

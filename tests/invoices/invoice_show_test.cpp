@@ -1,4 +1,5 @@
 #include "invoices/invoice_form_fixture.h"
+#include "preferences/tax_preferences.h"
 
 namespace tarvello::testing {
 namespace {
@@ -94,6 +95,26 @@ TEST_F(InvoiceShow, BaseOfTheWithholdingByItsStoredRate) {
                         {"Importo_Netto", "€ 3,00"}}));
     EXPECT_EQ(form().LabelRitenuta.caption(), "€ 75,20");
     EXPECT_EQ(form().txtImportoNetto.text(), "€ 3,00");
+}
+
+TEST_F(InvoiceShow, TheRatesInUseComeBehindThoseOfTheLists) {
+    given_invoice({{"Aliquota_IVA", "21"}}); // the 51st from the newest
+    for (int i = 0; i < 48; ++i) given_invoice({{"Aliquota_IVA", "10"}});
+    given_invoice({{"Aliquota_IVA", "22"}, {"Percentuale_Rivalsa", "5"}, {"Percentuale_Ritenuta", "20%"}});
+    given_invoice({{"Aliquota_IVA", "Esente"}, {"Percentuale_Ritenuta", "23"}, {"Ritenuta_Su", "40"}});
+    settings().txt_IVA_default.set_text("4");
+    using Items = std::vector<std::string>;
+    EXPECT_EQ(form().ComboIVAApplicata.items(), (Items{"20", "10", "Esente", "4", "22"}));
+    EXPECT_EQ(form().ComboPercentualeRivalsa.items(), (Items{"4", "2", "5"}));
+    EXPECT_EQ(form().ComboRitenuta.items(), (Items{"20", "10", "23"}));
+    EXPECT_EQ(form().ComboRitenutaSu.items(), (Items{"100", "75", "50", "40"}));
+    auto& preferences = program->form<frmImpostazioni>();
+    EXPECT_EQ(preferences.ComboIVAApplicata.items(), form().ComboIVAApplicata.items());
+    EXPECT_EQ(preferences.ComboRivalsa.items(), form().ComboPercentualeRivalsa.items());
+    EXPECT_EQ(preferences.ComboRitenutaSu.items(), (Items{"50", "75", "100", "40"}));
+    settings().txt_Ritenuta_default.set_text("30");
+    press("Nuova Fattura");
+    EXPECT_EQ(form().ComboRitenuta.items().back(), "30") << "set while the form was open";
 }
 
 TEST_F(InvoiceShow, ANullLeavesItsFieldAsItWas) {

@@ -133,6 +133,44 @@ TEST_F(ListByYear, AClickedRowIsShownAndNoClickShowsNothing) {
     EXPECT_FALSE(program->database().rsFatture.is_open());
 }
 
+TEST_F(ListByYear, LaterYearsOfTheArchiveComeAtTheEnd) {
+    for (const char* date : {"01/01/2024", "01/01/2019", "02/01/2022", "03/01/2024"})
+        given_invoice({{"Data_Fattura", date}});
+    const auto last_items = [](const ComboBox& combo) {
+        return std::vector<std::string>(combo.items().end() - 3, combo.items().end());
+    };
+    const std::vector<std::string> expected{"2020", "2022", "2024"};
+    EXPECT_EQ(last_items(program->form<frmSelectYear>().Combo1), expected);
+    form().search.cmdCerca.click();
+    EXPECT_EQ(last_items(form().search.Combo3), expected);
+    EXPECT_EQ(form().search.Combo3.items().size(), 19u);
+}
+
+TEST_F(ListByYear, ARowShowsWhatCanBeRead) {
+    given_invoice({{"Numero_Fattura", "8"}, {"Nome", "Tre"}});
+    program->database().dbConnection.close();
+    testing::change_database(database_path, "ALTER TABLE Fatture DROP COLUMN Importo_Netto;"
+                                            "ALTER TABLE Fatture DROP COLUMN Codice_Fiscale");
+    program->database().dbConnection.open(database_path);
+    for (const char* choice : {"Elenca tutte le fatture", "2006"}) {
+        open(choice, [&] {
+            windows().expect_modal("frmRisultatiRicercaFatture", [](Form& window) {
+                const ListRows& rows = dynamic_cast<frmRisultatiRicercaFatture&>(window).ListView1.rows();
+                ASSERT_EQ(rows.size(), 1U);
+                EXPECT_EQ(rows.cell(0, 0), "8");
+                EXPECT_EQ(rows.cell(0, 4), "Tre");
+                EXPECT_EQ(rows.cell(0, 5), "");
+            });
+        });
+    }
+}
+
+TEST_F(ListByYear, TheCountStopsAt16BitsAndSaysSo) {
+    EXPECT_EQ(frmSelectYear::total_of(32767), " - Totale Fatture: 32767");
+    EXPECT_EQ(frmSelectYear::total_of(32768),
+              " - Totale Fatture: 32767 (il conteggio si ferma qui: le righe in elenco sono 32768)");
+}
+
 TEST_F(ListByYear, WithoutADatabaseTheListIsEmpty) {
     form();
     program->database().dbConnection.close();

@@ -109,6 +109,20 @@ TEST_F(Numbering, AFirstNumberByTheButtonIsNotChecked) {
                        "Il numero 40000 è fuori dai limiti: il massimo è 32767.");
 }
 
+TEST_F(Numbering, ANewestInvoiceWithoutADateHoldsNothingUp) {
+    sql("INSERT INTO Fatture (Numero_Fattura, Anno) VALUES ('57', '2006')");
+    press("Nuova Fattura");
+    EXPECT_EQ(form().txtNumeroFattura.text(), "58");
+    fill_rest();
+    form().DTPicker1.pick(make_date(2009, 1, 1)); // no question: there is no year to be new after
+    save();
+    EXPECT_EQ(newest().at("Data_Fattura"), "01/01/2009");
+    press("Modifica Dati");
+    form().DTPicker1.pick(make_date(2009, 1, 2));
+    press("Modifica Dati");
+    EXPECT_EQ(newest().at("Data_Fattura"), "02/01/2009") << "its neighbour has no date to be compared with";
+}
+
 TEST_F(Numbering, ANewInvoiceIsNotDatedBeforeTheLast) {
     given_invoice({{"Numero_Fattura", "1"}, {"Data_Fattura", "29/02/2008"}});
     press("Nuova Fattura");

@@ -15,6 +15,8 @@ namespace tarvello::testing {
 
 /// Makes a database file from data/schema.sql, without rows.
 void make_database(const std::string& path);
+/// Runs statements of SQLite itself on a database file that nobody has open.
+void change_database(const std::string& path, const std::string& statements);
 
 /// The whole program without a screen, on an empty database of its own that is open.
 struct ProgramTest : ::testing::Test {
