@@ -43,7 +43,13 @@ void frmIntestazioneFatture::connect() {
         Command1[save_button].set_enabled(true);
         program_.doors().ask_issuer_name();
     };
-    Command2.on_click = [this] { program_.doors().calculate_fiscal_code(); };
+    Command2.on_click = [this] {
+        const auto box = share(Text1[codice_fiscale]); // the letterhead lives as long as the calculator
+        program_.doors().calculate_fiscal_code([this, box](const std::string& code) {
+            box->set_text(code);
+            Command1[save_button].set_enabled(true);
+        });
+    };
 
     Command1[save_button].on_click = [this] { save_letterhead(); };
     Command1[close_button].on_click = [this] { unload(); };

@@ -28,6 +28,9 @@ LogoPage::LogoPage(Program& program, Form& form)
     FrameLogo.set_caption("Logo per la stampa");
     // The preview has the proportions, and at 96 dots to the inch the size, of the logo's box on paper.
     PicDest.set_size(2640, 2025);
+    PicInStampa.set_size(PicDest.width() / 2, PicDest.height() / 2);
+    LabelInStampa.set_caption("In stampa riempie tutto il riquadro:");
+    show_in_print();
     PicOrigine.set_visible(false);
     Command7.set_caption("Seleziona");
     Command8.set_caption("Elimina Logo");
@@ -73,6 +76,16 @@ void LogoPage::fit_logo() {
     } else {
         PicDest.set_picture(PicOrigine.picture());
     }
+    show_in_print();
+}
+
+void LogoPage::show_in_print() {
+    const bool fills_box = CheckAdattaLogo.checked() && !PicOrigine.picture().empty();
+    LabelInStampa.set_visible(fills_box);
+    PicInStampa.set_visible(fills_box);
+    if (fills_box) {
+        PicInStampa.paint_picture(PicOrigine.picture(), {0, 0, PicInStampa.width(), PicInStampa.height()});
+    }
 }
 
 void LogoPage::choose_logo() {
@@ -84,6 +97,7 @@ void LogoPage::choose_logo() {
     PicDest.set_picture(*path);
     CheckAdattaLogo.set_enabled(true);
     CheckAdattaLogo.set_checked(false);
+    show_in_print();
     Command8.set_enabled(true);
 }
 
@@ -92,6 +106,7 @@ void LogoPage::remove_logo() {
     Command8.set_enabled(false);
     PicOrigine.clear();
     PicDest.clear();
+    show_in_print();
     CheckAdattaLogo.set_enabled(false);
 }
 

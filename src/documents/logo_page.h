@@ -19,10 +19,13 @@ public:
     LogoPage(Program& program, Form& form);
 
     Frame FrameLogo;
-    /// What the report shows of the logo.
+    /// The logo as it is chosen: what the report shows of it, unless it is fitted.
     Picture PicDest{FrameLogo, "PicDest"};
     /// The logo at its own size; never in view.
     Picture PicOrigine{FrameLogo, "PicOrigine"};
+    /// What the report shows of a logo that is fitted: there it fills its box, whatever its proportions.
+    Label LabelInStampa{FrameLogo, "LabelInStampa"};
+    Picture PicInStampa{FrameLogo, "PicInStampa"};
     CommandButton Command7{FrameLogo, "Command7"};
     CommandButton Command8{FrameLogo, "Command8"};
     CheckBox CheckAdattaLogo{FrameLogo, "CheckAdattaLogo"};
@@ -37,6 +40,7 @@ public:
 private:
     void load_logo(const std::string& path);
     void fit_logo();
+    void show_in_print();
     void choose_logo();
     void remove_logo();
     void choose_layout();

@@ -41,6 +41,9 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     txtCodiceFiscale.set_back_color(dark_green);
     txtparam.set_visible(false);
     cmdElabora.set_caption("Elabora");
+    cmdCopia.set_caption("Copia");
+    cmdCopia.set_tool_tip("Copia il codice fiscale negli appunti; se aperto dall'intestazione, anche lì");
+    cmdCopia.set_enabled(false);
     cmdExit.set_caption("Chiudi");
 
     const auto enable = [this] { cmdElabora.set_enabled(true); };
@@ -54,6 +57,7 @@ frmCalcolaCF::frmCalcolaCF(Program& program) : Form(program, "frmCalcolaCF"), pr
     txtComune.on_key_press = [this](int& key) { character_typed_ = key >= ' '; };
     txtComune.on_edit = [this] { telling_failures([this] { search_municipality(); }); };
     cmdElabora.on_click = [this] { compute(); };
+    cmdCopia.on_click = [this] { copy(); };
     cmdExit.on_click = [this] { unload(); };
     set_keys(&cmdElabora, &cmdExit);
 }
@@ -145,6 +149,12 @@ void frmCalcolaCF::compute() {
     txtCodiceFiscale.set_text(code);
     if (code_target_) code_target_->set_text(code);
     cmdElabora.set_enabled(false);
+    cmdCopia.set_enabled(true);
+}
+
+void frmCalcolaCF::copy() {
+    program_.platform().desktop.copy_to_clipboard(txtCodiceFiscale.text());
+    if (copy_taker_) copy_taker_(txtCodiceFiscale.text());
 }
 
 void frmCalcolaCF::tell_no_date() { program_.message("La data di nascita non e' valida.", BoxIcon::none); }

@@ -31,10 +31,14 @@ public:
     /// Who has asked for the code: "Clienti" or "Fatture"; empty where it goes nowhere.
     TextBox txtparam{*this, "txtparam"};
     CommandButton cmdElabora{*this, "cmdElabora"};
+    /// Copies the code for wherever the user wants it, and to the form that takes it on demand.
+    CommandButton cmdCopia{*this, "cmdCopia"};
     CommandButton cmdExit{*this, "cmdExit"};
 
     /// From now on the code goes there too.
     void hand_over_to(const std::string& caller, std::shared_ptr<TextBox> code);
+    /// The code goes there when the user copies it.
+    void copy_to(std::function<void(const std::string& code)> taker) { copy_taker_ = std::move(taker); }
 
 protected:
     void on_load() override;
@@ -50,11 +54,13 @@ private:
     void show_place(const Municipality& place);
     void compute();
     void tell_no_date();
+    void copy();
     /// Runs a step that reads the municipalities; its failure is shown, and the form stays open.
     void telling_failures(const std::function<void()>& step);
 
     Program& program_;
     std::shared_ptr<TextBox> code_target_;
+    std::function<void(const std::string&)> copy_taker_;
     std::string before_; // what stood in txtComune after the last search
     std::string place_;  // whose province and code are on view
     bool character_typed_ = false;

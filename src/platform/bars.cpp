@@ -32,4 +32,8 @@ void MenuItem::click() {
     if (reachable() && on_click) act(on_click);
 }
 
+void MenuItem::open() {
+    if (on_open) act(on_open);
+}
+
 } // namespace tarvello

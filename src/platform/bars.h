@@ -56,9 +56,12 @@ public:
     using Captioned::Captioned;
 
     Event on_click;
+    /// The menu of this name is about to show its entries.
+    Event on_open;
 
-    // User act.
+    // User acts.
     void click();
+    void open();
 };
 
 } // namespace tarvello

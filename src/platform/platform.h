@@ -103,7 +103,7 @@ public:
     /// Opens an address with the program that the user has for it, without waiting.
     /// @return false if there is none
     virtual bool open_address(const std::string& address) = 0;
-    /// Opens the desktop's search for files. @return false if it has none
+    /// Opens the desktop's search for files, or else its file manager. @return false if it has neither
     virtual bool find_files() = 0;
     /// True if another copy of the program runs for this user. From the first call on, this copy counts as
     /// running.
@@ -141,7 +141,8 @@ public:
     /// Ends the process after the handlers that are running.
     virtual void quit() = 0;
     /// Ends the process at once, with nothing saved. Does not return.
-    [[noreturn]] virtual void abort() = 0;
+    /// @param exit_status  what the process tells those who started it: 0 for an end that is no fault
+    [[noreturn]] virtual void abort(int exit_status) = 0;
 
 protected:
     ~Windows() = default;

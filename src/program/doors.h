@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -25,7 +26,8 @@ public:
     virtual void calculate_fiscal_code(const std::string& caller, const std::string& surname,
                                        const std::string& name, std::shared_ptr<TextBox> code) = 0;
     /// Opens the calculator by itself.
-    virtual void calculate_fiscal_code() = 0;
+    /// @param taker  gets the code when the user copies it
+    virtual void calculate_fiscal_code(std::function<void(const std::string& code)> taker) = 0;
     /// Lets the user pick a customer, or say that it is a new one.
     virtual void pick_customer(std::shared_ptr<CustomerTarget> target) = 0;
     /// Asks the name of the invoicing person or company.

@@ -1,9 +1,11 @@
 #include "program/program.h"
 
-#include "failure.h"
 #include "program/doors.h"
 #include "program/drafts.h"
+#include "program/failure_words.h"
 #include "program/session_fields.h"
+
+#include <cstdlib>
 
 namespace tarvello {
 
@@ -45,7 +47,10 @@ Form& Program::load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& fo
     slot = form;
     try {
         FormLife::load(*form);
-    } catch (...) { // whatever it was: half a form is none
+    } catch (const Failure& failure) { // whatever it was: half a form is none
+        if (slot == form) slot.reset();
+        throw LoadFailure(failure);
+    } catch (...) {
         if (slot == form) slot.reset();
         throw;
     }
@@ -68,9 +73,19 @@ void Program::run(const std::function<void()>& act) {
         // The top of the application. An act inside another one, in a modal window, ends here too: between
         // the two lies an event loop, and what called it knows nothing of this act.
         keep_drafts();
-        message(failure.description(), BoxIcon::critical);
-        platform_.windows.abort();
+        const bool goes_on = survives(failure);
+        std::string words = words_for(failure);
+        if (!goes_on) words += "\nIl programma si chiude: quanto già salvato resta nell'archivio.";
+        message(words + "\n\n" + failure.description(), BoxIcon::critical);
+        if (!goes_on) platform_.windows.abort(EXIT_FAILURE);
     }
+}
+
+bool Program::survives(const Failure& failure) const {
+    if (!session_ || !session_->loaded) return false; // there is nothing on the screen to go on with
+    const bool no_database =
+        failure.number() == failure_number::object_closed && !database_.dbConnection.is_open();
+    return no_database || dynamic_cast<const LoadFailure*>(&failure);
 }
 
 void Program::keep_drafts() {

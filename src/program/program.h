@@ -16,6 +16,7 @@ namespace tarvello {
 
 class Doors;
 class DraftKeeper;
+class Failure;
 class SessionFields;
 
 /// What lives all session: the platform, the database, the forms. Every form knows the program and reaches
@@ -39,7 +40,7 @@ public:
 
     /// The one instance of a form. It is made and loaded when it is first used, and again after it was
     /// unloaded. One that its own load unloads is there until the act of the user is over.
-    /// @throws what its load throws; then it is not loaded
+    /// @throws LoadFailure if its load fails; then it is not loaded
     template <typename FormType>
     FormType& form() {
         auto& slot = forms_[typeid(FormType)];
@@ -90,6 +91,8 @@ public:
     void warn(const std::string& text) override { message(text, BoxIcon::exclamation); }
 
 private:
+    /// A form that cannot be loaded, or a missing database, leave the session as it was.
+    bool survives(const Failure& failure) const;
     Form& load(std::shared_ptr<Form>& slot, const std::shared_ptr<Form>& form);
     void offer_draft(const Form& form);
 

@@ -18,7 +18,11 @@ void MDIForm1::calculate_fiscal_code(const std::string& caller, const std::strin
     calculator.show_modal();
 }
 
-void MDIForm1::calculate_fiscal_code() { program_.form<frmCalcolaCF>().show_modal(); }
+void MDIForm1::calculate_fiscal_code(std::function<void(const std::string&)> taker) {
+    auto& calculator = program_.form<frmCalcolaCF>();
+    calculator.copy_to(std::move(taker));
+    calculator.show_modal();
+}
 
 void MDIForm1::pick_customer(std::shared_ptr<CustomerTarget> target) {
     auto& picker = program_.form<frmCercaCliente>();

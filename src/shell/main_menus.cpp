@@ -20,9 +20,17 @@ void MDIForm1::connect_menus() {
     CercaFile.on_click = [this] { find_files(); };
     mnuFileExit.on_click = [this] { exit(); };
 
-    mnuAnagrafica_Clienti.on_click = [this] { program_.form<frmClienti>().show_modal(); };
-    mnuFatture.on_click = [this] { program_.form<frmTarvello>().show(); };
-    IntestaFatture.on_click = [this] { program_.form<frmIntestazioneFatture>().show(); };
+    // The entries look enabled until the pointer moves, also after the database has gone.
+    const auto if_connected = [this](auto open) {
+        return [this, open] {
+            if (!session.mnuChiudiDatabase.enabled()) return follow_connection();
+            open();
+        };
+    };
+    mnuAnagrafica_Clienti.on_click = if_connected([this] { program_.form<frmClienti>().show_modal(); });
+    mnuFatture.on_click = if_connected([this] { program_.form<frmTarvello>().show(); });
+    IntestaFatture.on_click = if_connected([this] { program_.form<frmIntestazioneFatture>().show(); });
+    Visualizza.on_open = [this] { follow_connection(); }; // by the keyboard, with no pointer that moves
     Impostazioni.on_click = [this] { program_.form<frmImpostazioni>().show(); };
     mnuGestioneDatabase.on_click = [this] { program_.form<frmGestioneDatabase>().show(); };
     mnuScaricaAggiornamenti.on_click = [this] { look_for_updates(); };
@@ -36,6 +44,8 @@ void MDIForm1::open_database() {
     if (!chosen) return;
     // An open database is not closed first. The store refuses a second one: then the title shows the new
     // file, the connection stays on the old one, and the session counts as not connected.
+    const std::string route = session.txtDatabaseRoute.text();
+    const bool connected = session.mnuChiudiDatabase.enabled();
     session.take_route(*chosen);
     if (ApriDatabase(program_)) {
         program_.message("Database caricato correttamente.", BoxIcon::information);
@@ -43,7 +53,18 @@ void MDIForm1::open_database() {
     } else {
         program_.message("Errore nel caricamento del database.", BoxIcon::critical);
         session.mnuChiudiDatabase.set_enabled(false);
+        if (connected && program_.database().dbConnection.is_open()) offer_way_back(route);
     }
+}
+
+void MDIForm1::offer_way_back(const std::string& route) {
+    const MessageBox question{"L'archivio di prima è rimasto aperto:\n" + route +
+                                  "\n\nContinuare a lavorare con questo?\n(Per aprirne un altro, chiudere "
+                                  "prima questo con il menù \"File\", voce \"Chiudi\".)",
+                              program_title, BoxIcon::question, BoxButtons::yes_no, 1};
+    if (program_.platform().boxes.show(question) != Answer::yes) return;
+    session.take_route(route);
+    session.mnuChiudiDatabase.set_enabled(true);
 }
 
 void MDIForm1::close_database() {

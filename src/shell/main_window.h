@@ -60,7 +60,7 @@ public:
     // Doors
     void calculate_fiscal_code(const std::string& caller, const std::string& surname, const std::string& name,
                                std::shared_ptr<TextBox> code) override;
-    void calculate_fiscal_code() override;
+    void calculate_fiscal_code(std::function<void(const std::string&)> taker) override;
     void pick_customer(std::shared_ptr<CustomerTarget> target) override;
     void ask_issuer_name() override;
     void show_guide() override;
@@ -79,6 +79,9 @@ private:
 
     // Menus.
     void open_database();
+    /// After another database could not be opened over the one of this route, which is still open: asks
+    /// whether the user wants to stay with it.
+    void offer_way_back(const std::string& route);
     void close_database();
     void find_files();
     void exit();

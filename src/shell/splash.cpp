@@ -5,10 +5,12 @@
 #include "shell/main_window.h"
 #include "shell/session.h"
 
+#include <cstdlib>
+
 namespace tarvello {
 
 frmSplash::frmSplash(Program& program) : Form(program, "frmSplash"), program_(program) {
-    if (program.platform().desktop.is_another_copy_running()) program.platform().windows.abort();
+    if (program.platform().desktop.is_another_copy_running()) program.platform().windows.abort(EXIT_SUCCESS);
     set_caption(program_title);
     Image1.set_picture("tarvello-quadro");
     Timer1.on_timer = [this] { tick(); };

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QDir>
@@ -121,6 +122,20 @@ TEST_P(Windows, LooksLikeThis) {
     for (const std::string& fault : look_faults(shown)) ADD_FAILURE() << fault;
     const QString folder = qEnvironmentVariable("TARVELLO_SHOTS");
     if (!folder.isEmpty()) shown.grab().save(folder + "/" + shown.objectName() + ".png");
+}
+
+TEST_P(Windows, AScreenReaderSaysTheWordsOnTheScreenAndNotTheToolTip) {
+    std::set<const QWidget*> with_words;
+    for (const QLabel* label : window->findChildren<QLabel*>()) {
+        if (!label->text().isEmpty() && !label->isHidden()) with_words.insert({label, label->buddy()});
+    }
+    for (const Control* control : form->controls()) {
+        QWidget* widget = widget_of(*control);
+        if (!widget || !with_words.contains(widget) || control->tool_tip().empty()) continue;
+        EXPECT_NE(from_qt(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name)),
+                  control->tool_tip())
+            << control->name();
+    }
 }
 
 TEST_P(Windows, TheTabKeyReachesEverything) {

@@ -83,6 +83,21 @@ TEST_F(Documents, TheLetterheadIsSavedAndShownAgain) {
     EXPECT_FALSE(user.is_shown(form));
 }
 
+TEST_F(Documents, WhatIsWrongWithTheLetterheadComesIntoView) {
+    open_letterhead();
+    user.type(form, "Text1_2", "06 1234567");
+    turn_to(2);
+    user.expect_box("Inserire indirizzo della Ditta");
+    user.click(form, "Command1_0");
+    EXPECT_EQ(user.widget<QTabWidget>(form, "SSTab1")->currentIndex(), 0);
+    EXPECT_EQ(user.focus(), "Text1_1");
+    user.type("Via Roma 1");
+    EXPECT_EQ(user.shown(form, "Text1_1"), "Via Roma 1");
+    EXPECT_EQ(program().form<frmIntestazioneFatture>().SSTab1.tab(), 0);
+    user.expect_box("Le impostazioni sono state modificate.Salvare le modifiche?", Answer::no);
+    user.close_window(form);
+}
+
 TEST_F(Documents, TheLogoIsChosenFittedAndRemoved) {
     const std::string file = in_program("logo.jpg");
     QImage logo(400, 100, QImage::Format_RGB32);
@@ -105,9 +120,15 @@ TEST_F(Documents, TheLogoIsChosenFittedAndRemoved) {
     EXPECT_FALSE(red_at(0.5, 0.1)) << "a wide logo leaves room above";
     EXPECT_TRUE(red_at(0.02, 0.5));
     EXPECT_TRUE(red_at(0.98, 0.5));
+    const QImage printed = user.widget<QLabel>(form, "PicInStampa")->pixmap().toImage();
+    for (const double y : {0.02, 0.98}) {
+        EXPECT_GT(printed.pixelColor(printed.width() / 2, int(printed.height() * y)).alpha(), 200)
+            << "the paper shows it so";
+    }
     user.take_picture(form, "documents-logo");
     user.click(form, "Command8");
     EXPECT_FALSE(red_at(0.5, 0.5));
+    EXPECT_FALSE(user.widget(form, "PicInStampa")->isVisible());
 
     std::ofstream(in_program("testo.jpg")) << "nessuna immagine";
     user.expect_file_dialog(in_program("testo.jpg"));
@@ -250,12 +271,30 @@ TEST_F(Printing, ADocumentIsMadeInEitherFormat) {
 
 TEST_F(Printing, WithoutATemplateTheLetterheadComes) {
     std::filesystem::remove(in_program("modelli/print.conf"));
-    user.expect_file_dialog(in_program("fattura.doc"));
-    user.expect_box(
-        "Il modello per la stampa delle fatture non è impostato correttamente.\nSelezionarne uno nella "
-        "finesta 'Intestazione' e ripetere la stampa.");
-    user.expect_modal(form);
-    user.click("frmTarvello", "Toolbar1_3");
+    for (const bool open_before : {false, true}) {
+        if (open_before) open_letterhead();
+        user.expect_file_dialog(in_program("fattura.doc"));
+        user.expect_box(
+            "Il modello per la stampa delle fatture non è impostato correttamente.\nSelezionarne uno nella "
+            "finesta 'Intestazione' e ripetere la stampa.");
+        user.expect_modal(form, [&] { user.click(form, "Command1_1"); });
+        user.click("frmTarvello", "Toolbar1_3");
+        user.expect_none_left();
+        EXPECT_FALSE(user.is_shown(form));
+    }
+}
+
+TEST_F(Printing, ThePreviewNamesTheTextsThatAreCut) {
+    const std::string long_text(250, 'm');
+    program().database().dbConnection.execute("UPDATE Fatture SET Prestazione2='" + long_text +
+                                              "',Prestazione3='" + long_text + "' WHERE ID>0");
+    user.expect_modal("DataReport1", [&] {
+        EXPECT_EQ(user.shown("DataReport1", "ui_cut"),
+                  "Troppo lungo per il suo spazio, stampato solo in parte: prestazione 2, prestazione 3. "
+                  "Accorciare il testo.");
+        user.take_picture("DataReport1", "documents-preview-cut");
+    });
+    user.click("frmTarvello", "Toolbar1_4");
 }
 
 TEST_F(Printing, ThePreviewEnlargesAndMakesAPdf) {

@@ -308,7 +308,18 @@ TEST_F(Letterhead, OpensItsHelpers) {
     EXPECT_TRUE(form().Command1[0].enabled());
     form().Command1[0].set_enabled(false);
     boxes().expect_any(); // there is no file of municipalities here
-    windows().expect_modal("frmCalcolaCF");
+    windows().expect_modal("frmCalcolaCF", [&](Form& window) {
+        auto& calculator = dynamic_cast<frmCalcolaCF&>(window);
+        EXPECT_FALSE(calculator.cmdCopia.enabled()) << "nothing to copy yet";
+        calculator.txtComune.set_text("Roma");
+        calculator.cmdElabora.click();
+        EXPECT_EQ(form().Text1[3].text(), "") << "the code stays in the calculator";
+        calculator.cmdCopia.click();
+        EXPECT_EQ(form().Text1[3].text(), calculator.txtCodiceFiscale.text());
+        EXPECT_EQ(fake.desktop.clipboard, calculator.txtCodiceFiscale.text());
+        EXPECT_NE(fake.desktop.clipboard, "");
+        EXPECT_TRUE(form().Command1[0].enabled());
+    });
     form().Command2.click();
     windows().expect_modal("frmInfoModelli",
                            [](Form& info) { dynamic_cast<frmInfoModelli&>(info).Label6.click(); });

@@ -36,11 +36,28 @@ TEST_F(Forms, OneWhoseLoadFailsIsNotLoadedAndTheNextUseLoadsItAgain) {
     Loading::at_load = [&](Loading&) {
         if (++loads == 1) throw Failure(1, "test", "no");
     };
-    EXPECT_THROW(program->form<Loading>(), Failure);
+    boxes().expect({"Un'operazione non è riuscita.\nControllare quanto indicato qui sotto e ripetere.\n\nno",
+                    "Tarvello 4", BoxIcon::critical});
+    program->run([&] { program->form<Loading>(); });
     EXPECT_EQ(program->loaded<Loading>(), nullptr);
     program->form<Loading>();
     EXPECT_EQ(loads, 2);
     EXPECT_NE(program->loaded<Loading>(), nullptr);
+}
+
+TEST_F(Forms, WordsComeBeforeTheDescriptionOfAnEnd) {
+    for (const auto& [number, word] : {std::pair{failure_number::overflow, "troppo grande"},
+                                       {failure_number::type_mismatch, "un importo"},
+                                       {failure_number::statement, "apostrofo"},
+                                       {failure_number::invalid_use_of_null, "manca un dato"},
+                                       {failure_number::no_such_element, "colonna"},
+                                       {failure_number::object_closed, "Nessun database connesso"},
+                                       {failure_number::file_access, "disco"},
+                                       {481, "ripetere"}}) {
+        expect_process_end([&] { program->run([&] { throw Failure(number, "test", "Perché."); }); },
+                           "Perché.");
+        EXPECT_NE(boxes().last().text.find(word), std::string::npos) << boxes().last().text;
+    }
 }
 
 } // namespace

@@ -29,13 +29,56 @@ TEST_F(MainWindow, TheFirstCommandHasTheKeyboardFirst) {
 
 TEST_F(MainWindow, OpeningOverAnOpenDatabaseFailsAndLeavesTheConnection) {
     const std::string other = another_database();
-    fake.dialogs.answer_next(other);
-    boxes().expect({"Errore nel caricamento del database.", "Tarvello 4", BoxIcon::critical});
-    main.mnuApri.click();
-    EXPECT_EQ(fake.dialogs.last().title, "Apri Database");
-    EXPECT_EQ(main.caption(), "Tarvello 4 - [" + other + "]");
-    EXPECT_FALSE(main.session.mnuChiudiDatabase.enabled());
-    EXPECT_TRUE(program->database().dbConnection.is_open());
+    for (const Answer stay : {Answer::yes, Answer::no}) {
+        fake.dialogs.answer_next(other);
+        boxes().expect({"Errore nel caricamento del database.", "Tarvello 4", BoxIcon::critical});
+        boxes().expect_any(stay);
+        main.mnuApri.click();
+        EXPECT_EQ(fake.dialogs.last().title, "Apri Database");
+        EXPECT_TRUE(
+            boxes().last().text.starts_with("L'archivio di prima è rimasto aperto:\n" + database_path));
+        const bool stays = stay == Answer::yes;
+        EXPECT_EQ(main.caption(), "Tarvello 4 - [" + (stays ? database_path : other) + "]");
+        EXPECT_EQ(main.session.mnuChiudiDatabase.enabled(), stays);
+        EXPECT_TRUE(program->database().dbConnection.is_open());
+    }
+}
+
+TEST_F(MainWindow, WithoutADatabaseStaleCommandsAreRefusedAtOnce) {
+    boxes().expect_any(Answer::yes);
+    main.session.mnuChiudiDatabase.click();
+    for (MenuItem* entry : {&main.mnuAnagrafica_Clienti, &main.mnuFatture, &main.IntestaFatture}) {
+        entry->set_enabled(true);
+        entry->click();
+        EXPECT_FALSE(entry->enabled());
+    }
+    main.Label2[side_command::customers].set_enabled(true);
+    main.Label2[side_command::customers].click();
+    EXPECT_TRUE(windows().shown.empty());
+    ApriDatabase(*program);
+    main.Visualizza.open();
+    EXPECT_TRUE(main.mnuFatture.enabled()) << "also for those who open the menu by the keyboard";
+}
+
+TEST_F(MainWindow, WithoutADatabaseTheSessionLivesOn) {
+    given_invoice();
+    auto& form = program->form<frmTarvello>();
+    program->database().dbConnection.close(); // as a restore leaves it that has failed
+    const auto refused = [&](auto act) {
+        boxes().expect_any();
+        act();
+        EXPECT_EQ(boxes().last().icon, BoxIcon::critical);
+        EXPECT_TRUE(boxes().last().text.starts_with("Nessun database connesso.\nAprire un archivio"));
+    };
+    refused([&] { main.mnuAnagrafica_Clienti.click(); });
+    refused([&] { form.cmdNavigazione[0].click(); });
+    refused([&] { form.Toolbar1.press("Nuova Fattura"); });
+    refused([&] { form.Toolbar1.press("Annulla"); });
+    form.close_by_user();
+    refused([&] { main.mnuFatture.click(); });
+    EXPECT_EQ(program->loaded<frmTarvello>(), nullptr);
+    main.session.loaded = false; // nothing to go on with: the process ends
+    expect_process_end([&] { main.mnuFatture.click(); });
 }
 
 TEST_F(MainWindow, CloseThenOpenAnother) {

@@ -16,7 +16,9 @@
 namespace tarvello::testing {
 
 /// The program has ended the process at once. Thrown where the real desktop would not return.
-struct ProcessEnded {};
+struct ProcessEnded {
+    int exit_status;
+};
 
 class FakeBoxes final : public MessageBoxes {
 public:
@@ -129,7 +131,7 @@ public:
     void stop_waiting() override { boxes->deserted = true; }
     bool deserted() const override { return boxes->deserted; }
     void quit() override { has_quit = true; }
-    [[noreturn]] void abort() override { throw ProcessEnded{}; }
+    [[noreturn]] void abort(int exit_status) override { throw ProcessEnded{exit_status}; }
 
 private:
     struct Expected {

@@ -20,7 +20,9 @@ class MenuView final : public WidgetView {
 public:
     MenuView(WindowBinder& binder, MenuItem& item, QAction& entry) : MenuView(binder, item, entry, entry) {}
     MenuView(WindowBinder& binder, MenuItem& item, QMenu& menu)
-        : MenuView(binder, item, menu, *menu.menuAction()) {}
+        : MenuView(binder, item, menu, *menu.menuAction()) {
+        QObject::connect(&menu, &QMenu::aboutToShow, &binder, [this] { item_.open(); });
+    }
 
 protected:
     void show(Aspect aspect) override {

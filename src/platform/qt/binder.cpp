@@ -1,6 +1,7 @@
 #include "platform/qt/binder.h"
 
 #include "platform/bars.h"
+#include "platform/containers.h"
 #include "platform/qt/double_press.h"
 #include "platform/qt/keyboard.h"
 #include "platform/qt/qt_text.h"
@@ -19,6 +20,8 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace tarvello::qt {
 
@@ -107,11 +110,24 @@ void WindowBinder::set_tab_order() {
     }
 }
 
+namespace {
+
+/// True if a screen reader finds words by itself: those on the widget, or those of the label beside it.
+bool has_words(const QWidget& window, const QWidget& widget) {
+    if (!widget.accessibleName().isEmpty()) return true;
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) return !button->text().isEmpty();
+    const QList<QLabel*> labels = window.findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+        return !label->text().isEmpty() && (label == &widget || label->buddy() == &widget);
+    });
+}
+
+} // namespace
+
 void WindowBinder::name_what_has_no_words() {
     for (const auto& view : views_) {
         QWidget* widget = view->widget();
-        const auto* button = qobject_cast<QAbstractButton*>(widget);
-        if (!widget || !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty())) continue;
+        if (!widget || has_words(window_, *widget)) continue;
         const auto* tool = dynamic_cast<ToolButton*>(&view->control());
         widget->setAccessibleName(to_qt(tool ? tool->key() : view->control().tool_tip()));
     }
@@ -143,8 +159,23 @@ void WindowBinder::follow(Form& form, FormAspect aspect) {
         if (on_size) on_size();
         break;
     case FormAspect::focus:
+        bring_page_of_focus_up();
         focus_.show(Qt::TabFocusReason);
         break;
+    }
+}
+
+void WindowBinder::bring_page_of_focus_up() {
+    const Control* control = form_->focus();
+    WidgetView* view = control ? view_of(*control) : nullptr;
+    if (!view || !view->widget()) return;
+    for (QWidget* around = view->widget()->parentWidget(); around; around = around->parentWidget()) {
+        const auto* tabs = qobject_cast<QTabWidget*>(around);
+        WidgetView* pages = tabs ? by_widget_.value(around) : nullptr;
+        auto* tab_control = pages ? dynamic_cast<TabControl*>(&pages->control()) : nullptr;
+        for (int page = 0; tab_control && page < tabs->count(); ++page) {
+            if (tabs->widget(page)->isAncestorOf(view->widget())) tab_control->set_tab(page);
+        }
     }
 }
 

@@ -72,6 +72,8 @@ private:
     void set_tab_order();
     /// What a screen reader says of icons.
     void name_what_has_no_words();
+    /// What has the focus may lie on a page that is not in view.
+    void bring_page_of_focus_up();
     void mouse_moved(QWidget* widget, const QPoint& at);
     /// A key that nothing in the window has taken. @return true if it ends here
     bool takes_key(const QKeyEvent& key);

@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QDate>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -55,7 +56,8 @@ bool QtDesktop::find_files() {
         const QString found = QStandardPaths::findExecutable(QLatin1String(program));
         if (!found.isEmpty() && QProcess::startDetached(found, {})) return true;
     }
-    return false;
+    // The file manager has a search of its own.
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QDir::homePath()));
 }
 
 bool QtDesktop::is_another_copy_running() {

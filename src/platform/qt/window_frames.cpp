@@ -117,9 +117,14 @@ QSize most_of(const QWidget& window) {
     return screen->availableSize() - QSize(0, window.style()->pixelMetric(QStyle::PM_TitleBarHeight));
 }
 
+int title_bar_of(const QWidget& frame) {
+    return frame.isWindow() ? frame.frameGeometry().height() - frame.height() : 0;
+}
+
 void size_frame(QWidget& frame, const QWidget& root, const Form& form) {
     refresh_layouts(frame);
-    const QSize wanted = wanted_size(frame, root, form);
+    QSize wanted = wanted_size(frame, root, form);
+    if (form.height() > 0) wanted.rheight() -= title_bar_of(frame);
     const auto* sub = qobject_cast<QMdiSubWindow*>(&frame);
     frame.resize(sub ? make_room(*sub, wanted) : wanted.boundedTo(most_of(frame)));
 }

@@ -38,6 +38,10 @@ void size_frame(QWidget& frame, const QWidget& root, const Form& form);
 /// @param area  of the main window; null while there is none
 void place_frame(QWidget& frame, const QWidget& root, const Form& form, const QMdiArea* area);
 
+/// How much higher a window is with what the desktop puts above and below it, in pixels; 0 where it puts
+/// nothing there, or has not yet said.
+int title_bar_of(const QWidget& frame);
+
 /// The largest size of a window on its screen, under a title bar.
 QSize most_of(const QWidget& window);
 

@@ -151,6 +151,7 @@ bool QtWindows::awaits_main(const Form& form) const {
 void QtWindows::show_modal(Form& form) {
     const auto alive = form.shared_from_this();
     Open* known = find(form);
+    if (known) make_modal(*known);
     Open& shown = known ? *known : open(form, true);
     QEventLoop loop;
     shown.waiting.push_back(&loop);
@@ -161,6 +162,24 @@ void QtWindows::show_modal(Form& form) {
         loop.exec();
     }
     if (Open* still = find(form)) std::erase(still->waiting, &loop); // the program is ending
+}
+
+void QtWindows::make_modal(Open& open) {
+    if (open.frame->isModal() || open.frame == main_) return;
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(open.frame.data())) {
+        // In the area it could stop nobody: it gets a frame of its own.
+        sub->removeEventFilter(this);
+        sub->setWidget(nullptr);
+        sub->hide();
+        sub->deleteLater();
+        open.frame =
+            put_in_frame(std::unique_ptr<QWidget>(open.root), *open.form, true, area(), parent_of_dialogs());
+        open.frame->installEventFilter(this);
+        open.fit();
+    } else {
+        open.frame->hide(); // shown anew it is what it has become
+        open.frame->setWindowModality(Qt::ApplicationModal);
+    }
 }
 
 void QtWindows::close(Form& form) {
@@ -219,7 +238,8 @@ void QtWindows::frame_resized(Open& open) {
     if (size.height() >= most_of(*open.frame).height()) return;
     const auto form = open.form;
     const int width = twips(*open.frame, size.width());
-    const int height = twips(*open.frame, size.height());
+    // A form measures its window with the desktop's frame around it.
+    const int height = twips(*open.frame, size.height() + title_bar_of(*open.frame));
     form->host().run([&] { FormLife::resize(*form, width, height); });
     if (Open* still = find(*form); still && still->frame && still->frame->size() != size) {
         still->corrected.start();
@@ -275,6 +295,6 @@ void QtWindows::quit() {
         qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
-void QtWindows::abort() { std::_Exit(EXIT_FAILURE); }
+void QtWindows::abort(int exit_status) { std::_Exit(exit_status); }
 
 } // namespace tarvello::qt

@@ -40,7 +40,7 @@ public:
     bool ending() const { return ending_ || deserted_; }
     void stop_waiting() override;
     bool deserted() const override { return deserted_; }
-    [[noreturn]] void abort() override;
+    [[noreturn]] void abort(int exit_status) override;
 
     /// The window of a form that is on the screen, without what the desktop or the multi-document area puts
     /// around it; null if there is none.
@@ -81,6 +81,8 @@ private:
     /// Of the main window; null while there is none.
     QMdiArea* area() const;
     void bring_up(Open& open);
+    /// Lets the window of a form that is on the screen stop all others.
+    void make_modal(Open& open);
     void frame_resized(Open& open);
     void destroy_closed_later();
 
