@@ -151,12 +151,7 @@ Report make_report(const char* name) {
     // The detail and the footer of the page hold nothing: the invoice is one page, whatever the archive
     // holds.
     report.sections = {section4(), section2(), {"Section1", 0, {}}, {"Section3", 0, {}}, section5()};
-    for (ReportSection& section : report.sections) {
-        for (ReportControl& control : section.controls) {
-            const auto subject = subjects.find(control.name);
-            if (subject != subjects.end()) section.label(control.name).subject = subject->second;
-        }
-    }
+    for (const auto& [name, subject] : subjects) report.label(std::string(name)).subject = subject;
     return report;
 }
 

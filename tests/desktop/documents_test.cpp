@@ -238,7 +238,7 @@ TEST_F(Printing, ADocumentIsMadeInEitherFormat) {
                                   "5/3/2006",
                                   "Costruzioni Rossi & Figli S.r.l.",
                                   "Corso Italia 12",
-                                  "20122 Milano MI",
+                                  "20122\tMilano MI",
                                   "C.F. 09876543210",
                                   "P.I. 09876543210",
                                   "Progetto esecutivo delle strutture",

@@ -120,7 +120,7 @@ TEST_P(Reports, AmountsEndOnOneEdge) {
 
 TEST_P(Reports, ALongTextIsSetSmallerThenBrokenAndOnlyThenCut) {
     std::string service;
-    for (int i = 100; i < 150; ++i) service += " p" + std::to_string(i); // 250 signs
+    for (int i = 100; i < 140; ++i) service += " p" + std::to_string(i); // 200 signs
     const std::string m_300(300, 'm');
     struct Case {
         std::string label, text, printed;

@@ -27,7 +27,7 @@ struct InvoiceDraft : InvoiceFormTest {
         form().ComboIVAApplicata.set_text("20");
         form().customer.announce_new_customer();
         fill_customer(1);
-        fill_line(0, "L'opera\tprima", "100");
+        fill_line(0, "L'opera\\prima", "100");
     }
     /// The process ends where it stands, and the form is opened again.
     void stop_and_open() {
@@ -57,7 +57,7 @@ TEST_F(InvoiceDraft, ANewInvoiceComesBackAsItWasTyped) {
     EXPECT_FALSE(draft().empty()) << "until it is saved";
     save();
     const Row row = newest();
-    EXPECT_EQ(row.at("Prestazione1"), "L'opera\tprima");
+    EXPECT_EQ(row.at("Prestazione1"), "L'opera\\prima");
     EXPECT_EQ(row.at("Pagamento"), "a vista");
     EXPECT_EQ(row.at("Importo_Spese") + row.at("Articolo_Esenzione"), "€ 5,0015");
     EXPECT_EQ(sql("SELECT * FROM Clienti").at(0).at("Cognome_Ragione_Sociale"), "Rossi");
