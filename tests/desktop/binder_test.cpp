@@ -215,7 +215,7 @@ TEST_F(Binder, WhatIsPutIntoABoxOfOneLineComesInOneLine) {
         entry.set_text("ab\nc");
         entry.on_edit = [&] { ++edits; };
         click(entry);
-        user.press(Qt::Key_End, Qt::ControlModifier);
+        user.press(Qt::Key_End);
         user.press(Qt::Key_Left);
         user.press(Qt::Key_V, Qt::ControlModifier);
         return entry.text();
@@ -229,18 +229,21 @@ TEST_F(Binder, WhatIsPutIntoABoxOfOneLineComesInOneLine) {
     EXPECT_EQ(edits, 3);
 
     // All that changes the text counts as typing.
+    form->text.set_text("uno");
     edits = 0;
     click(form->text);
     user.press(Qt::Key_A, Qt::ControlModifier);
     user.press(Qt::Key_X, Qt::ControlModifier);
     user.press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(form->text.text(), "uno");
+    user.press(Qt::Key_A, Qt::ControlModifier);
     user.press(Qt::Key_Delete);
     EXPECT_EQ(edits, 3);
     QMimeData dragged;
     dragged.setText("x\ny");
     auto* line = widget<QLineEdit>(form->text);
     QDropEvent drop(QPointF(3, 3), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(line, &drop);
+    static_cast<QObject*>(line)->event(&drop); // the toolkit lets none through that no drag has brought
     EXPECT_EQ(form->text.text(), "x y");
     EXPECT_EQ(edits, 4);
 }

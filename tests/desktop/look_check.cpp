@@ -29,6 +29,7 @@
 #include <QStyleOptionGroupBox>
 #include <QTabBar>
 #include <QTextBlock>
+#include <QToolButton>
 
 #include <algorithm>
 #include <cmath>
@@ -135,6 +136,8 @@ private:
             add(label->text(), label->rect(),
                 height >= 0 ? QSize(label->minimumSizeHint().width(), height) : label->sizeHint());
         } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
+            const auto* tool = qobject_cast<QToolButton*>(button);
+            if (tool && tool->toolButtonStyle() == Qt::ToolButtonIconOnly) return texts; // shows no words
             // The usual push button is wider than its words; a short one need not be.
             const int icon = button->icon().isNull() ? 0 : button->iconSize().width() + 4;
             const int words = size_of(*button, button->text()).width() + icon + 8;
