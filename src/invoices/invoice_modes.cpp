@@ -118,9 +118,9 @@ void frmTarvello::start_new_invoice() {
     add_rates();
     ComboIVAApplicata.set_text(program_.session().txt_IVA_default.text());
     CheckRivalsa.set_caption(program_.session().txtProfessione.text());
+    draft_.begin(); // before the focus moves: with the next field left what was typed is kept
     customer.cmdCercaCliente.set_focus();
     propose_number();
-    draft_.begin();
 }
 
 void frmTarvello::start_change() {

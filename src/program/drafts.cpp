@@ -89,10 +89,7 @@ DraftKeeper::~DraftKeeper() { program_.remove_draft_keeper(*this); }
 
 void DraftKeeper::begin() { at_begin_ = values(); }
 
-bool DraftKeeper::anything_typed() const { 
-    // A mode that is just being entered leaves fields too.
-    return !at_begin_.empty() && !drafted_.draft_mode().empty() && values() != at_begin_;
-}
+bool DraftKeeper::anything_typed() const { return !drafted_.draft_mode().empty() && values() != at_begin_; }
 
 void DraftKeeper::field_left() {
     if (!pause_.enabled()) keep();
