@@ -2,8 +2,9 @@
 # Runs the tests of Access files at full size, where test.sh tries each thing a few times: 20,000 random statements on
 # each sample beside the embedded engine, 500 kills, the first 200 calls that change the disk failing in turn, 2,000
 # damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. And those of electronic
-# invoices: 20,000 random rows, of which every document must be valid for xmllint, a38 and check_documents.py. It takes
-# about a quarter of an hour. On a fresh Debian it installs what is missing first.
+# invoices: 20,000 random rows, of which every document must be valid for xmllint, a38 and check_documents.py. And the
+# roads of the program while every call to the disk fails, the process is killed, the power goes (docs/testing.md). It
+# takes some hours. On a fresh Debian it installs what is missing first.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 # shellcheck source=cmake/packages.sh
@@ -11,10 +12,15 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 need_packages "${packages[@]}"
 build core_tests
+build fault_roads
+build fault_shim
 cmake --preset sanitize >/dev/null
 cmake --build build-sanitize --target core_tests
 
 export TARVELLO_ACCESS_STEPS=20000 TARVELLO_ACCESS_KILLS=500 TARVELLO_ACCESS_DAMAGES=2000
 build/bin/core_tests --gtest_filter='AccessFaults.*:*AccessRandom.*:*AccessDamage.*'
 build-sanitize/bin/core_tests --gtest_filter='*AccessDamage.*'
+for proof in calls power kills; do
+    python3 tests/faults/faults.py $proof build/faults/fault_roads build/faults/fault_shim.so
+done
 TARVELLO_E_INVOICES=20000 build/bin/core_tests --gtest_filter='EInvoiceRandom.*:EInvoiceTorture.*'
