@@ -6,7 +6,8 @@
 #include "text/numbers.h"
 
 /// The columns of Fatture beside the fields of the form: how a stored invoice comes on view and goes from it,
-/// and what of the fields goes into its row. Those of the customer stand in customer_block.cpp.
+/// and what of the fields goes into its row and into a draft. Those of the customer stand in
+/// customer_block.cpp.
 namespace tarvello {
 namespace {
 
@@ -152,6 +153,24 @@ void frmTarvello::PulisciFattura() {
     LabelRitenuta.set_caption({});
     txtImportoNetto.clear();
     txtPagamento.clear();
+}
+
+// Into a draft
+
+std::vector<Control*> frmTarvello::draft_fields() {
+    // A tick brings texts with it: it comes before those that were typed.
+    std::vector<Control*> fields{&DTPicker1, &CheckRivalsa, &CheckSpese, &CheckRitenuta, &CheckPagamento};
+    if (!txtNumeroFattura.locked()) fields.push_back(&txtNumeroFattura);
+    fields.insert(fields.end(),
+                  {&customer.txtNuovoInserimento, &customer.ComboNumeroCliente, &customer.txtNome});
+    for (TextBox& box : customer.txtAnagrafica) fields.push_back(&box);
+    for (TextBox& box : PrestazioneSingola) fields.push_back(&box);
+    for (TextBox& box : txtImportoPrestazioni) fields.push_back(&box);
+    fields.insert(fields.end(),
+                  {&ComboPercentualeRivalsa, &txtImportoRivalsa, &txtImponibile, &ComboIVAApplicata, &txtIVA,
+                   &txtArticoloEsenzione, &txtImportoSpeseAnticipate, &txtTotaleFattura, &ComboRitenuta,
+                   &ComboRitenutaSu, &txtRitenutaAcconto, &txtImportoNetto, &txtPagamento});
+    return fields;
 }
 
 // Into the row

@@ -18,22 +18,6 @@ std::string frmTarvello::draft_mode() const {
     return cmdModificaDati.caption() == "Aggiorna Dati" ? mode_change : std::string();
 }
 
-std::vector<Control*> frmTarvello::draft_fields() {
-    // A tick brings texts with it: it comes before those that were typed.
-    std::vector<Control*> fields{&DTPicker1, &CheckRivalsa, &CheckSpese, &CheckRitenuta, &CheckPagamento};
-    if (!txtNumeroFattura.locked()) fields.push_back(&txtNumeroFattura);
-    fields.insert(fields.end(),
-                  {&customer.txtNuovoInserimento, &customer.ComboNumeroCliente, &customer.txtNome});
-    for (TextBox& box : customer.txtAnagrafica) fields.push_back(&box);
-    for (TextBox& box : PrestazioneSingola) fields.push_back(&box);
-    for (TextBox& box : txtImportoPrestazioni) fields.push_back(&box);
-    fields.insert(fields.end(),
-                  {&ComboPercentualeRivalsa, &txtImportoRivalsa, &txtImponibile, &ComboIVAApplicata, &txtIVA,
-                   &txtArticoloEsenzione, &txtImportoSpeseAnticipate, &txtTotaleFattura, &ComboRitenuta,
-                   &ComboRitenutaSu, &txtRitenutaAcconto, &txtImportoNetto, &txtPagamento});
-    return fields;
-}
-
 std::string frmTarvello::draft_words(const FormDraft& draft) const {
     return draft.mode == mode_new ? "in una fattura nuova"
                                   : "in una modifica della fattura di chiave " + draft.record;

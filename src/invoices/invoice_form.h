@@ -193,6 +193,7 @@ private:
     void delete_invoice();
 
     // invoice_columns.cpp
+    std::vector<Control*> draft_fields() override;
     std::vector<ColumnText> column_texts() const;
     void copy_column(std::string_view column, TextEntry& field);
     void show_rivalsa();
@@ -237,7 +238,6 @@ private:
     // invoice_draft.cpp
     std::string draft_mode() const override;
     std::string draft_record() const override { return txtCurrent_ID.text(); }
-    std::vector<Control*> draft_fields() override;
     std::string draft_words(const FormDraft& draft) const override;
     bool take_up(const FormDraft& draft) override;
     bool is_stored(const FormDraft& draft) override;
