@@ -16,8 +16,8 @@ packages=(
     libsqlite3-dev libutf8proc-dev
     # electronic invoices: XML, hashes of files, archives
     libpugixml-dev libmd-dev zlib1g-dev
-    # lists as spreadsheets
-    libxlsxwriter-dev
+    # lists as spreadsheets; pkg-config asks for minizip too where they are made with it
+    libxlsxwriter-dev libminizip-dev
     # tests; the windows are looked at in wide letters too
     libgtest-dev libgmock-dev python3 fonts-dejavu-core fonts-opendyslexic
     # read what the program makes or changes independently: PDF files, Access files
