@@ -101,7 +101,7 @@ std::string CFileInfo::FormatFileDate(const std::optional<DateTime>& date) const
 
 std::string CFileInfo::FormatFileSize(std::uint64_t size) const {
     const RegionalSettings& regional = platform_.regional;
-    const std::string bytes = grouped(size, regional) + " bytes";
+    std::string bytes = grouped(size, regional) + " bytes";
     if (size < kilo) return bytes;
     const SizeStep* step = size_steps.data();
     while (size / kilo >= step->below) ++step;

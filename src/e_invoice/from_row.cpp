@@ -70,7 +70,7 @@ private:
     std::string number() const {
         const double number = leading_number(invoice_.Numero_Fattura);
         if (number == 0) return {};
-        const std::string plain = plain_number(number);
+        std::string plain = plain_number(number);
         if (issuer_.number_form == NumberForm::plain) return plain;
         const double year = leading_number(invoice_.Anno);
         return plain + "/" + plain_number(year > 0 ? year : year_of(invoice_.Data_Fattura));

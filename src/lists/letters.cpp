@@ -77,18 +77,20 @@ constexpr std::uint8_t plain = 2;            // no accent, a small letter
 constexpr std::uint8_t other_marks = 0x30;   // behind the marks of ASCII
 constexpr std::uint8_t other_letters = 0xF0; // behind the letters of ASCII
 
+constexpr std::size_t number_of(char character) { return static_cast<unsigned char>(character); }
+
 constexpr std::array<std::uint8_t, 128> make_weights() {
     std::array<std::uint8_t, 128> weights{};
     std::uint8_t weight = 3;
-    for (const char blank : {' ', '\t', '\n', '\r'}) weights[static_cast<std::size_t>(blank)] = weight;
+    for (const char blank : {' ', '\t', '\n', '\r'}) weights[number_of(blank)] = weight;
     constexpr std::string_view order =
         "_-,;:!?.'\"()[]{}@*/\\&#%`^+<=>|~$0123456789abcdefghijklmnopqrstuvwxyz";
     for (const char character : order) {
         if (character == '0') weight = other_marks;
-        weights[static_cast<std::size_t>(character)] = ++weight;
+        weights[number_of(character)] = ++weight;
     }
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
-        weights[static_cast<std::size_t>(letter)] = weights[static_cast<std::size_t>(letter + ('a' - 'A'))];
+        weights[number_of(letter)] = weights[number_of(letter) + ('a' - 'A')];
     }
     return weights;
 }
@@ -132,7 +134,7 @@ void append_ascii_key(std::string& key, std::string_view text) {
     std::size_t capitals_end = 0; // so many weights up to the last capital
     std::size_t count = 0;
     for (const char c : text) {
-        const std::uint8_t weight = weights[static_cast<std::size_t>(c)];
+        const std::uint8_t weight = weights[number_of(c)];
         if (weight == 0) continue;
         key += static_cast<char>(weight);
         ++count;
@@ -142,7 +144,7 @@ void append_ascii_key(std::string& key, std::string_view text) {
     key += static_cast<char>(level_mark);
     for (std::size_t i = 0; capitals_end > 0 && i < text.size(); ++i) {
         const char c = text[i];
-        if (weights[static_cast<std::size_t>(c)] == 0) continue;
+        if (weights[number_of(c)] == 0) continue;
         key += static_cast<char>(c >= 'A' && c <= 'Z' ? plain + 1 : plain);
         --capitals_end;
     }

@@ -66,9 +66,7 @@ public:
           widths_(table.columns.size()) {
         bold_ = workbook_add_format(book);
         format_set_bold(bold_);
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
-            formats_.push_back(format_for(book, table.columns[column].kind));
-        }
+        for (const auto& column : table.columns) formats_.push_back(format_for(book, column.kind));
     }
 
     bool write() {
