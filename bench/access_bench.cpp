@@ -155,6 +155,28 @@ void save(benchmark::State& state, const std::string& path) {
 void save_access(benchmark::State& state) { save(state, access_copy()); }
 void save_embedded(benchmark::State& state) { save(state, archive_copy("saved-beside-access.mdb")); }
 
+/// A table with a column of every kind and two indexes, another one each time.
+void make_table(benchmark::State& state) {
+    using store::ColumnKind;
+    const auto engine = store::open_engine(access_copy(), regional);
+    store::TableDeclaration table{"",
+                                  {{"ID", ColumnKind::autonumber},
+                                   {"Fattura", ColumnKind::whole},
+                                   {"Giorno", ColumnKind::date},
+                                   {"Importo", ColumnKind::currency},
+                                   {"Saldata", ColumnKind::yes_no},
+                                   {"Mezzo", ColumnKind::text, 40},
+                                   {"Note", ColumnKind::memo}},
+                                  {"ID"},
+                                  {{"Per_fattura", {"Fattura"}}, {"Per_giorno", {"Giorno"}}},
+                                  0};
+    int number = 0;
+    for (auto _ : state) {
+        table.name = "Pagamenti_" + std::to_string(++number);
+        engine->create_table(table);
+    }
+}
+
 /// The most memory that a process of its own takes for a statement.
 void memory(benchmark::State& state, const std::string& path, const char* sql) {
     for (auto _ : state) {
@@ -181,6 +203,8 @@ const bool registered = [] {
     row("Access file beside the embedded engine: all rows of a year", year_access, year_embedded, 3);
     row("Access file beside the embedded engine: save of one invoice", save_access, save_embedded, 2,
         Clock::wall);
+    row_within("Access file of 100,000 invoices: a table of the program's own is made", make_table, 20'000,
+               Clock::wall);
     row_of_memory("Access file beside the embedded engine: memory, all invoices read in the order of a text",
                   read_memory_access, read_memory_embedded, 40);
     row_of_memory("Access file beside the embedded engine: memory, all invoices changed in one statement",

@@ -46,14 +46,33 @@ LIBRARIES = [
 STORE_LAYERS = """
 store/engine.cpp store/database
 store/access/access_engine
-store/access/access_file store/access/conditions store/access/selection store/access/table_writer
-store/access/index_page store/access/index_cursor store/access/index_writer
-store/access/table_definition store/access/catalogue store/access/table_rows store/access/stored_text store/access/row store/access/long_value store/access/index_key
-store/access/data_page store/access/usage_map store/access/free_space
+store/access/selection store/access/conditions
+store/access/access_file
+store/access/stored_tables store/access/empty_file
+store/access/table_maker
+store/access/catalogue_rows
+store/access/catalogue
+store/access/table_fill
+store/access/table_writer
+store/access/index_filling
+store/access/index_writer store/access/index_cursor
+store/access/index_page
+store/access/index_key
+store/access/named_row
+store/access/table_rows store/access/long_value
+store/access/row
+store/access/table_counts store/access/definition_reader
+store/access/definition_pages store/access/definition_parts
+store/access/table_definition store/access/stored_text
+store/access/free_space
+store/access/usage_map
+store/access/data_page
 store/access/header
 store/access/page_store
 store/access/journal
 store/access/file
+store/access/bytes
+store/access/format store/access/failures
 """.strip().splitlines()
 
 

@@ -14,6 +14,10 @@ bool ApriDatabase(Program& program) {
         opened = true;
     });
     session.mnuChiudiDatabase.set_enabled(opened);
+    if (opened) {
+        const std::string notice = program.database().dbConnection.engine().notice();
+        if (!notice.empty()) program.message(notice, BoxIcon::exclamation);
+    }
     return opened;
 }
 

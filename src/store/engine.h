@@ -65,6 +65,9 @@ class Engine {
 public:
     virtual ~Engine() = default;
 
+    /// What the user must be told of the file as it was opened; empty for nothing.
+    virtual std::string notice() const { return {}; }
+
     /// Runs one statement. @return the rows of a SELECT, null for every other statement
     /// @throws Failure
     virtual std::unique_ptr<RowSource> run(const Statement& statement) = 0;

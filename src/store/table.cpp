@@ -135,9 +135,7 @@ Amount amount_for(const std::string& decimal, std::string_view shown, const Colu
 
 std::string text_for(std::string text, const Column& column) {
     if (column.width == 0 || utf8::utf16_length(text) <= column.width) return text;
-    throw Failure(failure_number::overflow, source,
-                  "Il testo è troppo lungo per la colonna " + column.name + ", che tiene al massimo " +
-                      std::to_string(column.width) + " caratteri.");
+    fail_for_width(column.name, column.width);
 }
 
 Date date_for(const Literal& literal, const Column& column, const RegionalSettings& regional) {
@@ -270,6 +268,12 @@ ColumnType type_of(ColumnKind kind) {
     default:
         return ColumnType::text;
     }
+}
+
+void fail_for_width(std::string_view column, std::size_t width) {
+    throw Failure(failure_number::overflow, source,
+                  "Il testo è troppo lungo per la colonna " + std::string(column) +
+                      ", che tiene al massimo " + std::to_string(width) + " caratteri.");
 }
 
 void fail_for_missing_table(std::string_view name) {

@@ -65,6 +65,9 @@ std::string value_text(const ValueView& value, const RegionalSettings& regional)
 /// What the values of a declared column are.
 ColumnType type_of(ColumnKind kind);
 
+/// The failure of a text that a column has no room for.
+[[noreturn]] void fail_for_width(std::string_view column, std::size_t width);
+
 /// The failure of a name that the database does not have.
 [[noreturn]] void fail_for_missing_table(std::string_view name);
 

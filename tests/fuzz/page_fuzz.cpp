@@ -1,5 +1,5 @@
 // The readers of pages: definitions, catalogue, usage maps, data pages, long values. A sample with patches is
-// opened and read from end to end.
+// opened and read from end to end, and gets a table.
 #include "patched_file.h"
 
 #include "failure.h"
@@ -29,6 +29,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 if (failure.description().empty()) std::abort();
             }
         }
+        engine->tables();
+        engine->create_table({"Scadenze",
+                              {{"ID", store::ColumnKind::autonumber}, {"Note", store::ColumnKind::memo}},
+                              {"ID"},
+                              {},
+                              0});
     } catch (const Failure& failure) {
         if (failure.description().empty()) std::abort();
     }

@@ -23,7 +23,7 @@ TableDefinition table_of_all_types() {
         column.type = type;
         column.number = static_cast<std::uint32_t>(table.columns.size());
         column.length = length;
-        column.fixed = is_fixed;
+        if (is_fixed) column.flags |= format::column::fixed_flag;
         column.scale = 4;
         if (is_fixed) {
             column.fixed_place = fixed;

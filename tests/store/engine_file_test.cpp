@@ -8,6 +8,7 @@
 namespace tarvello::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
@@ -55,7 +56,7 @@ TEST_P(EngineFileTest, AFolderThatTakesNoJournalMakesWritesFail) {
     {
         const AsOrdinaryUser someone_else;
         connection.open(path);
-        EXPECT_THAT(write_failure(), HasSubstr("cartella"));
+        EXPECT_THAT(write_failure(), AllOf(HasSubstr("cartella"), HasSubstr("\"" + path + "\"")));
         connection.close();
     }
     ASSERT_EQ(::chmod(folder.path.c_str(), 0755), 0);

@@ -253,12 +253,26 @@ TEST_P(EngineTest, ANullIsNoText) {
     sql("INSERT INTO Clienti(Cognome_Ragione_Sociale) VALUES('Rossi')");
     Recordset rows;
     rows.open("SELECT * FROM Clienti", connection);
-    EXPECT_TRUE(rows.is_null("Nome"));
-    EXPECT_EQ(rows.text_or_empty("Nome"), "");
-    EXPECT_THAT(failure_of([&] { rows.text("Nome"); }), HasSubstr("Nome"));
-    EXPECT_THAT(sql("SELECT * FROM Clienti WHERE Nome=''"), IsEmpty());
-    EXPECT_THAT(sql("SELECT * FROM Clienti WHERE Nome LIKE '%'"), IsEmpty());
+    for (const std::string name : {"Nome", "Appunti"}) {
+        EXPECT_EQ(rows.text_or_empty(name), "");
+        EXPECT_EQ(rows.is_null(name), GetParam().null_texts);
+        if (GetParam().null_texts) {
+            EXPECT_THAT(failure_of([&] { rows.text(name); }), HasSubstr(name));
+        } else {
+            EXPECT_EQ(rows.text(name), "");
+        }
+        for (const char* condition : {"=''", " LIKE '%'", "<>'x'"}) {
+            EXPECT_EQ(sql("SELECT * FROM Clienti WHERE " + name + condition).size(),
+                      GetParam().null_texts ? 0U : 1U);
+        }
+    }
     EXPECT_THAT(failure_of([&] { rows.date("Nome"); }), HasSubstr("data"));
+    sql("INSERT INTO Fatture(Pagamento) VALUES('x')");
+    EXPECT_THAT(sql("SELECT * FROM Fatture WHERE Anno<9"), IsEmpty());
+    EXPECT_THAT(sql("SELECT * FROM Fatture WHERE Data_Fattura<'01/01/2030'"), IsEmpty());
+    Recordset invoice;
+    invoice.open("SELECT * FROM Fatture ORDER BY Data_Fattura", connection);
+    for (const char* name : {"Anno", "Data_Fattura"}) EXPECT_TRUE(invoice.is_null(name));
 }
 
 TEST_P(EngineTest, NamesThatTheFileDoesNotHaveFail) {

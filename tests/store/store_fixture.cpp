@@ -43,7 +43,7 @@ void make_access_file(const std::string& path) {
 
 } // namespace
 
-const EngineKind engine_kinds[2] = {{"SQLite", make_database}, {"Access", make_access_file}};
+const EngineKind engine_kinds[2] = {{"SQLite", make_database, true}, {"Access", make_access_file, false}};
 
 std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info) { return info.param.name; }
 

@@ -56,6 +56,8 @@ struct EngineKind {
     const char* name;
     /// Makes a file with the three tables and no row.
     void (*make)(const std::string& path);
+    /// Reads a text without a value as null, not as the empty text.
+    bool null_texts;
 };
 extern const EngineKind engine_kinds[2];
 std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info);

@@ -1,8 +1,11 @@
 #include "store/access/access_engine.h"
 
 #include "store/access/access_file.h"
+#include "store/access/empty_file.h"
 #include "store/access/selection.h"
-#include "store/access/table_writer.h"
+#include "store/access/stored_tables.h"
+#include "store/access/table_fill.h"
+#include "store/access/table_maker.h"
 
 #include <utility>
 
@@ -62,16 +65,28 @@ private:
     mutable std::vector<std::optional<ValueView>> values_; // those that have been asked for
 };
 
+/// Hands rows on; the engine that ends the transaction finishes their table.
+class AccessSink final : public RowSink {
+public:
+    explicit AccessSink(std::shared_ptr<TableFill> fill) : fill_(std::move(fill)) {}
+    void add(std::span<const ValueView> values) override { fill_->add(values); }
+
+private:
+    std::shared_ptr<TableFill> fill_;
+};
+
 class AccessEngine final : public Engine {
 public:
-    AccessEngine(const std::string& path, const RegionalSettings& regional, FileWatch* watch)
-        : file_(std::make_shared<AccessFile>(path, regional, watch)) {}
-    ~AccessEngine() override { file_->close(); }
+    explicit AccessEngine(std::shared_ptr<AccessFile> file) : file_(std::move(file)) {}
+    ~AccessEngine() override {
+        fills_.clear();
+        file_->close();
+    }
     AccessEngine(const AccessEngine&) = delete;
     AccessEngine& operator=(const AccessEngine&) = delete;
 
     std::unique_ptr<RowSource> run(const Statement& statement) override {
-        file_->start_statement();
+        start();
         auto table = file_->table(statement.table);
         if (statement.kind == StatementKind::select) {
             return std::make_unique<AccessRows>(file_, std::move(table), statement);
@@ -80,20 +95,90 @@ public:
         return nullptr;
     }
 
-    // Not for Access files yet.
-    std::optional<std::int64_t> last_autonumber() const override { return std::nullopt; }
-    void begin() override { fail_for_access(); }
-    void commit() override { fail_for_access(); }
-    void roll_back() noexcept override {}
-    std::vector<StoredTable> tables() override { fail_for_access(); }
-    void create_table(const TableDeclaration&) override { fail_for_access(); }
-    std::unique_ptr<RowSink> fill(const std::string&, const std::vector<std::string>&) override {
-        fail_for_access();
+    std::string notice() const override { return file_->store().notice(); }
+
+    std::optional<std::int64_t> last_autonumber() const override { return last_autonumber_; }
+
+    void begin() override {
+        file_->start_statement();
+        file_->store().begin();
+    }
+
+    void commit() override {
+        try {
+            finish_fills();
+            file_->store().commit();
+        } catch (...) {
+            roll_back();
+            throw;
+        }
+    }
+
+    void roll_back() noexcept override {
+        fills_.clear();
+        file_->store().roll_back();
+        file_->forget_tables(); // some may have been made in what is taken back
+    }
+
+    std::vector<StoredTable> tables() override {
+        start();
+        return stored_tables(file_->store());
+    }
+
+    void create_table(const TableDeclaration& wanted) override {
+        start();
+        PageStore& store = file_->store();
+        const auto there = Catalogue(store).find(wanted.name);
+        if (there && has_all(store, *there, wanted)) return;
+        change([&] {
+            TableMaker maker(store);
+            if (there) {
+                maker.complete(*there, wanted);
+            } else {
+                maker.make(wanted);
+            }
+        });
+        file_->forget_tables();
+    }
+
+    std::unique_ptr<RowSink> fill(const std::string& name, const std::vector<std::string>& columns) override {
+        start();
+        const auto table = file_->table(name);
+        if (!table->why_not_writable.empty()) throw not_writable(table->why_not_writable);
+        std::vector<std::size_t> places;
+        for (const std::string& column : columns) places.push_back(table->table.place_of(column));
+        fills_.push_back(std::make_shared<TableFill>(file_->store(), table->definition, std::move(places)));
+        return std::make_unique<AccessSink>(fills_.back());
     }
 
 private:
-    [[noreturn]] static void fail_for_access() {
-        throw not_writable("Questa operazione non è ancora possibile su un file Access.");
+    void start() {
+        file_->start_statement();
+        finish_fills();
+    }
+
+    void finish_fills() {
+        for (const auto& fill : fills_) fill->finish();
+        fills_.clear();
+    }
+
+    /// Makes a change that lasts, or is part of the one under way.
+    template <typename Act>
+    void change(Act act) {
+        PageStore& store = file_->store();
+        if (store.is_changing()) {
+            act();
+            return;
+        }
+        store.begin();
+        try {
+            act();
+            store.commit();
+        } catch (...) {
+            // Whatever it was, no half of it stays.
+            store.roll_back();
+            throw;
+        }
     }
 
     void write(std::shared_ptr<const OpenTable> table, const Statement& statement) {
@@ -105,45 +190,52 @@ private:
             values.push_back(convert_literal(statement.assignments[i].literal,
                                              table->table.columns[places.assignments[i]], file_->regional()));
         }
-        std::vector<RowPointer>
-            rows; // all of them before the first changes: a change may move a row in its index
+        std::vector<ValueView> views;
+        for (const Value& value : values) views.push_back(view_of(value));
+        // All rows before the first changes: a change may move a row in its index.
+        std::vector<RowPointer> rows;
         if (statement.kind != StatementKind::insert) {
             Selection selection(file_, table, statement);
             while (const auto found = selection.next()) rows.push_back(found->place);
         }
-        store.begin();
-        try {
+        change([&] {
             TableWriter writer(store, *table->definition);
-            if (statement.kind == StatementKind::insert) writer.insert(places.assignments, values);
+            if (statement.kind == StatementKind::insert) {
+                writer.insert(places.assignments, views);
+                last_autonumber_ = writer.last_number();
+            }
             for (const RowPointer row : rows) {
                 if (statement.kind == StatementKind::update) {
-                    writer.update(row, places.assignments, values);
+                    writer.update(row, places.assignments, views);
                 } else {
                     writer.erase(row);
                 }
                 store.relieve();
             }
-            store.commit();
-        } catch (...) {
-            // Whatever it was, no half of a statement stays.
-            store.roll_back();
-            throw;
-        }
+        });
     }
 
     std::shared_ptr<AccessFile> file_;
+    std::vector<std::shared_ptr<TableFill>> fills_; // under way
+    std::optional<std::int64_t> last_autonumber_;
 };
 
 } // namespace
 } // namespace access
 
-std::unique_ptr<Engine> make_access_engine(const std::string&, const RegionalSettings&) {
-    throw access::not_writable("Un nuovo archivio nel formato Access non si può ancora creare.");
+std::unique_ptr<Engine> make_access_engine(const std::string& path, const RegionalSettings& regional) {
+    using namespace access;
+    auto store = std::make_unique<PageStore>(PageStore::NewFile(), path, nullptr);
+    store->begin();
+    fill_empty_file(*store);
+    store->commit();
+    return std::make_unique<AccessEngine>(std::make_shared<AccessFile>(std::move(store), regional));
 }
 
 std::unique_ptr<Engine> open_access_engine(const std::string& path, const RegionalSettings& regional,
                                            access::FileWatch* watch) {
-    return std::make_unique<access::AccessEngine>(path, regional, watch);
+    return std::make_unique<access::AccessEngine>(
+        std::make_shared<access::AccessFile>(path, regional, watch));
 }
 
 } // namespace tarvello::store

@@ -37,7 +37,8 @@ std::shared_ptr<const OpenTable> AccessFile::table(const std::string& name) {
     const TableDefinition& definition = *open->definition;
     open->table.name = definition.name;
     for (const ColumnDefinition& column : definition.columns) {
-        open->table.columns.push_back({column.name, column.column_type()});
+        const std::size_t width = column.type == StoredType::text ? column.length / sizeof(char16_t) : 0;
+        open->table.columns.push_back({column.name, column.column_type(), width});
     }
     if (const IndexDefinition* key = definition.primary_key(); key != nullptr && key->columns.size() == 1) {
         open->table.key = key->columns[0].column;

@@ -22,6 +22,9 @@ class AccessFile {
 public:
     /// @throws Failure if the file is not of a kind that can be opened
     AccessFile(const std::string& path, const RegionalSettings& regional, FileWatch* watch);
+    /// A file that is open already.
+    AccessFile(std::unique_ptr<PageStore> store, const RegionalSettings& regional)
+        : regional_(regional), store_(std::move(store)) {}
 
     /// Lets the file go. Results that are still there fail from now on.
     void close() { store_.reset(); }
@@ -33,6 +36,8 @@ public:
     void start_statement();
     /// @throws Failure if there is no such table
     std::shared_ptr<const OpenTable> table(const std::string& name);
+    /// What is known of the tables holds no more.
+    void forget_tables() { tables_.clear(); }
 
 private:
     const RegionalSettings& regional_;

@@ -1,37 +1,16 @@
 #include "store/access/catalogue.h"
 
+#include "store/access/definition_reader.h"
 #include "store/access/index_key.h"
-#include "store/access/row.h"
-#include "store/access/stored_text.h"
-#include "store/access/table_rows.h"
+#include "store/access/named_row.h"
 #include "text/letter_case.h"
+
+#include <algorithm>
 
 namespace tarvello::store::access {
 namespace {
 
-constexpr std::int64_t local_table = 1;
-/// A relationship with this flag is only drawn, not enforced.
-constexpr std::int64_t not_enforced = 2;
-
-std::int64_t whole(const RowView& row, const ColumnDefinition& column) {
-    const auto stored = row.stored(column);
-    if (!stored) return 0;
-    const ValueView value = fixed_value(*stored, column);
-    const auto* number = std::get_if<std::int64_t>(&value);
-    return number == nullptr ? 0 : *number;
-}
-
-std::string text(const RowView& row, const ColumnDefinition& column) {
-    std::string value;
-    if (const auto stored = row.stored(column)) decode_text(*stored, value);
-    return value;
-}
-
-const ColumnDefinition& column(const TableDefinition& table, const char* name) {
-    const auto place = table.find_column(name);
-    if (!place) throw damaged("al catalogo manca una colonna");
-    return table.columns[*place];
-}
+using namespace format::catalogue;
 
 /// The bytes that a fixed value of a type takes, 0 for types of other lengths.
 std::uint32_t size_of(StoredType type) {
@@ -52,49 +31,64 @@ std::uint32_t size_of(StoredType type) {
     }
 }
 
+bool is_system_name(std::string_view name) { return equal_ignoring_case(name.substr(0, 4), "MSys"); }
+
+PageNumber page_of(const NamedRow& row) { return static_cast<PageNumber>(row.whole("Id") & page_mask); }
+
 } // namespace
 
 Catalogue::Catalogue(PageStore& store)
-    : store_(store), objects_(read_table_definition(store, catalogue_page, "MSysObjects")) {}
+    : store_(store), objects_(read_table_definition(store, format::catalogue_page, "MSysObjects")) {}
 
 std::shared_ptr<const TableDefinition> Catalogue::find(std::string_view name) const {
-    const ColumnDefinition& id = column(objects_, "Id");
-    const ColumnDefinition& type = column(objects_, "Type");
-    const ColumnDefinition& object_name = column(objects_, "Name");
-    TableWalk walk(store_, objects_);
-    while (const auto place = walk.next()) {
-        const auto bytes = find_row(store_, objects_, *place);
-        if (!bytes) continue;
-        const RowView row(bytes->bytes, objects_);
-        if (whole(row, type) != local_table) continue;
-        std::string found = text(row, object_name);
-        if (!equal_ignoring_case(found, name)) continue;
-        const auto page = static_cast<PageNumber>(whole(row, id) & 0xFFFFFF);
-        return std::make_shared<const TableDefinition>(read_table_definition(store_, page, std::move(found)));
-    }
-    return nullptr;
+    std::shared_ptr<const TableDefinition> found;
+    for_each_row(store_, objects_, [&](const NamedRow& row) {
+        if (row.whole("Type") != table_type) return true;
+        std::string spelled = row.text("Name");
+        if (!equal_ignoring_case(spelled, name)) return true;
+        found = std::make_shared<const TableDefinition>(
+            read_table_definition(store_, page_of(row), std::move(spelled)));
+        return false;
+    });
+    return found;
 }
 
-bool Catalogue::in_relationship(const std::string& name) const {
+std::vector<std::string> Catalogue::names() const {
+    std::vector<std::string> names;
+    for_each_row(store_, objects_, [&](const NamedRow& row) {
+        const bool hidden = (static_cast<std::uint32_t>(row.whole("Flags")) & hidden_flags) != 0;
+        std::string name = row.text("Name");
+        if (row.whole("Type") == table_type && !hidden && !is_system_name(name))
+            names.push_back(std::move(name));
+        return true;
+    });
+    return names;
+}
+
+std::vector<std::string> Catalogue::related_tables(const std::string& name) const {
+    std::vector<std::string> related;
     const auto relationships = find("MSysRelationships");
-    if (!relationships) return false;
-    TableWalk walk(store_, *relationships);
-    while (const auto place = walk.next()) {
-        const auto bytes = find_row(store_, *relationships, *place);
-        if (!bytes) continue;
-        const RowView row(bytes->bytes, *relationships);
-        if ((whole(row, column(*relationships, "grbit")) & not_enforced) != 0) continue;
-        if (equal_ignoring_case(text(row, column(*relationships, "szObject")), name) ||
-            equal_ignoring_case(text(row, column(*relationships, "szReferencedObject")), name)) {
-            return true;
-        }
-    }
-    return false;
+    if (!relationships) return related;
+    for_each_row(store_, *relationships, [&](const NamedRow& row) {
+        if ((row.whole("grbit") & not_enforced) != 0) return true;
+        std::string one = row.text("szObject");
+        std::string other = row.text("szReferencedObject");
+        if (equal_ignoring_case(other, name)) std::swap(one, other);
+        if (equal_ignoring_case(one, name) && std::ranges::find(related, other) == related.end())
+            related.push_back(std::move(other));
+        return true;
+    });
+    return related;
 }
 
 std::string Catalogue::why_not_writable(const TableDefinition& table) const {
     const std::string subject = "La tabella " + table.name + " del file Access si può soltanto leggere: ";
-    if (table.variable_columns == 0) return subject + "le sue righe hanno una forma che qui non si scrive.";
+    if (table.system || is_system_name(table.name)) return subject + "è una tabella del sistema.";
+    if (const auto related = related_tables(table.name); !related.empty()) {
+        std::string names;
+        for (const std::string& name : related) names += (names.empty() ? "" : ", ") + name;
+        return subject + "una relazione la lega a " + names + ".";
+    }
     for (const ColumnDefinition& column : table.columns) {
         const std::string of = subject + "la colonna " + column.name;
         if (!column.known_type) return of + " è di un tipo sconosciuto.";
@@ -105,15 +99,16 @@ std::string Catalogue::why_not_writable(const TableDefinition& table) const {
         case StoredType::numeric:
             return of + " è di un tipo che qui non si scrive.";
         case StoredType::memo:
-            if (column.fixed || !column.long_pages || !column.long_free_pages) {
+            if (column.fixed() || !column.long_pages || !column.long_free_pages) {
                 return of + " non ha le mappe delle sue pagine.";
             }
             break;
         case StoredType::text:
-            if (column.fixed) return of + " è un testo di lunghezza fissa.";
+            if (column.fixed()) return of + " è un testo di lunghezza fissa.";
             break;
         default:
-            if (column.fixed && column.type != StoredType::yes_no && column.length != size_of(column.type)) {
+            if (column.fixed() && column.type != StoredType::yes_no &&
+                column.length != size_of(column.type)) {
                 return of + " ha una lunghezza che non si spiega.";
             }
             break;
@@ -121,21 +116,20 @@ std::string Catalogue::why_not_writable(const TableDefinition& table) const {
     }
     for (const IndexDefinition& index : table.indexes) {
         const std::string of = subject + "l'indice " + index.name;
-        constexpr unsigned known_flags = 0x80 | 0x08 | 0x02 | 0x01;
-        if (index.relationship)
-            return subject + "è legata ad altre tabelle da una relazione (" + index.name + ").";
-        if (index.columns.empty() || (index.flags & ~known_flags) != 0)
+        if (index.relationship) return subject + "una relazione la lega ad altre tabelle.";
+        if (index.columns.empty() || (index.flags & ~format::index::known_flags) != 0)
             return of + " è di un genere sconosciuto.";
-        if (index.columns.size() > 1 && index.ignores_nulls())
-            return of + " tralascia i valori nulli di più colonne.";
         for (const IndexColumn& part : index.columns) {
-            if (!key_is_known(table.columns[part.column])) {
-                return of + " ordina la colonna " + table.columns[part.column].name +
-                       " in un modo sconosciuto.";
+            const ColumnDefinition& column = table.columns[part.column];
+            if (!is_proven(column, part.ascending)) {
+                return of + " ordina la colonna " + column.name +
+                       " in modo discendente, e nessun file scritto da Access mostra come farlo con un "
+                       "testo.";
             }
+            if (!key_is_known(column))
+                return of + " ordina la colonna " + column.name + " in un modo sconosciuto.";
         }
     }
-    if (in_relationship(table.name)) return subject + "è legata ad altre tabelle da una relazione.";
     return {};
 }
 

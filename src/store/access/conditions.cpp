@@ -39,14 +39,23 @@ std::partial_ordering compare_number(Left left, const Value& right) {
     return static_cast<double>(left) <=> std::get<double>(right);
 }
 
+std::partial_ordering compare_amount(Amount left, const Value& right) {
+    if (const auto* amount = std::get_if<Amount>(&right)) return left <=> *amount;
+    return static_cast<double>(left.ten_thousandths) / format::ten_thousandths <=> std::get<double>(right);
+}
+
 } // namespace
 
 ValueView read_value(PageStore& store, const RowView& row, const ColumnDefinition& column,
                      std::string& text) {
     if (!column.known_type) return std::monostate();
-    if (column.type == StoredType::yes_no) return std::int64_t{row.yes(column) ? -1 : 0};
+    if (column.type == StoredType::yes_no) return row.yes(column);
     const auto stored = row.stored(column);
-    if (!stored) return std::monostate();
+    if (!stored) {
+        // To the program a text without a value is an empty one, as it writes them itself.
+        const bool text_like = column.type == StoredType::text || column.type == StoredType::memo;
+        return text_like ? ValueView(std::string_view()) : ValueView(std::monostate());
+    }
     switch (column.type) {
     case StoredType::text:
         decode_text(*stored, text);
@@ -111,6 +120,10 @@ bool Conditions::holds(const One& condition, const ValueView& value) const {
     if (const auto* number = std::get_if<double>(&value)) {
         return fits(condition.comparison, compare_number(*number, condition.value));
     }
+    if (const auto* amount = std::get_if<Amount>(&value))
+        return fits(condition.comparison, compare_amount(*amount, condition.value));
+    if (const auto* yes = std::get_if<bool>(&value))
+        return fits(condition.comparison, *yes <=> std::get<bool>(condition.value));
     return fits(condition.comparison, std::get<Date>(value) <=> std::get<Date>(condition.value));
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "store/access/access_file.h"
+#include "store/access/page_store.h"
 #include "store/access/row.h"
 #include "store/like_pattern.h"
+#include "store/table.h"
 
 #include <optional>
 #include <string>
@@ -10,7 +11,8 @@
 
 namespace tarvello::store::access {
 
-/// The value of a column of a row. Texts are read into `text`, which the view then shows.
+/// The value of a column of a row, of a text or memo without a value the empty text. Texts are read into
+/// `text`, which the view then shows.
 ValueView read_value(PageStore& store, const RowView& row, const ColumnDefinition& column, std::string& text);
 
 /// The conditions of a statement, ready to be put to rows.

@@ -7,16 +7,7 @@
 /// number never changes; a deleted one keeps its slot.
 namespace tarvello::store::access::data_page {
 
-inline constexpr std::uint32_t deleted_flag = 0x8000;
-inline constexpr std::uint32_t elsewhere_flag = 0x4000;
-inline constexpr std::uint32_t max_rows = 255;
-inline constexpr std::size_t max_row_size = 4060;
-/// On a page of long values a row may take everything.
-inline constexpr std::size_t max_long_row_size = 4076;
-inline constexpr std::size_t slots_at = 14;
-
-/// The owner of a page of long values: the letters LVAL.
-inline constexpr std::uint32_t long_value_owner = 0x4C41564C;
+using namespace format::data;
 
 bool is_data_page(const Page& page);
 std::uint32_t owner(const Page& page);
@@ -33,7 +24,7 @@ bool has_room(const Page& page, std::size_t size);
 bool all_deleted(const Page& page);
 
 /// Makes an empty data page.
-void format(Page& page, std::uint32_t owner);
+void clear(Page& page, std::uint32_t owner);
 /// Adds a row; there must be room. @return its number
 std::uint8_t add(Page& page, Bytes row, std::uint32_t flags = 0);
 /// Gives the row `size` bytes, moving those below it; the room must be there. The bytes of the row are

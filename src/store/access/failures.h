@@ -19,8 +19,6 @@ inline constexpr int read_only = 3027;
 inline constexpr int duplicate = 3022;
 inline constexpr int value_missing = 3314;
 inline constexpr int too_long = 3163;
-inline constexpr int no_table = 3078;
-inline constexpr int no_column = 3061;
 inline constexpr int too_large = 3183;
 } // namespace access_failure
 
@@ -32,5 +30,13 @@ inline Failure damaged(std::string_view what) {
 inline Failure not_writable(std::string description) {
     return Failure(access_failure::not_supported, source, std::move(description));
 }
+
+/// A write has failed, and the disk does not tell whether it is done all the same.
+struct OutcomeUnknown : Failure {
+    OutcomeUnknown()
+        : Failure(access_failure::file, store::source,
+                  "Il disco non conferma l'ultima scrittura nell'archivio: non si sa se è riuscita. Chiudere "
+                  "l'archivio, riaprirlo e guardare che cosa contiene prima di ripetere l'operazione.") {}
+};
 
 } // namespace tarvello::store::access

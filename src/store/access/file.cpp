@@ -29,6 +29,9 @@ namespace {
     case ENOENT:
         reason = "non esiste";
         break;
+    case EEXIST:
+        reason = "esiste già";
+        break;
     case EISDIR:
         reason = "è una cartella";
         break;
@@ -41,15 +44,18 @@ namespace {
 
 } // namespace
 
-File::File(std::string path, Mode mode, FileWatch* watch)
-    : path_(std::move(path)), watch_(watch), can_write_(mode != Mode::read_only) {
+File::File(std::string path, Mode mode, FileWatch* watch, std::string known_as)
+    : path_(std::move(path)), known_as_(known_as.empty() ? path_ : std::move(known_as)), watch_(watch),
+      can_write_(mode != Mode::read_only) {
     if (!allow(FileCall::open)) fail("Apertura", EIO);
     int flags = O_CLOEXEC | (mode == Mode::read_only ? O_RDONLY : O_RDWR);
     if (mode == Mode::create) flags |= O_CREAT | O_TRUNC;
+    if (mode == Mode::create_new) flags |= O_CREAT | O_EXCL;
     handle_ = ::open(path_.c_str(), flags, 0600);
-    if (handle_ < 0 && mode == Mode::create && errno == EACCES) {
+    if (handle_ < 0 && (flags & O_CREAT) != 0 && errno == EACCES) {
         throw Failure(access_failure::file, source,
-                      "Non è possibile scrivere nella cartella del file \"" + path_ + "\".");
+                      "Non è possibile scrivere nella cartella del file \"" + known_as_ +
+                          "\": per salvare ci vuole il permesso di scriverci.");
     }
     if (handle_ < 0) fail("Apertura", errno);
     struct stat status {};
@@ -61,7 +67,7 @@ File::File(std::string path, Mode mode, FileWatch* watch)
 
 File::~File() { ::close(handle_); }
 
-void File::fail(const char* what, int error) const { fail_with(path_, what, error); }
+void File::fail(const char* what, int error) const { fail_with(known_as_, what, error); }
 
 std::uint64_t File::size() const {
     struct stat status {};
@@ -158,6 +164,23 @@ bool File::writable(const std::string& path) {
     if (::stat(path.c_str(), &status) != 0) return false;
     // The superuser may write everything: the owner's wish counts for him too.
     return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && ::access(path.c_str(), W_OK) == 0;
+}
+
+bool File::is_held(const std::string& path) {
+    const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (handle < 0) return errno != ENOENT;
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    const bool told = ::fcntl(handle, F_OFD_GETLK, &range) == 0;
+    const bool held = !told || range.l_type != F_UNLCK || ::flock(handle, LOCK_EX | LOCK_NB) != 0;
+    ::close(handle);
+    return held;
+}
+
+void File::rename(const std::string& from, const std::string& to, FileWatch* watch) {
+    if (watch != nullptr && !watch->allow(FileCall::rename)) fail_with(from, "Spostamento", EIO);
+    if (::rename(from.c_str(), to.c_str()) != 0) fail_with(from, "Spostamento", errno);
 }
 
 void File::remove(const std::string& path, FileWatch* watch) {

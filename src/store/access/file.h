@@ -8,7 +8,7 @@
 namespace tarvello::store::access {
 
 /// The calls that reach the disk.
-enum class FileCall : std::uint8_t { open, read, write, sync, truncate, remove, lock };
+enum class FileCall : std::uint8_t { open, read, write, sync, truncate, rename, remove, lock };
 
 /// Asked before every call that reaches the disk: a test makes one fail, or stops the process there.
 class FileWatch {
@@ -22,11 +22,14 @@ public:
 /// names the file.
 class File {
 public:
-    enum class Mode : std::uint8_t { read_only, read_write, create };
+    /// create: empties a file that is there. create_new: one that is there is left alone and is a failure.
+    enum class Mode : std::uint8_t { read_only, read_write, create, create_new };
 
-    /// @param watch  may be null
+    /// @param watch     may be null
+    /// @param known_as  the file that failures name: the one that the user knows, if this is only its
+    /// companion
     /// @throws Failure if it cannot be opened, or is no regular file
-    File(std::string path, Mode mode, FileWatch* watch);
+    File(std::string path, Mode mode, FileWatch* watch, std::string known_as = {});
     ~File();
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -53,6 +56,9 @@ public:
     static std::string real_path(const std::string& path);
     /// True if the user may write there: a file that nobody may write is read-only for everybody.
     static bool writable(const std::string& path);
+    /// True if some program has a lock on the file or a part of it, or it cannot be told.
+    static bool is_held(const std::string& path);
+    static void rename(const std::string& from, const std::string& to, FileWatch* watch);
     static void remove(const std::string& path, FileWatch* watch);
     /// Makes the names of the folder that holds `path` durable.
     static void sync_folder_of(const std::string& path, FileWatch* watch);
@@ -62,6 +68,7 @@ private:
     [[noreturn]] void fail(const char* what, int error) const;
 
     std::string path_;
+    std::string known_as_;
     FileWatch* watch_;
     int handle_ = -1;
     bool can_write_ = false;

@@ -25,21 +25,21 @@ PageNumber FreeSpace::page_with_room(std::size_t size) {
 
 PageNumber FreeSpace::new_page() {
     const PageNumber page = allocator_.take();
-    data_page::format(store_.edit(page), owner_);
+    data_page::clear(store_.edit(page), owner_);
     owned_.add(page, allocator_);
     return page;
 }
 
 RowPointer FreeSpace::add_row(Bytes row, std::uint32_t flags) {
-    return add_to(page_with_room(row.size()), row, flags);
-}
-
-RowPointer FreeSpace::add_first_row(Bytes row) { return add_to(new_page(), row, 0); }
-
-RowPointer FreeSpace::add_to(PageNumber page, Bytes row, std::uint32_t flags) {
+    const PageNumber page = page_with_room(row.size());
     const std::uint8_t number = data_page::add(store_.edit(page), row, flags);
     update(page);
     return {page, number};
+}
+
+RowPointer FreeSpace::add_only_row(Bytes row) {
+    const PageNumber page = new_page();
+    return {page, data_page::add(store_.edit(page), row)};
 }
 
 void FreeSpace::erase_row(RowPointer row) {

@@ -5,9 +5,6 @@
 
 namespace tarvello::store::access {
 
-/// The least bytes that count as room on a page of long values: shorter values stay inside their row.
-inline constexpr std::size_t least_long_row = 65;
-
 /// The data pages of one owner: finds room for rows among them, takes new pages and gives empty ones back.
 class FreeSpace {
 public:
@@ -22,8 +19,9 @@ public:
 
     /// Writes a row where there is room. It must not be longer than a page takes.
     RowPointer add_row(Bytes row, std::uint32_t flags = 0);
-    /// Writes a row as the first of a new page.
-    RowPointer add_first_row(Bytes row);
+    /// Writes a row as the only one of a new page, which takes no other: it is not in the map of those with
+    /// room.
+    RowPointer add_only_row(Bytes row);
     /// Deletes a row; a page without rows is given back.
     void erase_row(RowPointer row);
     /// Brings the map of pages with room up to date after the rows of a page have changed.
@@ -32,7 +30,6 @@ public:
 private:
     PageNumber page_with_room(std::size_t size);
     PageNumber new_page();
-    RowPointer add_to(PageNumber page, Bytes row, std::uint32_t flags);
 
     PageStore& store_;
     PageAllocator& allocator_;

@@ -3,11 +3,6 @@
 #include <algorithm>
 
 namespace tarvello::store::access {
-namespace {
-
-constexpr int deepest = 24; // of a sound index a file of 2 GB has fewer
-
-} // namespace
 
 void IndexCursor::go_to_leaf(PageNumber number) {
     if (++leaves_walked_ > store_->page_count()) throw damaged("le pagine di un indice formano un anello");
@@ -20,7 +15,7 @@ void IndexCursor::descend(Way way, KeyView key) {
     seen_change_ = store_->change_count();
     leaves_walked_ = 0;
     PageNumber number = root_;
-    for (int depth = 0; depth < deepest; ++depth) {
+    for (int depth = 0; depth < format::index_page::deepest; ++depth) {
         const IndexPage page(*store_, number, table_);
         if (page.is_leaf()) {
             go_to_leaf(number);

@@ -22,7 +22,7 @@ public:
     /// The entry that the cursor stands on.
     const Key& entry() const { return entry_; }
     /// Its key, without the row.
-    KeyView key() const { return KeyView(entry_).substr(0, entry_.size() - 4); }
+    KeyView key() const { return KeyView(entry_).substr(0, entry_.size() - format::index_page::row_size); }
     RowPointer row() const { return row_; }
 
 private:

@@ -24,21 +24,31 @@ constexpr SortCode sort_codes[] = {
 #include "store/access/sort_codes.inc"
 };
 
-constexpr std::uint32_t general_order = 0x0409; // and version 0
+/// The letters that a character counts for in the places of what follows it: ß is two s. 0 where no key of
+/// Access shows how many.
+std::size_t letters_of(char32_t character) {
+    constexpr std::u32string_view unproven = U"ÆæŒœÞþĲĳ";
+    if (unproven.find(character) != std::u32string_view::npos) return 0;
+    return character == U'ß' ? 2 : 1;
+}
+
+[[noreturn]] void fail_for_character(char32_t character) {
+    std::string shown;
+    utf8::append(shown, character);
+    throw not_writable("Il testo contiene il carattere \"" + shown +
+                       "\", di cui non si conosce il posto nell'ordine di un indice del file Access: "
+                       "non è stato scritto nulla.");
+}
 
 const SortCode& sort_code(char32_t character) {
     const auto* found =
         std::lower_bound(std::begin(sort_codes), std::end(sort_codes), character,
                          [](const SortCode& code, char32_t wanted) { return code.character < wanted; });
-    if (found == std::end(sort_codes) || found->character != character) {
-        std::string shown;
-        utf8::append(shown, character);
-        throw not_writable("Il testo contiene il carattere \"" + shown +
-                           "\", di cui non si conosce il posto nell'ordine di un indice del file Access: "
-                           "non è stato scritto nulla.");
-    }
+    if (found == std::end(sort_codes) || found->character != character) fail_for_character(character);
     return *found;
 }
+
+constexpr std::uint8_t sign_bit = 0x80;
 
 /// The bytes of a number with the highest first.
 void append_big_endian(Key& key, Bytes stored) {
@@ -57,61 +67,66 @@ bool is_floating(StoredType type) {
 
 bool key_is_known(const ColumnDefinition& column) {
     if (!column.known_type) return false;
-    if (column.type == StoredType::text) return !column.fixed && column.sort_order == general_order;
+    if (column.type == StoredType::text) return !column.fixed() && column.sort_order == format::general_order;
     return is_whole(column.type) || is_floating(column.type) || column.type == StoredType::yes_no;
 }
 
 void append_text_key(Key& key, std::string_view text) {
+    using namespace format::key;
     while (text.ends_with(' ')) text.remove_suffix(1);
-    Key accents;
+    Key accents; // one for each letter
     Key ignored;
-    std::size_t inline_characters = 0;
     std::size_t accents_end = 0;
+    char32_t unproven = 0;
     for (const char32_t character : utf8::decode(text)) {
         const SortCode& code = sort_code(character);
+        if (code.kind != SortCode::Kind::plain && unproven != 0) fail_for_character(unproven);
         if (code.kind == SortCode::Kind::ignored) {
-            const std::size_t place = 0x8000 + 7 + 4 * inline_characters;
+            const std::size_t place = ignored_place + ignored_step * accents.size();
             ignored.push_back(static_cast<std::uint8_t>(place >> 8));
             ignored.push_back(static_cast<std::uint8_t>(place));
-            ignored.push_back(0x06);
+            ignored.push_back(ignored_mark);
             ignored.push_back(code.extra);
             continue;
         }
-        ++inline_characters;
         key.append(code.inline_bytes, code.inline_count);
         const bool accented = code.kind == SortCode::Kind::accented;
-        accents.push_back(accented ? code.extra : 0x02);
+        accents.push_back(accented ? code.extra : no_accent);
         if (accented) accents_end = accents.size();
+        const std::size_t letters = letters_of(character);
+        if (letters == 0) unproven = character;
+        if (letters > 1) accents.append(letters - 1, no_accent);
     }
-    key.push_back(0x01);
-    while (accents_end > 0 && accents[accents_end - 1] == 0x02) --accents_end;
+    key.push_back(text_end);
     key.append(accents, 0, accents_end);
     if (!ignored.empty()) {
-        key.append({0x01, 0x01, 0x01});
+        key.append(3, text_end);
         key.append(ignored);
     }
-    key.push_back(0x00);
+    key.push_back(null);
 }
 
 void append_key(Key& key, std::optional<Bytes> stored, bool yes, const ColumnDefinition& column,
                 bool ascending) {
+    using format::key::null;
+    using format::key::value;
     const std::size_t start = key.size();
     if (!stored) {
-        key.push_back(ascending ? 0x00 : 0xFF);
+        key.push_back(ascending ? null : static_cast<std::uint8_t>(~null));
         return;
     }
-    key.push_back(0x7F);
+    key.push_back(value);
     if (column.type == StoredType::yes_no) {
-        key.push_back(yes ? 0x00 : 0xFF);
+        key.push_back(yes ? format::key::yes : format::key::no);
     } else if (is_whole(column.type)) {
         append_big_endian(key, *stored);
-        key[start + 1] ^= 0x80;
+        key[start + 1] ^= sign_bit;
     } else if (is_floating(column.type)) {
         append_big_endian(key, *stored);
-        if ((key[start + 1] & 0x80) != 0) {
+        if ((key[start + 1] & sign_bit) != 0) {
             for (std::size_t i = start + 1; i < key.size(); ++i) key[i] = static_cast<std::uint8_t>(~key[i]);
         } else {
-            key[start + 1] ^= 0x80;
+            key[start + 1] ^= sign_bit;
         }
     } else {
         std::string text;
@@ -119,7 +134,6 @@ void append_key(Key& key, std::optional<Bytes> stored, bool yes, const ColumnDef
         append_text_key(key, text);
     }
     if (!ascending) {
-        // 7F inverted is the 80 that a descending value starts with.
         for (std::size_t i = start; i < key.size(); ++i) key[i] = static_cast<std::uint8_t>(~key[i]);
     }
 }
@@ -155,8 +169,8 @@ std::optional<Key> number_key(std::int64_t number, const ColumnDefinition& colum
         append_key(key, Bytes(bytes, 4), false, column, ascending);
         return key;
     case StoredType::currency:
-        if (!within(std::numeric_limits<std::int64_t>::max() / 10000)) return std::nullopt;
-        store64(bytes, static_cast<std::uint64_t>(number * 10000));
+        if (!within(std::numeric_limits<std::int64_t>::max() / format::ten_thousandths)) return std::nullopt;
+        store64(bytes, static_cast<std::uint64_t>(number * format::ten_thousandths));
         append_key(key, Bytes(bytes, 8), false, column, ascending);
         return key;
     case StoredType::single_float:

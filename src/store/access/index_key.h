@@ -13,8 +13,12 @@ namespace tarvello::store::access {
 using Key = std::basic_string<std::uint8_t>;
 using KeyView = std::basic_string_view<std::uint8_t>;
 
-/// True if the keys of this column are known: its type, and of a text its sort order.
+/// True if the keys of this column are known: its type, and of a text its sort order. Of a descending text no
+/// file of Access proves the form.
 bool key_is_known(const ColumnDefinition& column);
+inline bool is_proven(const ColumnDefinition& column, bool ascending) {
+    return ascending || column.type != StoredType::text;
+}
 
 /// The key of a row in an index.
 struct RowKey {

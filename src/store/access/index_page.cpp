@@ -7,10 +7,8 @@
 namespace tarvello::store::access {
 namespace {
 
-constexpr std::size_t mask_at = 27;
-constexpr std::size_t mask_size = 453;
-constexpr std::size_t row_size = 4;                           // page and row
-constexpr std::size_t child_size = 4;                         // of a node's entry, behind the row
+using namespace format::index_page;
+
 constexpr std::size_t most_likely_entries = entries_room / 9; // keys of a number, with their rows
 
 std::uint32_t big_endian24(const std::uint8_t* at) {
@@ -22,14 +20,8 @@ std::size_t common_prefix(const Key& left, const Key& right) {
     return static_cast<std::size_t>(ends.first - left.begin());
 }
 
-/// The bytes that all entries share. They are in order, so the first and the last say it.
-std::size_t shared_prefix(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
-    if (to - from < 2) return 0;
-    std::size_t shared = common_prefix(entries[from], entries[to - 1]);
-    // The row and the child stay outside, so that an entry never loses all its own bytes.
-    for (std::size_t i = from; i < to; ++i) shared = std::min(shared, entries[i].size() - row_size - 1);
-    return shared;
-}
+/// The bytes of an entry that may be in a shared prefix: it never loses all its own.
+std::size_t sharable(const Key& entry) { return entry.size() - row_size - 1; }
 
 std::size_t total_size(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
     std::size_t size = 0;
@@ -37,16 +29,21 @@ std::size_t total_size(const std::vector<Key>& entries, std::size_t from, std::s
     return size;
 }
 
+void append_big_endian(Key& key, std::uint32_t number, int bytes) {
+    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
+        key.push_back(static_cast<std::uint8_t>(number >> shift));
+}
+
 } // namespace
 
 IndexPage::IndexPage(PageStore& store, PageNumber number, PageNumber table) : page_(store.read(number)) {
     const std::uint8_t* bytes = page_->data();
-    leaf_ = bytes[0] == static_cast<std::uint8_t>(PageType::index_leaf);
-    if ((!leaf_ && bytes[0] != static_cast<std::uint8_t>(PageType::index_node)) ||
-        load32(bytes + 4) != table) {
+    leaf_ = bytes[format::page::type_at] == static_cast<std::uint8_t>(PageType::index_leaf);
+    if ((!leaf_ && bytes[format::page::type_at] != static_cast<std::uint8_t>(PageType::index_node)) ||
+        load32(bytes + format::page::owner_at) != table) {
         throw damaged("la pagina " + std::to_string(number) + " non è del suo indice");
     }
-    prefix_ = load16(bytes + 24);
+    prefix_ = load16(bytes + prefix_at);
     const std::size_t least = row_size + 1 + (leaf_ ? 0 : child_size);
     // The mask is read in words of 8 bytes, the last one filled up with zeros.
     std::array<std::uint8_t, (mask_size + 7) / 8 * 8> mask{};
@@ -150,25 +147,52 @@ std::vector<IndexChild> read_children(const IndexPage& node) {
     return children;
 }
 
-bool entries_fit(const std::vector<Key>& entries, std::size_t from, std::size_t to) {
-    const std::size_t size = total_size(entries, from, to);
-    if (size <= entries_room) return true;
-    return size - (to - from - 1) * shared_prefix(entries, from, to) <= entries_room;
+void append_row(Key& key, RowPointer row) {
+    append_big_endian(key, row.page, 3);
+    key.push_back(row.row);
+}
+
+void append_child(Key& entry, PageNumber child) { append_big_endian(entry, child, child_size); }
+
+bool EntryRoom::add(const Key& entry) {
+    const std::size_t prefix =
+        count_ == 0 ? sharable(entry) : std::min({prefix_, sharable(entry), common_prefix(first_, entry)});
+    const std::size_t size = size_ + entry.size();
+    // Nodes share no prefix.
+    const std::size_t saved = type_ == PageType::index_leaf ? count_ * prefix : 0;
+    if (size - saved > entries_room) return false;
+    if (count_ == 0) first_ = entry;
+    ++count_;
+    size_ = size;
+    prefix_ = prefix;
+    return true;
+}
+
+bool entries_fit(PageType type, const std::vector<Key>& entries, std::size_t from, std::size_t to) {
+    if (total_size(entries, from, to) <= entries_room) return true;
+    EntryRoom room(type);
+    for (std::size_t i = from; i < to; ++i)
+        if (!room.add(entries[i])) return false;
+    return true;
 }
 
 void write_index_page(Page& page, PageType type, PageNumber table, const std::vector<Key>& entries,
-                      std::size_t from, std::size_t to, PageNumber previous, PageNumber next,
-                      PageNumber tail) {
-    const std::size_t prefix =
-        total_size(entries, from, to) <= entries_room ? 0 : shared_prefix(entries, from, to);
+                      std::size_t from, std::size_t to, const IndexLinks& links) {
+    std::size_t prefix = 0;
+    if (total_size(entries, from, to) >
+        entries_room) { // sorted, so that the first and the last tell what all share
+        prefix = common_prefix(entries[from], entries[to - 1]);
+        for (std::size_t i = from; i < to; ++i) prefix = std::min(prefix, sharable(entries[i]));
+    }
     page.fill(0);
-    page[0] = static_cast<std::uint8_t>(type);
-    page[1] = 1;
-    store32(page.data() + 4, table);
-    store32(page.data() + 12, previous);
-    store32(page.data() + 16, next);
-    store32(page.data() + 20, tail);
-    store16(page.data() + 24, static_cast<std::uint32_t>(prefix));
+    page[format::page::type_at] = static_cast<std::uint8_t>(type);
+    page[format::page::mark_at] = format::page::mark;
+    store32(page.data() + format::page::owner_at, table);
+    store32(page.data() + previous_at, links.previous);
+    store32(page.data() + next_at, links.next);
+    store32(page.data() + tail_at, links.tail);
+    store16(page.data() + prefix_at, static_cast<std::uint32_t>(prefix));
+    if (type == PageType::index_node) page[node_mark_at] = node_mark;
     std::size_t at = 0;
     for (std::size_t i = from; i < to; ++i) {
         const std::size_t skipped = i == from ? 0 : prefix;
@@ -177,7 +201,7 @@ void write_index_page(Page& page, PageType type, PageNumber table, const std::ve
         at += entries[i].size() - skipped;
         page[mask_at + at / 8] |= static_cast<std::uint8_t>(1U << (at % 8));
     }
-    store16(page.data() + 2, static_cast<std::uint32_t>(entries_room - at));
+    store16(page.data() + format::page::free_bytes_at, static_cast<std::uint32_t>(entries_room - at));
 }
 
 } // namespace tarvello::store::access

@@ -9,11 +9,6 @@
 /// with the child's page.
 namespace tarvello::store::access {
 
-inline constexpr std::size_t entries_at = 480;
-inline constexpr std::size_t entries_room = page_size - entries_at;
-/// An entry may not be longer: two must fit on a page.
-inline constexpr std::size_t max_entry_size = 1700;
-
 /// A page to be read. It keeps the page.
 class IndexPage {
 public:
@@ -23,9 +18,9 @@ public:
 
     bool is_leaf() const { return leaf_; }
     std::size_t size() const { return ends_.size(); }
-    PageNumber previous() const { return load32(page_->data() + 12); }
-    PageNumber next() const { return load32(page_->data() + 16); }
-    PageNumber tail() const { return load32(page_->data() + 20); }
+    PageNumber previous() const { return load32(page_->data() + format::index_page::previous_at); }
+    PageNumber next() const { return load32(page_->data() + format::index_page::next_at); }
+    PageNumber tail() const { return load32(page_->data() + format::index_page::tail_at); }
 
     /// A whole entry: of a leaf with the row, of a node with the row and the child.
     void entry(std::size_t index, Key& into) const;
@@ -56,13 +51,37 @@ struct IndexChild {
 /// The children of a node, the tail child last.
 std::vector<IndexChild> read_children(const IndexPage& node);
 
-/// How many of the entries from `from` on fit on one page.
-/// @param entries  in their order
-bool entries_fit(const std::vector<Key>& entries, std::size_t from, std::size_t to);
+/// The end of a whole entry: the row, and of a node's the child.
+void append_row(Key& key, RowPointer row);
+void append_child(Key& entry, PageNumber child);
 
-/// Writes a page anew, its neighbours included in the head.
+/// The entries of a page to be, which come in their order: tells how many fit.
+class EntryRoom {
+public:
+    explicit EntryRoom(PageType type) : type_(type) {}
+    /// Counts one more entry in. @return false if the page cannot take it; then nothing has changed
+    bool add(const Key& entry);
+
+private:
+    PageType type_;
+    Key first_;
+    std::size_t count_ = 0;
+    std::size_t size_ = 0;   // without a shared prefix
+    std::size_t prefix_ = 0; // that all share
+};
+
+/// True if the entries fit on one page.
+bool entries_fit(PageType type, const std::vector<Key>& entries, std::size_t from, std::size_t to);
+
+/// What a page says of its neighbours, 0 for none.
+struct IndexLinks {
+    PageNumber previous = 0;
+    PageNumber next = 0;
+    PageNumber tail = 0; ///< of a node: the child that stands in no entry
+};
+
+/// Writes a page anew.
 void write_index_page(Page& page, PageType type, PageNumber table, const std::vector<Key>& entries,
-                      std::size_t from, std::size_t to, PageNumber previous, PageNumber next,
-                      PageNumber tail);
+                      std::size_t from, std::size_t to, const IndexLinks& links);
 
 } // namespace tarvello::store::access

@@ -7,6 +7,10 @@ namespace tarvello::store::access {
 
 /// Adds and removes the entries of one index: splits full pages, drops empty ones, and keeps what the nodes
 /// above say of them. The root keeps its page.
+///
+/// Every child of a node stands in an entry, but for the nodes on the right edge of the index: their last
+/// child is the tail child, which stands in none, so that keys that only ever grow change nothing above their
+/// leaf. Such a node has an entry at least.
 class IndexWriter {
 public:
     IndexWriter(PageStore& store, PageAllocator& allocator, const IndexDefinition& index)
@@ -17,11 +21,16 @@ public:
     void insert(KeyView key, RowPointer row);
     /// @throws Failure if the entry is not there
     void erase(KeyView key, RowPointer row);
+    /// Puts all entries into an index that has none.
+    /// @param entries  keys with their rows, in order
+    void fill(const std::vector<Key>& entries);
 
     /// A key with the row behind it, as a leaf holds it.
+    /// @throws Failure if the key is too long for an index
     static Key entry_of(KeyView key, RowPointer row);
 
 private:
+    using Children = std::vector<IndexChild>;
     struct Change {
         Key entry;
         bool insert = true;
@@ -29,7 +38,7 @@ private:
     /// What stands in the place of a page after a change below it.
     struct Outcome {
         bool unchanged = true; ///< the page still ends with the same entry: nothing to tell its parent
-        std::vector<IndexChild> pages;
+        Children pages;
     };
     /// A page that is written anew, from its old head.
     struct Place {
@@ -43,20 +52,23 @@ private:
     Outcome change_below(PageNumber number, bool rightmost, const Change& change, int depth);
     Outcome change_leaf(const Place& place, const IndexPage& page, const Change& change);
     Outcome change_node(const Place& place, const IndexPage& page, const Change& change, int depth);
-    std::vector<IndexChild> write_leaves(const Place& place, const std::vector<Key>& entries);
-    std::vector<IndexChild> write_nodes(const Place& place, std::vector<IndexChild> children);
-    /// A node with the tail child in no entry on the right edge, all children in entries elsewhere.
-    void write_node(PageNumber number, const std::vector<IndexChild>& children, std::size_t from,
-                    std::size_t to, PageNumber previous, PageNumber next, bool rightmost);
+    bool mend_right_edge(Children& children);
+    Children write_leaves(const Place& place, const std::vector<Key>& entries);
+    Children write_leaves(const Place& place, const std::vector<Key>& entries,
+                          const std::vector<std::size_t>& ends);
+    Children write_nodes(const Place& place, const Children& children);
+    void write_node(const Place& place, const Children& children);
     /// Where the entries are cut so that each piece fits on a page: the ends of the pieces.
-    static std::vector<std::size_t> pieces(const std::vector<Key>& entries, bool appended);
-    static void split(const std::vector<Key>& entries, std::size_t from, std::size_t to,
+    static std::vector<std::size_t> pieces(PageType type, const std::vector<Key>& entries, bool appended);
+    static void split(PageType type, const std::vector<Key>& entries, std::size_t from, std::size_t to,
                       std::vector<std::size_t>& ends);
 
     bool is_node(PageNumber number);
     Key last_entry(PageNumber number);
+    Place place_of(PageNumber number, bool rightmost);
     PageNumber take_page();
     void drop_page(PageNumber number);
+    void unlink(const Place& place);
     void set_previous(PageNumber number, PageNumber previous);
     void set_next(PageNumber number, PageNumber next);
     void lift_only_child();

@@ -8,13 +8,9 @@
 namespace tarvello::store::access {
 namespace {
 
-constexpr std::size_t head_size = 12;
-constexpr std::uint32_t size_mask = 0x3FFFFFFF;
-constexpr std::uint32_t inline_kind = 0x80000000;
-constexpr std::uint32_t one_row_kind = 0x40000000;
-constexpr std::size_t most_inline = 64;
-constexpr std::size_t most_compressed = 1024; // of the bytes without compression
-constexpr std::size_t most_in_chain_row = data_page::max_long_row_size - 4;
+using namespace format::long_value;
+
+constexpr std::size_t most_in_chain_row = data_page::max_long_row_size - link_size;
 
 /// A row of a page of long values. The page is kept while the bytes are read.
 Bytes long_row(const Page& page, RowPointer place) {
@@ -34,7 +30,7 @@ void read_memo(PageStore& store, Bytes stored, std::string& into) {
         decode_text(part(stored, head_size, size), into);
         return;
     }
-    RowPointer next = RowPointer::from_word(checked32(stored, 4));
+    RowPointer next = RowPointer::from_word(checked32(stored, place_at));
     if ((word & one_row_kind) != 0) {
         const PageRef page = store.read(next.page);
         const Bytes row = long_row(*page, next);
@@ -50,9 +46,10 @@ void read_memo(PageStore& store, Bytes stored, std::string& into) {
         const PageRef page = store.read(next.page);
         const Bytes row = long_row(*page, next);
         next = RowPointer::from_word(checked32(row, 0));
-        if (row.size() == 4) throw damaged("un testo lungo non è intero");
-        const std::size_t count = std::min(row.size() - 4, size - bytes.size());
-        bytes.insert(bytes.end(), row.begin() + 4, row.begin() + 4 + static_cast<std::ptrdiff_t>(count));
+        if (row.size() == link_size) throw damaged("un testo lungo non è intero");
+        const std::size_t count = std::min(row.size() - link_size, size - bytes.size());
+        const Bytes own = row.subspan(link_size, count);
+        bytes.insert(bytes.end(), own.begin(), own.end());
     }
     decode_text(bytes, into);
 }
@@ -75,31 +72,30 @@ std::vector<std::uint8_t> LongValues::write(std::string_view text, const ColumnD
     }
     if (bytes.size() <= data_page::max_long_row_size) {
         store32(stored.data(), one_row_kind | size);
-        store32(stored.data() + 4, space(column).add_row(bytes).word());
+        store32(stored.data() + place_at, space(column).add_row(bytes).word());
         return stored;
     }
-    // Each row points to the next, so the last is written first. Each starts a page: there are readers that
-    // take the end of a row of a chain from the slot before it as it stands, flags and all, if that row is
-    // deleted.
+    // Each row points to the next, so the last is written first. Each has a page of its own, as Access has
+    // it. The stamp of the value and that of its first page stay 0 alike.
     store32(stored.data(), size);
     std::uint32_t next = 0;
     std::size_t end = bytes.size();
     while (end > 0) {
         const std::size_t count = end % most_in_chain_row == 0 ? most_in_chain_row : end % most_in_chain_row;
-        std::vector<std::uint8_t> row(4 + count);
+        std::vector<std::uint8_t> row(link_size + count);
         store32(row.data(), next);
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(end - count), count, row.begin() + 4);
-        next = space(column).add_first_row(row).word();
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(end - count), count, row.begin() + link_size);
+        next = space(column).add_only_row(row).word();
         end -= count;
     }
-    store32(stored.data() + 4, next);
+    store32(stored.data() + place_at, next);
     return stored;
 }
 
 void LongValues::free(Bytes stored, const ColumnDefinition& column) {
     const std::uint32_t word = checked32(stored, 0);
     if ((word & inline_kind) != 0) return;
-    RowPointer place = RowPointer::from_word(checked32(stored, 4));
+    RowPointer place = RowPointer::from_word(checked32(stored, place_at));
     if ((word & one_row_kind) != 0) {
         erase_row(place, column);
         return;
@@ -118,7 +114,7 @@ FreeSpace LongValues::space(const ColumnDefinition& column) {
             UsageMap(store_, *column.long_pages),
             UsageMap(store_, *column.long_free_pages),
             data_page::long_value_owner,
-            least_long_row};
+            least_row};
 }
 
 void LongValues::erase_row(RowPointer row, const ColumnDefinition& column) {

@@ -8,14 +8,14 @@
 namespace tarvello::store::access {
 namespace {
 
-/// True if somebody has the file open in Access, which keeps a lock file beside it as long.
-bool open_in_access(const std::string& path) {
+/// The lock file that Access keeps beside a file as long as somebody has it open; empty if there is none.
+std::string access_lock(const std::string& path) {
     const std::filesystem::path file(File::real_path(path));
     for (const char* extension : {".ldb", ".LDB", ".Ldb"}) {
         std::filesystem::path lock = file;
-        if (File::exists(lock.replace_extension(extension).string())) return true;
+        if (File::exists(lock.replace_extension(extension).string())) return lock.string();
     }
-    return false;
+    return {};
 }
 
 } // namespace
@@ -34,17 +34,25 @@ PageStore::PageStore(const std::string& path, FileWatch* watch)
             throw Failure(access_failure::read_only, source,
                           "Una scrittura interrotta va prima annullata, ma non si può. " + reason);
         }
-        Journal::roll_back(*file_, watch_);
+        notice_ = Journal::roll_back(*file_, watch_, Journal::Origin::found);
     }
     forget();
 }
 
-PageStore::~PageStore() { mend(); }
+PageStore::PageStore(NewFile, const std::string& path, FileWatch* watch)
+    : watch_(watch), journaling_(false), file_(std::make_unique<File>(path, File::Mode::create_new, watch)) {
+    forget();
+}
+
+PageStore::~PageStore() {
+    roll_back();
+    mend();
+}
 
 bool PageStore::mend() {
     if (!broken_) return true;
     try {
-        Journal::roll_back(*file_, watch_);
+        Journal::roll_back(*file_, watch_, Journal::Origin::own);
         forget();
     } catch (const Failure&) {
         return false; // the journal stays: the next statement tries again, or the next opening
@@ -70,22 +78,30 @@ bool PageStore::notice_others() {
                       "Il file \"" + file_->path() +
                           "\" è stato spostato, cancellato o sostituito: va riaperto.");
     }
-    if (!mend()) fail_for_broken();
-    if (file_->stamp() == stamp_) return false;
+    mend();
+    need_known();
+    if (changing_ || file_->stamp() == stamp_) return false;
     forget();
     return true;
 }
 
-void PageStore::fail_for_broken() const {
+void PageStore::need_known() const {
+    if (unknown_) throw OutcomeUnknown();
+    if (!broken_) return;
     throw Failure(access_failure::file, source,
                   "L'ultima scrittura nel file \"" + file_->path() +
                       "\" non è riuscita e non si è ancora potuta annullare.");
 }
 
 std::string PageStore::why_read_only() const {
-    if (open_in_access(file_->path())) {
-        return "Il file \"" + file_->path() +
-               "\" è aperto in Access da un utente: per ora è possibile soltanto leggerlo.";
+    if (const std::string lock = access_lock(file_->path()); !lock.empty()) {
+        const std::string subject = "Il file \"" + file_->path() + "\" ";
+        if (File::is_held(lock))
+            return subject + "è aperto in Access da un utente: per ora è possibile soltanto leggerlo.";
+        return subject +
+               "risulta aperto in Access, ma nessun programma di questo computer lo tiene aperto. Se "
+               "nessuno lo sta usando nemmeno da un altro computer, basta cancellare il file \"" +
+               lock + "\" che Access vi ha lasciato accanto; fino ad allora è possibile soltanto leggerlo.";
     }
     if (read_only_file_ || !File::writable(file_->path())) {
         return "Il file \"" + file_->path() + "\" è di sola lettura.";
@@ -94,7 +110,7 @@ std::string PageStore::why_read_only() const {
 }
 
 PageRef PageStore::read(PageNumber number) {
-    if (broken_) fail_for_broken();
+    need_known();
     if (changing_) {
         if (const auto found = changed_.find(number); found != changed_.end()) return found->second;
     }
@@ -164,18 +180,18 @@ PageNumber PageStore::append() {
 }
 
 void PageStore::write_changed() {
-    const bool first = !journal_;
-    if (first) {
-        journal_ = std::make_unique<Journal>(*file_, count_before_, watch_);
-        journaled_.assign(count_before_, false);
+    if (journaling_) {
+        if (!journal_) {
+            journal_ = std::make_unique<Journal>(*file_, count_before_, watch_);
+            journaled_.assign(count_before_, false);
+        }
+        std::vector<PageNumber> old;
+        for (const auto& [number, page] : changed_) {
+            if (number < count_before_ && !journaled_[number]) old.push_back(number);
+        }
+        journal_->keep(*file_, old, changed_);
+        for (const PageNumber number : old) journaled_[number] = true;
     }
-    std::vector<PageNumber> old;
-    for (const auto& [number, page] : changed_) {
-        if (number < count_before_ && !journaled_[number]) old.push_back(number);
-    }
-    // The first time even without an old page: a file that only grew is cut again.
-    if (first || !old.empty()) journal_->keep(*file_, old);
-    for (const PageNumber number : old) journaled_[number] = true;
     for (auto& [number, page] : changed_) {
         file_->write(std::uint64_t{number} * page_size, *page);
         put_in_cache(number, page);
@@ -189,14 +205,20 @@ void PageStore::relieve() {
 }
 
 void PageStore::commit() {
-    if (changed_.empty() && !journal_) {
+    if (changed_.empty() && !journal_ && journaling_) {
         changing_ = false;
         return;
     }
     try {
         write_changed();
         file_->sync();
-        journal_->finish();
+        if (journal_) journal_->finish();
+    } catch (const OutcomeUnknown&) {
+        unknown_ = true;
+        changing_ = false;
+        changed_.clear();
+        journal_.reset();
+        throw;
     } catch (const Failure&) {
         roll_back();
         throw;

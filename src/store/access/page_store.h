@@ -5,7 +5,6 @@
 #include "store/access/journal.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,9 +23,16 @@ public:
     /// @param watch  may be null
     /// @throws Failure if it cannot be opened or another program has it
     PageStore(const std::string& path, FileWatch* watch);
+    struct NewFile {};
+    /// Makes a file without pages, whose changes go without a journal: nobody reads it before it is whole.
+    /// @throws Failure if there is such a file, or it cannot be made
+    PageStore(NewFile, const std::string& path, FileWatch* watch);
     ~PageStore();
     PageStore(const PageStore&) = delete;
     PageStore& operator=(const PageStore&) = delete;
+
+    /// What the user must be told of the file as it was opened; empty for nothing.
+    const std::string& notice() const { return notice_; }
 
     PageNumber page_count() const { return page_count_; }
     /// A page as it stands, changes under way included.
@@ -41,10 +47,12 @@ public:
     PageNumber append();
     /// Writes the changed pages if they have become many. No page got from edit() is valid after it.
     void relieve();
-    /// Makes the change last. @throws Failure, with the old state restored
+    /// Makes the change last. @throws Failure, with the old state restored; OutcomeUnknown, after which
+    /// nothing is done any more: only opening the file anew finds out
     void commit();
     /// Back to the state at begin().
     void roll_back();
+    bool is_changing() const { return changing_; }
 
     /// Forgets what it knows if another program has written to the file. @return true if so
     /// @throws Failure if the path does not lead to the file any more, or a write that failed cannot be
@@ -68,17 +76,20 @@ private:
     void forget();
     void write_changed();
     std::string why_read_only() const;
+    void need_known() const;
     /// Restores the old state if a write has failed and its undoing too. @return false if it fails again
     bool mend();
-    [[noreturn]] void fail_for_broken() const;
 
     FileWatch* watch_;
     bool read_only_file_ = false;
+    bool journaling_ = true;
     std::unique_ptr<File> file_;
+    std::string notice_;
     PageNumber page_count_ = 0;
     std::uint64_t stamp_ = 0;
-    bool ragged_ = false; // the size is no multiple of a page
-    bool broken_ = false; // the old state has not been restored yet, see mend()
+    bool ragged_ = false;  // the size is no multiple of a page
+    bool broken_ = false;  // the old state has not been restored yet, see mend()
+    bool unknown_ = false; // whether the last change is on the disk
 
     std::vector<Frame> frames_;
     std::vector<std::uint16_t> frame_of_page_; // by page number, 0 = none, else the frame + 1
@@ -86,7 +97,7 @@ private:
 
     bool changing_ = false;
     PageNumber count_before_ = 0;
-    std::map<PageNumber, std::shared_ptr<Page>> changed_;
+    Journal::Pages changed_;
     std::vector<bool> journaled_; // by page number
     std::unique_ptr<Journal> journal_;
     std::uint64_t change_count_ = 0;

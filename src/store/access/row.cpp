@@ -1,14 +1,18 @@
 #include "store/access/row.h"
 
 #include "store/access/stored_text.h"
+#include "store/table.h"
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace tarvello::store::access {
 namespace {
+
+using namespace format::row;
 
 std::size_t mask_size(std::uint32_t columns) { return (columns + 7) / 8; }
 
@@ -31,9 +35,24 @@ ValueView date_value(double days) {
     return Date(first_day + std::chrono::days(static_cast<int>(whole)));
 }
 
+/// The number of the fewest digits that is stored as this one: 0,01 and not 0,00999999977648258.
+double as_typed(float number) {
+    char digits[32];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number);
+    double value = 0;
+    if (std::from_chars(digits, end.ptr, value).ec != std::errc{}) return number;
+    return value;
+}
+
 [[noreturn]] void fail_for_range(const ColumnDefinition& column) {
     throw Failure(failure_number::overflow, source,
                   "Il numero è troppo grande per la colonna " + column.name + ".");
+}
+
+std::vector<std::uint8_t> bytes_of(std::uint64_t value) {
+    std::vector<std::uint8_t> bytes(sizeof value);
+    store64(bytes.data(), value);
+    return bytes;
 }
 
 std::vector<std::uint8_t> whole_number(std::int64_t value, const ColumnDefinition& column, std::size_t size) {
@@ -41,36 +60,33 @@ std::vector<std::uint8_t> whole_number(std::int64_t value, const ColumnDefinitio
     const std::int64_t low = column.type == StoredType::byte ? 0 : -(std::int64_t{1} << bits);
     const std::int64_t high = column.type == StoredType::byte ? 255 : (std::int64_t{1} << bits) - 1;
     if (value < low || value > high) fail_for_range(column);
-    std::vector<std::uint8_t> bytes(8);
-    store64(bytes.data(), static_cast<std::uint64_t>(value));
+    std::vector<std::uint8_t> bytes = bytes_of(static_cast<std::uint64_t>(value));
     bytes.resize(size);
     return bytes;
 }
 
-double number_of(const Value& value) {
+double number_of(const ValueView& value) {
     if (const auto* whole = std::get_if<std::int64_t>(&value)) return static_cast<double>(*whole);
     return std::get<double>(value);
 }
 
-std::vector<std::uint8_t> double_bytes(double value) {
-    std::vector<std::uint8_t> bytes(8);
-    store64(bytes.data(), std::bit_cast<std::uint64_t>(value));
-    return bytes;
-}
+std::vector<std::uint8_t> double_bytes(double value) { return bytes_of(std::bit_cast<std::uint64_t>(value)); }
 
 } // namespace
 
 RowView::RowView(Bytes bytes, const TableDefinition& table) : bytes_(bytes), columns_(checked16(bytes, 0)) {
     const std::size_t mask = mask_size(columns_);
-    if (columns_ == 0 || bytes.size() < 2 + mask) throw damaged("una riga è troppo corta");
+    if (columns_ == 0 || bytes.size() < fixed_at + mask) throw damaged("una riga è troppo corta");
     mask_at_ = bytes.size() - mask;
     fixed_end_ = mask_at_;
-    if (table.variable_columns == 0) return;
-    if (mask_at_ < 4) throw damaged("una riga è troppo corta");
-    count_at_ = mask_at_ - 2;
+    // A row that is older than all columns of variable length has neither their number nor their places.
+    if (columns_ <= table.first_variable) return;
+    if (mask_at_ < fixed_at + word_size) throw damaged("una riga è troppo corta");
+    count_at_ = mask_at_ - word_size;
     variable_count_ = load16(bytes.data() + count_at_);
-    if (count_at_ < 2 + 2 * (std::size_t{variable_count_} + 1)) throw damaged("una riga è troppo corta");
-    fixed_end_ = count_at_ - 2 * (std::size_t{variable_count_} + 1);
+    const std::size_t places = word_size * (std::size_t{variable_count_} + 1);
+    if (count_at_ < fixed_at + places) throw damaged("una riga è troppo corta");
+    fixed_end_ = count_at_ - places;
 }
 
 bool RowView::has_value(const ColumnDefinition& column) const {
@@ -81,15 +97,15 @@ bool RowView::has_value(const ColumnDefinition& column) const {
 std::optional<Bytes> RowView::stored(const ColumnDefinition& column) const {
     if (column.type == StoredType::yes_no) return Bytes();
     if (!has_value(column)) return std::nullopt;
-    if (column.fixed) {
-        const std::size_t at = 2 + std::size_t{column.fixed_place};
+    if (column.fixed()) {
+        const std::size_t at = fixed_at + std::size_t{column.fixed_place};
         if (at + column.length > fixed_end_) throw damaged("un valore esce dalla sua riga");
         return bytes_.subspan(at, column.length);
     }
     if (column.variable_place >= variable_count_) return std::nullopt;
-    const std::uint8_t* starts = bytes_.data() + count_at_ - 2;
-    const std::size_t start = load16(starts - 2 * column.variable_place);
-    const std::size_t end = load16(starts - 2 * (column.variable_place + 1));
+    const std::uint8_t* starts = bytes_.data() + count_at_ - word_size;
+    const std::size_t start = load16(starts - word_size * column.variable_place);
+    const std::size_t end = load16(starts - word_size * (column.variable_place + 1));
     if (start > end || end > fixed_end_) throw damaged("un valore esce dalla sua riga");
     return bytes_.subspan(start, end - start);
 }
@@ -104,9 +120,9 @@ ValueView fixed_value(Bytes stored, const ColumnDefinition& column) {
     case StoredType::integer32:
         return std::int64_t{static_cast<std::int32_t>(checked32(stored, 0))};
     case StoredType::currency:
-        return static_cast<double>(static_cast<std::int64_t>(load64(part(stored, 0, 8).data()))) / 10000.0;
+        return Amount{static_cast<std::int64_t>(load64(part(stored, 0, 8).data()))};
     case StoredType::single_float:
-        return static_cast<double>(load_float(part(stored, 0, 4).data()));
+        return as_typed(load_float(part(stored, 0, 4).data()));
     case StoredType::double_float:
         return load_double(part(stored, 0, 8).data());
     case StoredType::date:
@@ -131,7 +147,7 @@ std::string guid_text(Bytes stored) {
     return text + "}";
 }
 
-std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition& column) {
+std::vector<std::uint8_t> store_value(const ValueView& value, const ColumnDefinition& column) {
     switch (column.type) {
     case StoredType::yes_no:
         return {};
@@ -141,13 +157,8 @@ std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition
         return whole_number(std::get<std::int64_t>(value), column, 2);
     case StoredType::integer32:
         return whole_number(std::get<std::int64_t>(value), column, 4);
-    case StoredType::currency: {
-        const double scaled = std::nearbyint(number_of(value) * 10000.0); // half to even, as ever set
-        if (!(std::abs(scaled) < 9.2e18)) fail_for_range(column);
-        std::vector<std::uint8_t> bytes(8);
-        store64(bytes.data(), static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled)));
-        return bytes;
-    }
+    case StoredType::currency:
+        return bytes_of(static_cast<std::uint64_t>(std::get<Amount>(value).ten_thousandths));
     case StoredType::single_float: {
         const double number = number_of(value);
         if (!(std::abs(number) <= std::numeric_limits<float>::max())) fail_for_range(column);
@@ -162,12 +173,9 @@ std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition
         return double_bytes(static_cast<double>(days.count()));
     }
     case StoredType::text: {
-        const std::string& text = std::get<std::string>(value);
-        if (encode_utf16(text).size() > column.length) {
-            throw Failure(access_failure::too_long, source,
-                          "Il testo è troppo lungo per la colonna " + column.name +
-                              ", che tiene al massimo " + std::to_string(column.length / 2) + " caratteri.");
-        }
+        const auto text = std::get<std::string_view>(value);
+        const std::size_t width = column.length / sizeof(char16_t);
+        if (utf8::utf16_length(text) > width) fail_for_width(column.name, width);
         return encode_text(text, column.may_be_compressed);
     }
     default:
@@ -175,37 +183,45 @@ std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition
     }
 }
 
+std::size_t least_row_size(const TableDefinition& table) {
+    std::size_t size = fixed_at + table.fixed_size + mask_size(table.row_columns);
+    if (table.row_columns > table.first_variable)
+        size += word_size * (std::size_t{table.variable_columns} + 2);
+    return size;
+}
+
 std::vector<std::uint8_t> build_row(const StoredValues& values, const TableDefinition& table,
                                     std::size_t least_size) {
-    std::vector<std::uint8_t> row(2 + table.fixed_size, 0);
+    std::vector<std::uint8_t> row(fixed_at + table.fixed_size, 0);
     store16(row.data(), table.row_columns);
     std::vector<std::uint8_t> mask(mask_size(table.row_columns), 0);
     std::vector<std::size_t> by_place(table.variable_columns, table.columns.size());
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const ColumnDefinition& column = table.columns[i];
-        if (!column.fixed) by_place[column.variable_place] = i;
+        if (!column.fixed()) by_place[column.variable_place] = i;
         if (!values[i]) continue;
         mask[column.number / 8] |= static_cast<std::uint8_t>(1U << (column.number % 8));
-        if (!column.fixed || column.type == StoredType::yes_no) continue;
-        std::copy(values[i]->begin(), values[i]->end(), row.begin() + 2 + column.fixed_place);
+        if (!column.fixed() || column.type == StoredType::yes_no) continue;
+        std::copy(values[i]->begin(), values[i]->end(), row.begin() + fixed_at + column.fixed_place);
     }
-    std::vector<std::size_t> starts;
-    for (const std::size_t column : by_place) {
-        starts.push_back(row.size());
-        if (column < values.size() && values[column]) {
-            row.insert(row.end(), values[column]->begin(), values[column]->end());
+    if (table.row_columns > table.first_variable) {
+        std::vector<std::size_t> words; // the places as they stand behind the values
+        for (const std::size_t column : by_place) {
+            words.push_back(row.size());
+            if (column < values.size() && values[column]) {
+                row.insert(row.end(), values[column]->begin(), values[column]->end());
+            }
+        }
+        words.push_back(row.size());
+        std::ranges::reverse(words);
+        words.push_back(by_place.size());
+        const std::size_t tail = word_size * words.size() + mask.size();
+        if (row.size() + tail < least_size) row.resize(least_size - tail, 0);
+        for (const std::size_t word : words) {
+            row.push_back(static_cast<std::uint8_t>(word));
+            row.push_back(static_cast<std::uint8_t>(word >> 8));
         }
     }
-    const std::size_t data_end = row.size();
-    const std::size_t tail = 2 + 2 * starts.size() + 2 + mask.size();
-    if (row.size() + tail < least_size) row.resize(least_size - tail, 0);
-    const auto put16 = [&row](std::size_t word) {
-        row.push_back(static_cast<std::uint8_t>(word));
-        row.push_back(static_cast<std::uint8_t>(word >> 8));
-    };
-    put16(data_end);
-    for (std::size_t i = starts.size(); i > 0; --i) put16(starts[i - 1]);
-    put16(starts.size());
     row.insert(row.end(), mask.begin(), mask.end());
     return row;
 }

@@ -44,7 +44,10 @@ using StoredValues = std::vector<std::optional<std::vector<std::uint8_t>>>;
 
 /// The stored bytes of a value. Long values are not made here.
 /// @throws Failure if the column cannot hold it
-std::vector<std::uint8_t> store_value(const Value& value, const ColumnDefinition& column);
+std::vector<std::uint8_t> store_value(const ValueView& value, const ColumnDefinition& column);
+
+/// The size of the smallest row of a table.
+std::size_t least_row_size(const TableDefinition& table);
 
 /// Puts a row together.
 /// @param least_size  it is filled up to this size

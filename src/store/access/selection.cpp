@@ -11,7 +11,7 @@ namespace {
 
 /// Above every entry of a key, and below those of the next key.
 Key above(Key key) {
-    key.append(5, 0xFF);
+    key.append(format::index_page::row_size + 1, 0xFF);
     return key;
 }
 
@@ -128,7 +128,8 @@ Selection::~Selection() = default;
 bool Selection::walkable(const IndexDefinition& index) const {
     if (index.columns.size() != 1 || !index.columns[0].ascending || index.ignores_nulls()) return false;
     const ColumnDefinition& column = table_->definition->columns[index.columns[0].column];
-    return column.type != StoredType::text && key_is_known(column);
+    // Texts sort in another order than the program's, and yes comes before no.
+    return column.type != StoredType::text && column.type != StoredType::yes_no && key_is_known(column);
 }
 
 std::unique_ptr<Selection::Source> Selection::natural_order() {
@@ -150,7 +151,7 @@ std::unique_ptr<Selection::Source> Selection::make_source(const Places& places, 
             const auto key = number_key(*number, definition.columns[column], true);
             if (!key) continue;
             const Comparison how = condition.comparison;
-            Key low{0x01}; // above the nulls, which no condition holds for
+            Key low{format::key::above_null}; // which no condition holds for
             if (how == Comparison::equal || how == Comparison::greater_or_equal) low = *key;
             if (how == Comparison::greater) low = above(*key);
             range.low = std::max(range.low, low);
@@ -206,6 +207,8 @@ std::unique_ptr<Selection::Source> Selection::sorted(std::unique_ptr<Source> row
             if (by.column_type() == ColumnType::text) result->texts.push_back(fold_case(text));
             if (const auto* whole = std::get_if<std::int64_t>(&value)) item.number = *whole;
             if (const auto* number = std::get_if<double>(&value)) item.number = ordered(*number);
+            if (const auto* amount = std::get_if<Amount>(&value)) item.number = amount->ten_thousandths;
+            if (const auto* yes = std::get_if<bool>(&value)) item.number = *yes ? 1 : 0;
             if (const auto* date = std::get_if<Date>(&value)) {
                 item.number = std::chrono::sys_days(*date).time_since_epoch().count();
             }

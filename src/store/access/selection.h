@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/access/access_file.h"
 #include "store/access/conditions.h"
 #include "store/access/index_cursor.h"
 #include "store/access/table_rows.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/access/page_store.h"
+#include "store/access/format.h"
 #include "store/value.h"
 
 #include <optional>
@@ -13,12 +13,11 @@ struct ColumnDefinition {
     std::string name;
     StoredType type = StoredType::text;
     bool known_type = true; ///< the type is one of StoredType
-    bool fixed = false;
-    bool may_be_null = true;
-    bool autonumber = false;
+    std::uint8_t flags = format::column::nullable_flag;
     bool may_be_compressed = false;
     std::uint32_t number = 0;         ///< its bit in the null mask
     std::uint32_t variable_place = 0; ///< in the variable table of a row
+    std::uint32_t ordinal = 0;        ///< its place where columns are shown
     std::uint32_t fixed_place = 0;    ///< among the fixed data
     std::uint32_t length = 0;         ///< in bytes
     std::uint32_t sort_order = 0;     ///< of texts: language and version
@@ -28,6 +27,11 @@ struct ColumnDefinition {
     std::optional<RowPointer> long_free_pages;
 
     ColumnType column_type() const;
+    bool fixed() const { return (flags & format::column::fixed_flag) != 0; }
+    bool may_be_null() const { return (flags & format::column::nullable_flag) != 0; }
+    bool autonumber() const {
+        return type == StoredType::integer32 && (flags & format::column::autonumber_flag) != 0;
+    }
     bool is_long() const { return type == StoredType::memo || type == StoredType::ole; }
 };
 
@@ -47,9 +51,10 @@ struct IndexDefinition {
     std::size_t number = 0;    ///< among the table's indexes
     std::string name;          ///< of the first logical index on it
 
-    bool unique() const { return (flags & 0x01) != 0; }
-    bool ignores_nulls() const { return (flags & 0x02) != 0; }
-    bool required() const { return (flags & 0x08) != 0; }
+    bool unique() const { return (flags & format::index::unique_flag) != 0; }
+    /// Rows that are null in all of its columns have no entry.
+    bool ignores_nulls() const { return (flags & format::index::ignores_nulls_flag) != 0; }
+    bool required() const { return (flags & format::index::required_flag) != 0; }
 };
 
 /// What a table is made of, read from the pages of its definition.
@@ -58,7 +63,9 @@ struct TableDefinition {
     PageNumber page = 0;
     std::uint32_t row_columns = 0;      ///< columns that a row may have, deleted ones included
     std::uint32_t variable_columns = 0; ///< the same for those of variable length
+    std::uint32_t first_variable = 0;   ///< a row of more columns than this has a part for variable ones
     std::uint32_t fixed_size = 0;       ///< bytes of a row's fixed data
+    bool system = false;                ///< one of those that Access keeps for itself
     RowPointer owned_pages;
     RowPointer free_pages;
     std::vector<ColumnDefinition> columns; ///< in the order of their numbers
@@ -69,29 +76,6 @@ struct TableDefinition {
     const IndexDefinition* index_on(std::size_t column) const;
     /// The place of a column, without regard to letter case.
     std::optional<std::size_t> find_column(std::string_view name) const;
-};
-
-/// @throws Failure if the page holds no sound definition
-TableDefinition read_table_definition(PageStore& store, PageNumber page, std::string name);
-
-/// The counts that a definition keeps, read and written where they lie.
-class TableCounts {
-public:
-    TableCounts(PageStore& store, const TableDefinition& table) : store_(store), page_(table.page) {}
-
-    std::uint32_t rows() const { return get(16); }
-    void add_rows(int difference) { change(16, difference); }
-    std::uint32_t last_autonumber() const { return get(20); }
-    void set_last_autonumber(std::uint32_t number);
-    /// The number of distinct entries of an index.
-    void add_distinct(std::size_t index, int difference) { change(63 + 12 * index + 4, difference); }
-
-private:
-    std::uint32_t get(std::size_t at) const;
-    void change(std::size_t at, int difference);
-
-    PageStore& store_;
-    PageNumber page_;
 };
 
 } // namespace tarvello::store::access

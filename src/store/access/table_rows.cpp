@@ -64,11 +64,6 @@ std::optional<RowPointer> TableWalk::next() {
     }
 }
 
-std::size_t least_row_size(const TableDefinition& table) {
-    return 2 + table.fixed_size + 2 + 2 * std::size_t{table.variable_columns} + 2 +
-           (table.row_columns + 7) / 8;
-}
-
 RowWriter::RowWriter(PageStore& store, PageAllocator& allocator, const TableDefinition& table)
     : store_(store), table_(table.page),
       space_(store, allocator, UsageMap(store, table.owned_pages), UsageMap(store, table.free_pages),

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "store/access/free_space.h"
-#include "store/access/table_definition.h"
+#include "store/access/row.h"
 
 #include <optional>
 #include <vector>
@@ -55,8 +55,5 @@ private:
     PageNumber table_;
     FreeSpace space_;
 };
-
-/// The smallest row of a table.
-std::size_t least_row_size(const TableDefinition& table);
 
 } // namespace tarvello::store::access

@@ -10,18 +10,6 @@
 namespace tarvello::store::access {
 namespace {
 
-/// A memo inside its row starts with this head; so does what stands for one outside.
-constexpr std::size_t memo_head_size = 12;
-
-std::string names_of(const IndexDefinition& index, const TableDefinition& table) {
-    std::string names;
-    for (const IndexColumn& column : index.columns) {
-        if (!names.empty()) names += ", ";
-        names += table.columns[column.column].name;
-    }
-    return names;
-}
-
 /// True if two states of a row have the same stored values in the columns of an index, and so the same key.
 bool same_columns(const IndexDefinition& index, const RowView& left, const RowView& right,
                   const TableDefinition& table) {
@@ -40,21 +28,44 @@ TableWriter::TableWriter(PageStore& store, const TableDefinition& table)
     : store_(store), table_(table), allocator_(store), rows_(store, allocator_, table),
       long_values_(store, allocator_), counts_(store, table) {}
 
-void TableWriter::insert(const std::vector<std::size_t>& columns, const std::vector<Value>& values) {
+StoredValues TableWriter::stored_values(const std::vector<std::size_t>& columns,
+                                        std::span<const ValueView> values) {
     StoredValues stored(table_.columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) set(stored, columns[i], values[i]);
+    return stored;
+}
+
+RowPointer TableWriter::add_row(StoredValues& stored, std::vector<std::uint8_t>& row) {
     number(stored);
     check_nulls(stored);
-    const std::vector<std::uint8_t> row = fitting_row(stored, 0);
-    const RowPointer place = rows_.add(row);
+    row = fitting_row(stored, 0);
+    counts_.add_rows(1);
+    return rows_.add(row);
+}
+
+void TableWriter::insert(const std::vector<std::size_t>& columns, std::span<const ValueView> values) {
+    insert_stored(stored_values(columns, values));
+}
+
+void TableWriter::insert_stored(StoredValues stored) {
+    std::vector<std::uint8_t> row;
+    const RowPointer place = add_row(stored, row);
     const RowView view(row, table_);
     for (const IndexDefinition& index : table_.indexes)
         add_to_index(index, row_key(view, index, table_), place);
-    counts_.add_rows(1);
+}
+
+void TableWriter::insert_gathering(const std::vector<std::size_t>& columns, std::span<const ValueView> values,
+                                   std::vector<IndexFilling>& fillings) {
+    StoredValues stored = stored_values(columns, values);
+    std::vector<std::uint8_t> row;
+    const RowPointer place = add_row(stored, row);
+    const RowView view(row, table_);
+    for (IndexFilling& filling : fillings) filling.add(view, place);
 }
 
 void TableWriter::update(RowPointer place, const std::vector<std::size_t>& columns,
-                         const std::vector<Value>& values) {
+                         std::span<const ValueView> values) {
     const std::vector<std::uint8_t> old = copy_of(place);
     const RowView view(old, table_);
     StoredValues stored(table_.columns.size());
@@ -104,14 +115,14 @@ std::vector<std::uint8_t> TableWriter::copy_of(RowPointer place) const {
     return {found->bytes.begin(), found->bytes.end()};
 }
 
-void TableWriter::set(StoredValues& stored, std::size_t place, const Value& value) {
+void TableWriter::set(StoredValues& stored, std::size_t place, const ValueView& value) {
     const ColumnDefinition& column = table_.columns[place];
     stored[place].reset();
     if (std::holds_alternative<std::monostate>(value)) return;
     if (column.type == StoredType::yes_no) {
-        if (std::get<std::int64_t>(value) != 0) stored[place].emplace();
+        if (std::get<bool>(value)) stored[place].emplace();
     } else if (column.type == StoredType::memo) {
-        stored[place] = long_values_.write(std::get<std::string>(value), column);
+        stored[place] = long_values_.write(std::get<std::string_view>(value), column);
     } else {
         stored[place] = store_value(value, column);
     }
@@ -120,29 +131,31 @@ void TableWriter::set(StoredValues& stored, std::size_t place, const Value& valu
 void TableWriter::number(StoredValues& stored) {
     for (std::size_t i = 0; i < table_.columns.size(); ++i) {
         const ColumnDefinition& column = table_.columns[i];
-        if (!column.autonumber || column.type != StoredType::integer32) continue;
-        const std::uint32_t last = counts_.last_autonumber();
+        if (!column.autonumber()) continue;
+        auto last = static_cast<std::int32_t>(counts_.last_autonumber());
         if (stored[i]) {
             // A number that the statement gives is passed by when the next one is given out.
-            const auto given = static_cast<std::int32_t>(load32(stored[i]->data()));
-            if (given > static_cast<std::int32_t>(last))
-                counts_.set_last_autonumber(static_cast<std::uint32_t>(given));
-            continue;
+            last = std::max(last, static_cast<std::int32_t>(load32(stored[i]->data())));
+        } else {
+            last = std::max({last, highest_number(store_, table_, i), 0});
+            if (last == std::numeric_limits<std::int32_t>::max()) {
+                throw Failure(failure_number::overflow, source,
+                              "I numeri automatici della tabella " + table_.name + " sono finiti.");
+            }
+            ++last;
+            stored[i].emplace(sizeof last);
+            store32(stored[i]->data(), static_cast<std::uint32_t>(last));
         }
-        if (last >= static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
-            throw Failure(failure_number::overflow, source,
-                          "I numeri automatici della tabella " + table_.name + " sono finiti.");
-        }
-        counts_.set_last_autonumber(last + 1);
-        stored[i].emplace(4);
-        store32(stored[i]->data(), last + 1);
+        last_number_ = static_cast<std::int32_t>(load32(stored[i]->data()));
+        if (static_cast<std::uint32_t>(last) != counts_.last_autonumber())
+            counts_.set_last_autonumber(static_cast<std::uint32_t>(last));
     }
 }
 
 void TableWriter::check_nulls(const StoredValues& stored) const {
     for (std::size_t i = 0; i < table_.columns.size(); ++i) {
         const ColumnDefinition& column = table_.columns[i];
-        if (stored[i] || column.may_be_null || column.type == StoredType::yes_no) continue;
+        if (stored[i] || column.may_be_null() || column.type == StoredType::yes_no) continue;
         throw Failure(access_failure::value_missing, source,
                       "La colonna " + column.name + " vuole un valore.");
     }
@@ -153,7 +166,9 @@ std::vector<std::uint8_t> TableWriter::fitting_row(StoredValues& stored, std::si
     // A row that is too long can still leave its short memos outside.
     for (std::size_t i = 0; i < table_.columns.size() && row.size() > data_page::max_row_size; ++i) {
         const ColumnDefinition& column = table_.columns[i];
-        if (column.type != StoredType::memo || !stored[i] || stored[i]->size() <= memo_head_size) continue;
+        if (column.type != StoredType::memo || !stored[i] ||
+            stored[i]->size() <= format::long_value::head_size)
+            continue;
         std::string text;
         read_memo(store_, *stored[i], text);
         long_values_.free(*stored[i], column);
@@ -186,37 +201,39 @@ bool TableWriter::has(const IndexDefinition& index, const RowKey& key) const {
     return cursor.first_not_below(key.bytes) && cursor.key() == KeyView(key.bytes);
 }
 
-bool TableWriter::holds(const IndexDefinition& index, const RowKey& key) const {
-    return !(index.ignores_nulls() && key.any_null);
-}
-
 void TableWriter::add_to_index(const IndexDefinition& index, const RowKey& key, RowPointer place) {
-    if (index.required() && key.any_null) {
-        throw Failure(access_failure::value_missing, source,
-                      "La colonna " + names_of(index, table_) + " vuole un valore.");
-    }
-    if (!holds(index, key)) return;
+    need_values(index, key, table_);
+    if (!belongs_to(index, key)) return;
     const bool known = has(index, key);
-    if (index.unique()) {
-        // Rows without a value do not repeat each other. With a part of a value it is not known.
-        if (key.any_null && !key.all_null) {
-            throw not_writable("L'indice " + index.name +
-                               " del file Access vuole un valore in tutte le sue colonne.");
-        }
-        if (known && !key.any_null) {
-            throw Failure(access_failure::duplicate, source,
-                          "La tabella " + table_.name + " ha già una riga con questo valore di " +
-                              names_of(index, table_) + ", che non può ripetersi.");
-        }
-    }
+    // Rows without any value do not repeat each other. Of rows with a part of one it is not known.
+    if (index.unique() && known && !key.all_null) fail_for_repeated_key(index, key, table_);
     IndexWriter(store_, allocator_, index).insert(key.bytes, place);
     if (!known) counts_.add_distinct(index.number, 1);
 }
 
 void TableWriter::remove_from_index(const IndexDefinition& index, const RowKey& key, RowPointer place) {
-    if (!holds(index, key)) return;
+    if (!belongs_to(index, key)) return;
     IndexWriter(store_, allocator_, index).erase(key.bytes, place);
     if (!has(index, key)) counts_.add_distinct(index.number, -1);
+}
+
+std::int32_t highest_number(PageStore& store, const TableDefinition& table, std::size_t place) {
+    const ColumnDefinition& column = table.columns[place];
+    const auto of_row = [&](RowPointer at) {
+        const auto found = find_row(store, table, at);
+        const auto stored = found ? RowView(found->bytes, table).stored(column) : std::nullopt;
+        return stored ? static_cast<std::int32_t>(checked32(*stored, 0)) : 0;
+    };
+    for (const IndexDefinition& index : table.indexes) {
+        if (index.columns.empty() || index.columns[0].column != place) continue;
+        IndexCursor cursor(store, index);
+        const bool found = index.columns[0].ascending ? cursor.last() : cursor.first();
+        return found ? of_row(cursor.row()) : 0;
+    }
+    std::int32_t highest = 0;
+    TableWalk walk(store, table);
+    while (const auto at = walk.next()) highest = std::max(highest, of_row(*at));
+    return highest;
 }
 
 } // namespace tarvello::store::access

@@ -3,6 +3,7 @@
 #include "store/access/page_store.h"
 
 #include <optional>
+#include <vector>
 
 namespace tarvello::store::access {
 
@@ -45,6 +46,7 @@ private:
     Row row(const Page& page) const;
     Window window(PageNumber page) const;
     bool is_list() const;
+    PageNumber first_page() const; // of one that is no list
     void become_list(PageAllocator& allocator);
     std::size_t entries() const;
 
@@ -52,20 +54,30 @@ private:
     RowPointer place_;
 };
 
-/// Gives pages out and takes them back: the global map of free pages.
+/// Gives pages out and takes them back: the global map of free pages. Pages below its first page are taken,
+/// those behind its end free.
 class PageAllocator {
 public:
-    explicit PageAllocator(PageStore& store) : store_(store), map_(store, {global_map_page, 0}) {}
+    explicit PageAllocator(PageStore& store) : store_(store), map_(store, {format::global_map_page, 0}) {}
 
     /// A page that nobody has, its bytes zero.
     PageNumber take();
     void give_back(PageNumber page);
 
 private:
-    void mark_taken(PageNumber page);
+    bool is_trusted();
+    void mark(PageNumber page, bool free);
+    void reach(PageNumber page);
+    void become_list();
+    PageNumber add_bit_page(PageNumber entry);
 
     PageStore& store_;
     UsageMap map_;
+    std::optional<bool> trusted_;
+    PageNumber search_from_ = 0; // no page below it is free
 };
+
+/// The bytes of a new map, with one page or none.
+std::vector<std::uint8_t> new_usage_map(std::optional<PageNumber> member = {});
 
 } // namespace tarvello::store::access

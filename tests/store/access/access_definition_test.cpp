@@ -3,8 +3,9 @@
 #include "store/access/access_support.h"
 
 #include "failure.h"
-#include "store/access/row.h"
+#include "store/access/catalogue.h"
 #include "store/access/stored_text.h"
+#include "store/access/table_writer.h"
 #include "store/table.h"
 
 #include <gmock/gmock.h>
@@ -16,7 +17,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr std::size_t page_size = 4096;
 // In the sample without rows, with one index and 13 columns.
 constexpr std::size_t customers_page = 24;
 constexpr std::size_t columns_at = customers_page * page_size + 63 + 12;
@@ -32,6 +32,33 @@ std::size_t name_at(const std::string& bytes, int column) {
 }
 std::size_t indexes_at(const std::string& bytes) { return name_at(bytes, 13); }
 constexpr std::size_t real_index_size = 52;
+
+/// Changes the rows of any table below the statements.
+void change(
+    const std::string& path, const char* name,
+    const std::function<void(store::access::TableWriter&, const store::access::TableDefinition&)>& act) {
+    store::access::PageStore store(path, nullptr);
+    const auto table = store::access::Catalogue(store).find(name);
+    store.begin();
+    store::access::TableWriter writer(store, *table);
+    act(writer, *table);
+    store.commit();
+}
+
+/// Adds a row of customers as it stands.
+void put_row(const std::string& path, const std::vector<std::uint8_t>& row) {
+    using namespace store::access;
+    PageStore store(path, nullptr);
+    const auto table = Catalogue(store).find("Clienti");
+    store.begin();
+    PageAllocator allocator(store);
+    const RowPointer place = RowWriter(store, allocator, *table).add(row);
+    const RowKey key = row_key(RowView(row, *table), table->indexes[0], *table);
+    IndexWriter(store, allocator, table->indexes[0]).insert(key.bytes, place);
+    TableCounts(store, *table).add_rows(1);
+    TableCounts(store, *table).add_distinct(0, 1);
+    store.commit();
+}
 
 struct AccessDefinition : ::testing::Test {
     /// Opens the sample after a change to its bytes.
@@ -65,13 +92,61 @@ TEST_F(AccessDefinition, ATableThatIsNotUnderstoodIsReadAndNotWritten) {
                      [](std::string& bytes) { bytes[columns_at + 2 * column_size] = 9; });
     expect_read_only("di un genere sconosciuto",
                      [](std::string& bytes) { bytes[indexes_at(bytes) + 46] = static_cast<char>(0xC9); });
-    expect_read_only("da una relazione",
+    expect_read_only("una relazione la lega",
                      [](std::string& bytes) { bytes[indexes_at(bytes) + real_index_size + 23] = 2; });
+    expect_read_only("in modo discendente", [](std::string& bytes) {
+        bytes[indexes_at(bytes) + 4] = 1;
+        bytes[indexes_at(bytes) + 6] = 0;
+    });
     expect_read_only("in un modo sconosciuto", [](std::string& bytes) {
         // The index is put on a text in another order than the known one.
         bytes[indexes_at(bytes) + 4] = 1;
         bytes[columns_at + column_size + 12] = 0x08;
     });
+}
+
+TEST_F(AccessDefinition, WhatARelationshipEnforcesIsNotWritten) {
+    changed([](std::string&) {});
+    change(path, "MSysRelationships", [](auto& writer, const auto& table) {
+        const std::vector<std::size_t> columns{*table.find_column("szObject"),
+                                               *table.find_column("szReferencedObject"),
+                                               *table.find_column("szRelationship")};
+        using Text = std::string_view;
+        writer.insert(columns,
+                      std::vector<store::ValueView>{Text("Fatture"), Text("CLIENTI"), Text("{7F3A}")});
+    });
+    const auto engine = open(path);
+    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture"), HasSubstr("una relazione la lega a CLIENTI."));
+    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"), HasSubstr("una relazione la lega a Fatture."));
+    EXPECT_EQ(failure_of(*engine, "DELETE * FROM DatiIntestazione"), "(done)");
+    EXPECT_THAT(failure_of(*engine, "DELETE * FROM MSysRelationships"), HasSubstr("del sistema"));
+}
+
+TEST_F(AccessDefinition, AUniqueIndexRepeatsKeysWithoutAnyValue) {
+    const auto insert = [](const auto& engine, const std::string& columns, const std::string& values) {
+        return failure_of(*engine, "INSERT INTO Clienti(" + columns + ") VALUES(" + values + ")");
+    };
+    const char* const surname = "Cognome_Ragione_Sociale,Appunti";
+    for (const char flags : {'\x81', '\x83'}) {
+        const auto engine = changed([flags](std::string& bytes) {
+            const std::size_t index = indexes_at(bytes);
+            bytes.replace(index + 4, 6, std::string("\1\0\1\2\0\1", 6)); // surname and name
+            bytes[index + 46] = flags;
+            bytes[index + real_index_size + 23] = 0;
+        });
+        const std::string before = folder.path("before.mdb");
+        write_file(before, file_bytes(path));
+        EXPECT_EQ(insert(engine, "Appunti", "'senza'") + insert(engine, "Appunti", "'ancora'"),
+                  "(done)(done)");
+        EXPECT_EQ(insert(engine, "Nome", "'a'") + insert(engine, surname, "'a',''"), "(done)(done)");
+        EXPECT_THAT(insert(engine, "Nome", "'A'"), HasSubstr("in tutte le sue colonne"));
+        EXPECT_EQ(insert(engine, "Cognome_Ragione_Sociale,Nome", "'a','b'"), "(done)");
+        EXPECT_THAT(insert(engine, "Cognome_Ragione_Sociale,Nome", "'A','B'"),
+                    HasSubstr("non può ripetersi"));
+        run(*engine, "DELETE * FROM Clienti WHERE Appunti='ancora'");
+        EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").size(), 4U);
+        expect_sound(path, before);
+    }
 }
 
 TEST_F(AccessDefinition, ColumnsThatAllowItHoldCompressedTexts) {
@@ -94,48 +169,22 @@ TEST_F(AccessDefinition, ColumnsThatAllowItHoldCompressedTexts) {
 }
 
 TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
-    {
-        const auto engine = changed([](std::string&) {});
-        run(*engine, "INSERT INTO Clienti(Nome,Appunti) VALUES('prima','note')");
-    }
-    // As if the last two columns had come after the row: it has eleven, and ten of variable length.
-    std::string bytes = file_bytes(path);
-    const std::size_t row = bytes.find("\x0D\x00", bytes.rfind(std::string("p\0r\0i\0m\0a\0", 10)) - 8, 2);
-    ASSERT_NE(row, std::string::npos);
-    const std::string old_row = [&] {
-        const std::string text("p\0r\0i\0m\0a\0", 10);
-        std::string result("\x0B\x00\x01\x00\x00\x00", 6);
-        result += text;
-        const auto word = [&result](std::size_t value) {
-            result += static_cast<char>(value);
-            result += '\0';
-        };
-        word(16);                                      // the end of the texts
-        for (int i = 9; i >= 2; --i) word(16);         // starts, last column first
-        word(6);                                       // of the name
-        word(6);                                       // of the surname, which is null
-        word(10);                                      // columns of variable length
-        return result + "\x05" + std::string(1, '\0'); // number and name have values
-    }();
-    const std::size_t end = (row / page_size + 1) * page_size;
-    bytes.replace(end - old_row.size(), old_row.size(), old_row);
-    const std::size_t start = page_size - old_row.size();
-    bytes[row / page_size * page_size + 14] = static_cast<char>(start);
-    bytes[row / page_size * page_size + 15] = static_cast<char>(start >> 8);
-    const std::size_t free = start - 16;
-    bytes[row / page_size * page_size + 2] = static_cast<char>(free);
-    bytes[row / page_size * page_size + 3] = static_cast<char>(free >> 8);
-    write_file(path, bytes);
-
+    changed([](std::string&) {});
+    // Eleven columns, ten of variable length: number and name have values. Then one column, from when the
+    // table had none of variable length.
+    put_row(path, {11, 0,  1, 0,  0, 0,  'p', 0,  'r', 0,  'i', 0,  'm', 0, 'a', 0, 16, 0,  16, 0,     16,
+                   0,  16, 0, 16, 0, 16, 0,   16, 0,   16, 0,   16, 0,   6, 0,   6, 0,  10, 0,  0b101, 0});
+    put_row(path, {1, 0, 2, 0, 0, 0, 1});
     const auto engine = open(path);
-    const auto rows = run(*engine, "SELECT * FROM Clienti");
-    ASSERT_EQ(rows.size(), 1U);
-    EXPECT_EQ(rows[0][2], "prima");
-    EXPECT_EQ(rows[0][11], "(null)");
-    EXPECT_EQ(rows[0][12], "(null)");
+    const auto shown = [&] {
+        std::string text;
+        for (const Row& row : run(*engine, "SELECT * FROM Clienti")) text += row[0] + row[2] + row[12] + ";";
+        return text;
+    };
+    EXPECT_EQ(shown(), "1prima;2;");
     expect_agreement(*engine, path);
-    run(*engine, "UPDATE Clienti SET Appunti='dopo' WHERE Numero_Cliente=1");
-    EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").at(0)[12], "dopo");
+    run(*engine, "UPDATE Clienti SET Appunti='dopo'");
+    EXPECT_EQ(shown(), "1primadopo;2dopo;");
     expect_agreement(*engine, path);
     expect_sound(path, access_sample("vuoto.mdb"));
 }
@@ -203,7 +252,7 @@ TEST_F(AccessDefinition, AColumnThatIsGoneKeepsItsPlaceInTheRows) {
     EXPECT_THAT(failure_of(*engine, "SELECT * FROM Clienti WHERE Nome='b'"), HasSubstr("Nome"));
     const auto rows = run(*engine, "SELECT * FROM Clienti");
     ASSERT_EQ(rows.size(), 2U);
-    EXPECT_EQ(rows[0][1] + rows[0][2] + rows[0][11], "g(null)c");
+    EXPECT_EQ(rows[0][1] + rows[0][2] + rows[0][11], "gc");
     EXPECT_EQ(rows[1][1] + rows[1][2] + rows[1][11], "def");
     expect_agreement(*engine, path);
     expect_sound(path, access_sample("vuoto.mdb"));
@@ -224,6 +273,7 @@ TEST(AccessRow, HoldsValuesOfEveryType) {
     EXPECT_EQ(shown(StoredType::integer32, {0xFF, 0xFF, 0xFF, 0x7F}), "2147483647");
     EXPECT_EQ(shown(StoredType::currency, {0x87, 0xD6, 0x12, 0, 0, 0, 0, 0}), "123,4567");
     EXPECT_EQ(shown(StoredType::single_float, {0, 0, 0x20, 0xC0}), "-2,5");
+    EXPECT_EQ(shown(StoredType::single_float, {0x0A, 0xD7, 0x23, 0x3C}), "0,01") << "as it was typed";
     EXPECT_EQ(shown(StoredType::double_float, {0, 0, 0, 0, 0, 0, 0xF4, 0x3F}), "1,25");
     // 36526,75 days: an evening of the year 2000; and one before the first day.
     EXPECT_EQ(shown(StoredType::date, {0, 0, 0, 0, 0xD8, 0xD5, 0xE1, 0x40}), "01/01/2000");
@@ -243,7 +293,7 @@ TEST(AccessRow, HoldsValuesOfEveryType) {
         column.type = type;
         const store::Value value =
             store::convert_literal({text, true}, {"Colonna", column.column_type()}, regional);
-        EXPECT_EQ(shown(type, store_value(value, column)), text);
+        EXPECT_EQ(shown(type, store_value(store::view_of(value), column)), text);
     }
     ColumnDefinition small;
     small.type = StoredType::byte;

@@ -24,7 +24,7 @@ const RegionalSettings regional;
 
 bool changes_the_disk(FileCall call) {
     return call == FileCall::write || call == FileCall::sync || call == FileCall::truncate ||
-           call == FileCall::remove;
+           call == FileCall::rename || call == FileCall::remove;
 }
 
 /// Lets calls that change the disk through, but for some in a row.
@@ -60,74 +60,107 @@ private:
 
 constexpr const char* sample = "archivio.mdb";
 
-/// Statements that touch all there is: rows that move, long values, indexes that split, pages given back.
-std::vector<std::string> work() {
-    std::vector<std::string> statements;
+/// Steps that touch all there is: rows that move, long values, indexes that split, pages given back, a new
+/// table and one that gets an index, several statements as one change.
+using Step = std::function<void(store::Engine&)>;
+
+std::vector<Step> work() {
+    std::vector<Step> steps;
+    const auto add = [&steps](const std::string& sql) {
+        steps.push_back([sql](store::Engine& engine) { run(engine, sql); });
+    };
     for (int i = 0; i < 8; ++i) {
         const std::string text(static_cast<std::size_t>(i) * 900, static_cast<char>('a' + i));
-        statements.push_back(
-            "INSERT INTO Clienti(Cognome_Ragione_Sociale,Codice_Fiscale,Appunti) VALUES('Nuovo " +
+        add("INSERT INTO Clienti(Cognome_Ragione_Sociale,Codice_Fiscale,Appunti) VALUES('Nuovo " +
             std::to_string(i) + "','X','" + text + "')");
-        statements.push_back("UPDATE Clienti SET Indirizzo='" + text.substr(0, 150) + "',Appunti='" + text +
-                             "' WHERE Numero_Cliente<" + std::to_string(6 + i));
-        statements.push_back("UPDATE Fatture SET Anno='1999' WHERE ID=" + std::to_string(20 + i));
-        statements.push_back("DELETE * FROM Fatture WHERE Numero_Cliente=" + std::to_string(12 + i));
+        add("UPDATE Clienti SET Indirizzo='" + text.substr(0, 150) + "',Appunti='" + text +
+            "' WHERE Numero_Cliente<" + std::to_string(6 + i));
+        if (i == 1) steps.push_back([](store::Engine& engine) { engine.create_table(deadlines()); });
+        if (i == 2) {
+            steps.push_back([](store::Engine& engine) {
+                store::TableDeclaration table = deadlines();
+                table.columns.push_back({"Altro", store::ColumnKind::memo});
+                table.indexes.push_back({"Per_tasso", {"Tasso"}});
+                engine.begin();
+                for (const std::string& sql : inserts_of_deadlines(1, 12)) run(engine, sql);
+                engine.create_table(table);
+                run(engine, "DELETE * FROM Scadenze WHERE Fattura=4");
+                engine.commit();
+            });
+        }
+        add("UPDATE Fatture SET Anno='1999' WHERE ID=" + std::to_string(20 + i));
+        add("DELETE * FROM Fatture WHERE Numero_Cliente=" + std::to_string(12 + i));
     }
-    return statements;
+    return steps;
 }
 
-/// The states of the file after each of the statements.
+/// The states of the file after each of the steps.
 std::vector<std::string> states(const ScratchFolder& folder) {
     const auto engine = open(folder.copy_of(sample, "states.mdb"));
     std::vector<std::string> result{everything(*engine)};
-    for (const std::string& sql : work()) {
-        run(*engine, sql);
+    for (const Step& step : work()) {
+        step(*engine);
         result.push_back(everything(*engine));
     }
     return result;
 }
 
+/// Takes a step. @return the description of its failure, "(done)" if there was none
+std::string failure_of_step(store::Engine& engine, const Step& step) {
+    try {
+        step(engine);
+    } catch (const Failure& failure) {
+        engine.roll_back();
+        return failure.description();
+    }
+    return "(done)";
+}
+
 TEST(AccessFaults, EachFailingCallLeavesTheOldStateOrTheNewOne) {
     const ScratchFolder folder;
-    const auto statements = work();
+    const auto steps = work();
     const auto expected = states(folder);
     // One call is refused; or some, so that the undoing fails too at first; or from one on all of them.
     constexpr int for_good = 1'000'000;
-    for (const int count : {1, 4, for_good}) {
-        for (int refused = 1; refused <= 200; refused += count == 1 ? 1 : 7) {
+    int unknown = 0;
+    for (const int count : {1, 2, 4, for_good}) {
+        for (int refused = 1; refused <= 230; refused += count == 1 ? 1 : 7 - count) {
             SCOPED_TRACE(std::to_string(count) + " calls from " + std::to_string(refused) + " on");
             const std::string path = folder.copy_of(sample);
             RefuseCalls watch(refused, count);
             std::size_t at = 0;
-            {
-                const auto engine = store::open_access_engine(path, regional, &watch);
-                std::string failure;
-                while (!watch.was_reached() && at < statements.size())
-                    failure = failure_of(*engine, statements[at++]);
-                ASSERT_TRUE(watch.was_reached());
-                if (count != for_good && failure != "(done)") {
-                    const auto state = [&] {
-                        const char* const look = "SELECT * FROM Clienti";
-                        for (int i = 1; i < count; ++i) failure_of(*engine, look);
-                        EXPECT_EQ(failure_of(*engine, look), "(done)") << "the undoing is tried again";
-                        return everything(*engine);
-                    };
-                    std::string now = state();
-                    EXPECT_TRUE(count > 1 || now == expected[at - 1]);
-                    for (int i = 0; i < count && now != expected[at]; ++i) {
-                        EXPECT_EQ(now, expected[at - 1]);
-                        failure_of(*engine, statements[at - 1]);
-                        now = state();
-                    }
+            std::string failure;
+            auto engine = store::open_access_engine(path, regional, &watch);
+            while (!watch.was_reached() && at < steps.size()) failure = failure_of_step(*engine, steps[at++]);
+            ASSERT_TRUE(watch.was_reached());
+            const bool not_known = failure.find("non si sa") != std::string::npos;
+            if (not_known) {
+                // Whether it is done is found out by opening anew: until then nothing is.
+                ++unknown;
+                EXPECT_EQ(failure_of_step(*engine, steps[at - 1]), failure);
+                EXPECT_EQ(failure_of(*engine, "SELECT * FROM Clienti"), failure);
+            } else if (count != for_good && failure != "(done)") {
+                const char* const look = "SELECT * FROM Clienti";
+                for (int i = 1; i < count; ++i) failure_of(*engine, look);
+                EXPECT_EQ(failure_of(*engine, look), "(done)") << "the undoing is tried again";
+                EXPECT_EQ(everything(*engine), expected[at - 1]);
+                // And so may the user, as long as there are calls left that are refused.
+                int attempts = 1;
+                while (attempts < count && failure_of_step(*engine, steps[at - 1]) != "(done)") ++attempts;
+                if (attempts == count) {
+                    EXPECT_EQ(failure_of_step(*engine, steps[at - 1]), "(done)");
                 }
             }
+            engine.reset();
             const std::string now = everything(*open(path));
-            EXPECT_TRUE(now == expected[at] || (count == for_good && now == expected[at - 1]));
+            const bool may_be_old = not_known || count == for_good;
+            EXPECT_TRUE(now == expected[at] || (may_be_old && now == expected[at - 1]));
             EXPECT_FALSE(std::filesystem::exists(path + "-undo"));
             if (refused % 20 == 1) expect_sound(path, access_sample(sample));
             ASSERT_FALSE(HasFailure());
         }
     }
+    EXPECT_GT(unknown, 0);
 }
 
 /// Runs the statements in a process of its own that ends at `last`, or is killed by the caller.
@@ -138,8 +171,8 @@ pid_t start_work(const std::string& path, int last, int report) {
     try {
         DieAtCall watch(last);
         const auto engine = store::open_access_engine(path, regional, &watch);
-        for (const std::string& sql : work()) {
-            run(*engine, sql);
+        for (const Step& step : work()) {
+            step(*engine);
             const char done = '.';
             if (write(report, &done, 1) != 1) _exit(2);
         }
@@ -180,7 +213,7 @@ void stop_and_look(const ScratchFolder& folder, const std::vector<std::string>& 
 TEST(AccessFaults, AStopAtAnyCallLosesNoStatementThatHadReturned) {
     const ScratchFolder folder;
     const auto expected = states(folder);
-    for (int last = 1; last <= 200; ++last) {
+    for (int last = 1; last <= 230; ++last) {
         stop_and_look(
             folder, expected, last, [](pid_t) {}, last % 10 == 1);
         ASSERT_FALSE(HasFailure()) << "call " << last;
@@ -231,7 +264,7 @@ std::string journal_of_work(const std::string& path, int last) {
     return file_bytes(path + "-undo");
 }
 
-TEST(AccessFaults, AJournalLiesBesideTheFileItselfAndMustBeItsOwn) {
+TEST(AccessFaults, AJournalLiesBesideTheFileItselfAndMustGoWithIt) {
     const ScratchFolder folder;
     const std::string path = folder.copy_of(sample);
     const std::string whole = file_bytes(path);
@@ -240,18 +273,51 @@ TEST(AccessFaults, AJournalLiesBesideTheFileItselfAndMustBeItsOwn) {
     const std::string journal = journal_of_work(path, 8);
     EXPECT_NE(file_bytes(path), whole) << "some pages have been written";
 
-    std::string other = whole;
-    other[0xC0] = static_cast<char>(other[0xC0] ^ 1); // its first page tells files apart
-    const std::string shorter = whole.substr(0, whole.size() - 4096);
-    const std::string other_path = folder.path("altro.mdb");
-    for (const std::string& bytes : {other, shorter}) {
+    const auto changed = [&whole](std::size_t at) {
+        std::string bytes = whole;
+        bytes[at] = static_cast<char>(bytes[at] ^ 1);
+        return bytes;
+    };
+    const std::string half_written = file_bytes(path);
+    // Another file, told by its first page; a shorter one; one that grew; the same one with a page that
+    // somebody else has written meanwhile.
+    for (const std::string& bytes :
+         {changed(0xC0), whole.substr(0, whole.size() - page_size),
+          half_written + std::string(9 * page_size, '\1'), changed(page_size * 50 + 16)}) {
+        const std::string other_path = folder.path("altro.mdb");
         write_file(other_path, bytes);
         write_file(other_path + "-undo", journal);
-        EXPECT_THAT(opening_failure(other_path), ::testing::HasSubstr("diario"));
+        const std::string notice = open(other_path)->notice();
+        const std::size_t name = notice.find(other_path + "-undo-");
+        ASSERT_NE(name, std::string::npos) << notice;
+        EXPECT_EQ(file_bytes(notice.substr(name, notice.find('"', name) - name)), journal);
         EXPECT_EQ(file_bytes(other_path), bytes);
+        EXPECT_EQ(open(other_path)->notice(), "");
     }
     EXPECT_EQ(opening_failure(path), "(opened)");
     EXPECT_EQ(file_bytes(path), whole);
+}
+
+TEST(AccessFaults, PagesThatAPowerCutLeftHalfWrittenArePutBack) {
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of(sample);
+    const std::string whole = file_bytes(path);
+    const std::string journal = journal_of_work(path, 8);
+    std::string written = file_bytes(path);
+    written.resize(std::max(written.size(), whole.size()));
+    std::mt19937 random(7);
+    for (int round = 0; round < 50; ++round) {
+        std::string torn = written;
+        for (std::size_t at = 0; at < torn.size(); at += 512) {
+            if (random() % 2 == 0)
+                torn.replace(at, 512, at < whole.size() ? whole.substr(at, 512) : std::string(512, '\0'));
+        }
+        if (torn.size() > whole.size() && round % 3 == 0) torn.resize(whole.size() + 512);
+        write_file(path, torn);
+        write_file(path + "-undo", journal);
+        EXPECT_EQ(opening_failure(path), "(opened)");
+        ASSERT_TRUE(file_bytes(path) == whole);
+    }
 }
 
 TEST(AccessFaults, WhatIsNotWholeOfAJournalIsNotPutBack) {

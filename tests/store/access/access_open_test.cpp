@@ -83,16 +83,25 @@ TEST(AccessOpening, AFileThatAnotherProgramHasIsNotOpened) {
 TEST(AccessOpening, AFileThatAnAccessUserHasIsReadOnly) {
     const ScratchFolder folder;
     const std::string path = folder.copy_of("archivio.mdb");
-    write_file(folder.path("archivio.ldb"), "");
+    const std::string lock = folder.path("archivio.ldb");
+    write_file(lock, "");
+    const int handle = ::open(lock.c_str(), O_RDWR);
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    range.l_len = 1;
+    ASSERT_EQ(::fcntl(handle, F_OFD_SETLK, &range), 0); // as a server of network folders does for its user
     const auto engine = open(path);
     EXPECT_EQ(run(*engine, "SELECT * FROM Clienti").size(), 37U);
     EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"),
                 AllOf(HasSubstr("aperto in Access"), HasSubstr("soltanto leggerlo")));
-    std::filesystem::remove(folder.path("archivio.ldb"));
+    ::close(handle);
+    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"),
+                AllOf(HasSubstr("nessun programma"), HasSubstr("cancellare il file \"" + lock)));
+    std::filesystem::rename(lock, folder.path("archivio.LDB"));
+    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture"), HasSubstr("archivio.LDB"));
+    std::filesystem::remove(folder.path("archivio.LDB"));
     EXPECT_EQ(failure_of(*engine, "DELETE * FROM DatiIntestazione"), "(done)")
         << "the user has closed it meanwhile";
-    write_file(folder.path("archivio.LDB"), "");
-    EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture"), HasSubstr("aperto in Access"));
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include "customers/customer_form.h"
 #include "invoices/invoice_form.h"
+#include "program/open_database.h"
+#include "store/access/journal.h"
 #include "support/program_test.h"
 
 namespace tarvello::testing {
@@ -113,6 +115,26 @@ TEST_P(AccessRoad, IsReadByOthersAsByTheProgram) {
 
 INSTANTIATE_TEST_SUITE_P(Samples, AccessRoad, ::testing::ValuesIn(sample_names),
                          [](const auto& sample) { return std::string(sample.param); });
+
+struct AccessNotice : ProgramTest {};
+
+TEST_F(AccessNotice, AJournalThatDoesNotGoWithTheFileIsToldOfWhenItIsOpened) {
+    using namespace store::access;
+    const ScratchFolder folder;
+    const std::string path = folder.copy_of("archivio.mdb");
+    {
+        File file(path, File::Mode::read_write, nullptr);
+        Journal journal(file, static_cast<PageNumber>(file.size() / testing::page_size), nullptr);
+        journal.keep(file, {50}, {{50, std::make_shared<Page>()}});
+        const std::uint8_t changed = 7; // by somebody else
+        file.write(50 * testing::page_size + 16, {&changed, 1});
+    }
+    program->database().dbConnection.close();
+    program->session().txtDatabaseRoute.set_text(path);
+    boxes().expect_any();
+    EXPECT_TRUE(ApriDatabase(*program));
+    boxes().expect_none_left();
+}
 
 class AccessReaders : public ::testing::TestWithParam<const char*> {};
 

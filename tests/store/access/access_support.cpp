@@ -33,20 +33,21 @@ std::string json(const std::string& text) {
     return result + "\"";
 }
 
-std::string dump(store::Engine& engine) {
+std::string dump(store::Engine& engine, const std::vector<std::string>& tables) {
+    const char* const kinds[] = {"text", "number", "number", "date", "number", "yes_no"}; // by ColumnType
     std::string text;
-    for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) {
-        const std::string sql = std::string("SELECT * FROM ") + table;
+    for (const std::string& table : tables) {
+        const std::string sql = "SELECT * FROM " + table;
         std::string columns;
         for (const store::Column& column : engine.run(store::parse_statement(sql))->columns()) {
-            columns += (columns.empty() ? "" : ",") + json(column.name);
+            columns += (columns.empty() ? "[" : ",[") + json(column.name) + "," +
+                       json(kinds[static_cast<std::size_t>(column.type)]) + "]";
         }
         std::string rows;
         for (const Row& row : run(engine, sql)) {
             std::string values;
-            for (const std::string& value : row) {
-                values += (values.empty() ? "" : ",") + (value == "(null)" ? "null" : json(value));
-            }
+            for (const std::string& value : row)
+                values += (values.empty() ? "" : ",") + json(value == "(null)" ? "" : value);
             rows += (rows.empty() ? "[" : ",[") + values + "]";
         }
         text += "{\"name\":" + json(table) + ",\"columns\":[" + columns + "],\"rows\":[" + rows + "]}\n";
@@ -77,6 +78,10 @@ std::string ScratchFolder::copy_of(const std::string& sample, const std::string&
     std::filesystem::copy_file(access_sample(sample), to, std::filesystem::copy_options::overwrite_existing);
     std::filesystem::permissions(to, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
     return to;
+}
+
+std::size_t load16(const std::string& bytes, std::size_t at) {
+    return static_cast<unsigned char>(bytes[at]) + 256U * static_cast<unsigned char>(bytes[at + 1]);
 }
 
 std::string file_bytes(const std::string& path) {
@@ -125,12 +130,54 @@ std::string opening_failure(const std::string& path) {
     return "(opened)";
 }
 
+const store::TableDeclaration& deadlines() {
+    using store::ColumnKind;
+    static const store::TableDeclaration table{"Scadenze",
+                                               {{"ID", ColumnKind::autonumber},
+                                                {"Fattura", ColumnKind::whole},
+                                                {"Codice", ColumnKind::text, 20},
+                                                {"Note", ColumnKind::memo},
+                                                {"Importo", ColumnKind::currency},
+                                                {"Giorno", ColumnKind::date},
+                                                {"Pagata", ColumnKind::yes_no},
+                                                {"Tasso", ColumnKind::number},
+                                                {"Nome", ColumnKind::text, 255}},
+                                               {"ID"},
+                                               {{"Scadenze_Nome", {"Nome", "Giorno"}},
+                                                {"Codice_unico", {"Codice"}, true},
+                                                {"Scadenze_Importo", {"Importo"}}}};
+    return table;
+}
+
+std::vector<std::string> inserts_of_deadlines(int from, int count) {
+    std::vector<std::string> statements;
+    for (int i = from; i < from + count; ++i) {
+        const std::string number = std::to_string(i);
+        const std::string day = std::to_string(i % 28 + 1) + "/" + std::to_string(i % 12 + 1) + "/2024";
+        std::string columns = "Fattura,Codice,Note";
+        std::string values = number + ",'C-" + number + "','" +
+                             std::string(static_cast<std::size_t>(i * 137 % 5000), 'n') + "'";
+        if (i % 5 != 0) {
+            columns += ",Importo,Giorno,Pagata,Tasso,Nome";
+            values += ",'" + std::to_string(i * 37 - 900) + "," + std::to_string(i % 10000) + "','" + day +
+                      "'," + std::to_string(i % 2) + "," + std::to_string(i) + ".25,'Nicolò d''" + number +
+                      "'";
+        }
+        statements.push_back("INSERT INTO Scadenze(" + columns + ") VALUES(" + values + ")");
+    }
+    return statements;
+}
+
 std::string everything(store::Engine& engine) {
     std::string text;
-    for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) {
+    for (const char* table : {"Clienti", "Fatture", "DatiIntestazione", "Scadenze"}) {
+        if (failure_of(engine, std::string("SELECT TOP 1 * FROM ") + table).find("non ha la tabella") !=
+            std::string::npos)
+            continue;
         text += std::string(table) + "\n";
         for (const Row& row : run(engine, std::string("SELECT * FROM ") + table)) {
-            for (const std::string& value : row) text += value + "|";
+            // What the embedded engine tells apart, a text without a value and an empty one, is one here.
+            for (const std::string& value : row) text += (value == "(null)" ? "" : value) + "|";
             text += "\n";
         }
     }
@@ -152,17 +199,18 @@ std::string output_of(const std::string& command, int& code) {
     return output;
 }
 
-void expect_sound(const std::string& path, const std::string& before) {
+void expect_sound(const std::string& path, const std::string& before, const std::string& options) {
     int code = 0;
     const std::string output = output_of("python3 " TARVELLO_TEST_DATA "/store/access/access_checker.py '" +
-                                             path + "' --before '" + before + "'",
+                                             path + "' --before '" + before + "' " + options,
                                          code);
     EXPECT_EQ(code, 0) << output.substr(0, 4000);
 }
 
-void expect_agreement(store::Engine& engine, const std::string& path) {
+void expect_agreement(store::Engine& engine, const std::string& path,
+                      const std::vector<std::string>& tables) {
     const std::string shown = path + ".json";
-    write_file(shown, dump(engine));
+    write_file(shown, dump(engine, tables));
     int code = 0;
     const std::string output = output_of(
         "python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" + path + "' '" + shown + "'",

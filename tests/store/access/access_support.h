@@ -32,6 +32,10 @@ private:
     std::string folder_;
 };
 
+inline constexpr std::size_t page_size = 4096;
+/// A word of two bytes, little-endian.
+std::size_t load16(const std::string& bytes, std::size_t at);
+
 std::string file_bytes(const std::string& path);
 void write_file(const std::string& path, const std::string& bytes);
 
@@ -44,18 +48,23 @@ std::string failure_of(store::Engine& engine, const std::string& sql);
 std::string opening_failure(const std::string& path);
 std::unique_ptr<store::Engine> open(const std::string& path);
 
-/// All rows of the three tables, one text.
+/// A table with a column of every kind, of the program's own, and rows for it: INSERTs of `from` on.
+const store::TableDeclaration& deadlines();
+std::vector<std::string> inserts_of_deadlines(int from, int count);
+
+/// All rows of the three tables, and of that one if it is there, one text.
 std::string everything(store::Engine& engine);
 
 /// Runs a program. @return what it printed, its exit code in `code`
 std::string output_of(const std::string& command, int& code);
 
 /// Expects the file to be sound from end to end, as access_checker.py sees it.
-/// @param before  a state whose oddities are allowed: the sample that the file was copied from
-void expect_sound(const std::string& path, const std::string& before);
+/// @param before   a state whose oddities are allowed: the sample that the file was copied from
+/// @param options  of the checker
+void expect_sound(const std::string& path, const std::string& before, const std::string& options = {});
 
-/// Expects mdb-export (mdbtools) and access_checker.py to read every value of the three tables as the engine
-/// does.
-void expect_agreement(store::Engine& engine, const std::string& path);
+/// Expects mdbtools to find the tables, and to read every value as the engine does.
+void expect_agreement(store::Engine& engine, const std::string& path,
+                      const std::vector<std::string>& tables = {"Clienti", "Fatture", "DatiIntestazione"});
 
 } // namespace tarvello::testing
