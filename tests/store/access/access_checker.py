@@ -11,6 +11,7 @@ tables came, no page may differ that is no part of it. --like-access holds all t
 Prints what is wrong and ends with 1, or prints one line of figures and ends with 0.
 """
 import argparse
+import itertools
 import math
 import struct
 import sys
@@ -676,12 +677,18 @@ class Check:
 
     def strangers(self, before):
         """The pages that differ since `before` though they are no part of a new table, the catalogue or maps."""
-        touched = ("MSysObjects", "MSysACEs")
-        for number in range(1, before.file.count):
-            if self.file.page(number) == before.file.page(number):
-                continue
+        def is_strange(place):
+            return not any(role.endswith(("MSysObjects", "MSysACEs")) for role in before.roles.get(place, []))
+
+        for number in range(2, before.file.count):
             roles = before.roles.get(number, [])
-            if roles != ["free"] and number != 1 and not any(role.endswith(touched) for role in roles):
+            if self.file.page(number) == before.file.page(number) or roles == ["free"]:
+                continue
+            if roles == ["rows that are maps"]:  # those of the catalogue lie beside others
+                for row, (old, new) in enumerate(itertools.zip_longest(before.file.slots(number)[0], self.file.slots(number)[0])):
+                    if old != new and is_strange((number, row)):
+                        yield f"the map {row} of page {number} has changed"
+            elif is_strange(number):
                 yield f"page {number}, {roles}, has changed"
         if self.file.page(0) != before.file.page(0):
             yield "the header has changed"
