@@ -1,5 +1,6 @@
 #include "db_tools/database_form.h"
 
+#include "db_tools/new_archive_form.h"
 #include "program/folders.h"
 #include "program/open_database.h"
 #include "program/program.h"
@@ -28,6 +29,9 @@ void frmGestioneDatabase::prepare_choice() {
     empty_prompt_on_focus(Text1, path_prompt);
     Command1.set_caption("Sfoglia");
     cmdApriDB.set_caption("Apri");
+    LabelNuovoArchivio.set_caption(
+        "Un archivio in più, vuoto o con i dati attuali, anche in formato Access:");
+    cmdNuovoArchivio.set_caption("Nuovo archivio...");
     Text1.set_enabled(false);
     Command1.set_enabled(false);
 
@@ -41,6 +45,7 @@ void frmGestioneDatabase::prepare_choice() {
         if (const auto path = program_.platform().dialogs.open_file(database_dialog())) Text1.set_text(*path);
     };
     cmdApriDB.on_click = [this] { ApriDatabaseScelto(); };
+    cmdNuovoArchivio.on_click = [this] { CreaNuovoArchivio(); };
 }
 
 void frmGestioneDatabase::show_current_database() {
@@ -59,6 +64,18 @@ void frmGestioneDatabase::ApriDatabaseScelto() {
         }
         open_route(Text1.text());
     }
+}
+
+void frmGestioneDatabase::CreaNuovoArchivio() {
+    new_archive_.clear();
+    auto& dialog = program_.form<frmNuovoArchivio>();
+    dialog.hand_over_to(share(new_archive_));
+    dialog.show_modal();
+    if (new_archive_.empty()) return;
+    if (!program_.confirm("Il nuovo archivio è pronto:\n" + new_archive_ + "\nAprirlo adesso?")) return;
+    Option1[other_choice].set_selected(true);
+    Text1.set_text(new_archive_);
+    open_route(new_archive_);
 }
 
 void frmGestioneDatabase::open_route(const std::string& route) {

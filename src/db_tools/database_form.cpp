@@ -20,6 +20,7 @@ frmGestioneDatabase::frmGestioneDatabase(Program& program)
     order_tabs({&Text1,
                 &Command1,
                 &cmdApriDB,
+                &cmdNuovoArchivio,
                 &CheckBoxBackup,
                 &OptionDestinazioneDefault,
                 &OptionDestinazioneBackup,

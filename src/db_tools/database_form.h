@@ -43,6 +43,8 @@ public:
     TextBox Text1{*this, "Text1"};
     CommandButton Command1{*this, "Command1"};
     CommandButton cmdApriDB{*this, "cmdApriDB"};
+    Label LabelNuovoArchivio{*this, "LabelNuovoArchivio"};
+    CommandButton cmdNuovoArchivio{*this, "cmdNuovoArchivio"};
 
     // Automatic backup: backup_page.cpp.
     CheckBox CheckBoxBackup{*this, "CheckBoxBackup"};
@@ -89,6 +91,7 @@ private:
     void show_current_database();
     void ApriDatabaseScelto();
     void open_route(const std::string& route);
+    void CreaNuovoArchivio();
 
     void prepare_backup();
     void read_backup_settings();
@@ -121,6 +124,7 @@ private:
     Program& program_;
     std::vector<std::string> folders_; // the path behind each item of Dir1
     std::string folder_;               // the chosen one
+    std::string new_archive_;          // the one made last
 };
 
 } // namespace tarvello

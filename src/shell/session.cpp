@@ -4,6 +4,7 @@
 #include "customers/customer_results.h"
 #include "db_tools/backup_restore.h"
 #include "db_tools/database_form.h"
+#include "db_tools/new_archive_form.h"
 #include "db_tools/restore_name_form.h"
 #include "documents/letterhead_form.h"
 #include "documents/template_info_form.h"
@@ -138,8 +139,8 @@ void LeggiNomeIntestatario(Program& program) {
 void UnloadAllForms(Program& program, UnloadReason reason) {
     unload_in_order<frmClienti, frmTarvello, frmIntestazioneFatture, frmAutore, frmAbout,
                     frmArticoloEsenzione, frmCalcolaCF, frmInfoModelli, frmGestioneDatabase,
-                    frmRisultatiRicercaClienti, frmRisultatiRicercaFatture, frmRipristinaBackup, frmRegister,
-                    frmImpostazioni, frmHelp>(program, reason);
+                    frmRisultatiRicercaClienti, frmRisultatiRicercaFatture, frmRipristinaBackup,
+                    frmNuovoArchivio, frmRegister, frmImpostazioni, frmHelp>(program, reason);
 }
 
 void end_with_desktop(Program& program) {

@@ -413,5 +413,35 @@ TEST_F(DatabaseToolsOnScreen, ALongCopyShowsItselfAndIsGivenUpWithEscape) {
     finish();
 }
 
+TEST_F(DatabaseToolsOnScreen, ANewArchiveIsMadeByTheKeyboardAlone) {
+    start();
+    add_customer("Anna");
+    open_tools(choice_page);
+    const std::string dialog = "frmNuovoArchivio";
+    user.take_picture("MDIForm1", "strumenti-database");
+    user.expect_modal(dialog, [&] {
+        EXPECT_EQ(user.focus(), "OptionFormato_0");
+        user.press(Qt::Key_Down);
+        EXPECT_EQ(user.shown(dialog, "OptionFormato_1"), "1");
+        user.press(Qt::Key_Tab);
+        EXPECT_EQ(user.focus(), "CheckDatiAttuali");
+        user.press(Qt::Key_Tab);
+        user.type("per Access");
+        user.take_picture(dialog, "strumenti-nuovo-archivio");
+        user.press(Qt::Key_Tab);
+        user.press(Qt::Key_Tab);
+        EXPECT_EQ(user.focus(), "cmdCrea");
+        user.press(Qt::Key_Space);
+    });
+    const std::string made = in_program("per Access.mdb");
+    user.expect_box("Il nuovo archivio è pronto:\n" + made + "\nAprirlo adesso?", Answer::yes);
+    user.expect_box("Nuovo database caricato.");
+    user.click(tools, "cmdNuovoArchivio");
+    user.expect_none_left();
+    EXPECT_EQ(title(), "Tarvello 4 - [" + made + "]");
+    EXPECT_EQ(newest_customer(), "Anna");
+    finish();
+}
+
 } // namespace
 } // namespace tarvello::testing

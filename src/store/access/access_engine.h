@@ -17,7 +17,7 @@ std::unique_ptr<Engine> open_access_engine(const std::string& path, const Region
 
 /// Makes a new Access file without tables, for create_table and fill. Nobody else knows of it yet and it is
 /// given up as a whole if anything fails, so that it needs no journal; what commit() has ended is synced.
-/// @param path  of a file that does not exist
+/// @param path  of an empty file, or of none
 /// @throws Failure
 std::unique_ptr<Engine> make_access_engine(const std::string& path, const RegionalSettings& regional);
 

@@ -50,7 +50,7 @@ File::File(std::string path, Mode mode, FileWatch* watch, std::string known_as)
     if (!allow(FileCall::open)) fail("Apertura", EIO);
     int flags = O_CLOEXEC | (mode == Mode::read_only ? O_RDONLY : O_RDWR);
     if (mode == Mode::create) flags |= O_CREAT | O_TRUNC;
-    if (mode == Mode::create_new) flags |= O_CREAT | O_EXCL;
+    if (mode == Mode::create_new) flags |= O_CREAT;
     handle_ = ::open(path_.c_str(), flags, 0600);
     if (handle_ < 0 && (flags & O_CREAT) != 0 && errno == EACCES) {
         throw Failure(access_failure::file, source,
@@ -62,6 +62,10 @@ File::File(std::string path, Mode mode, FileWatch* watch, std::string known_as)
     if (::fstat(handle_, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(handle_);
         fail("Apertura", EISDIR);
+    }
+    if (mode == Mode::create_new && status.st_size != 0) {
+        ::close(handle_);
+        fail("Apertura", EEXIST);
     }
 }
 

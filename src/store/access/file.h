@@ -22,7 +22,7 @@ public:
 /// names the file.
 class File {
 public:
-    /// create: empties a file that is there. create_new: one that is there is left alone and is a failure.
+    /// create: empties a file that is there. create_new: one that is there must be empty.
     enum class Mode : std::uint8_t { read_only, read_write, create, create_new };
 
     /// @param watch     may be null

@@ -14,9 +14,8 @@ namespace tarvello::store {
 /// @throws Failure if it is damaged or another program has locked it
 std::unique_ptr<Engine> open_sqlite_engine(const std::string& path, const RegionalSettings& regional);
 
-/// Makes a new SQLite file with the tables of data/schema.sql. Nobody else knows of it yet and it is thrown
-/// away as a whole if anything fails, so it has no journal; what commit() has ended is synced.
-/// @param path  of a file that does not exist
+/// Makes an empty file an SQLite file with the tables of data/schema.sql. Nobody else knows of it yet and it
+/// is thrown away as a whole if anything fails, so it has no journal; what commit() has ended is synced.
 /// @throws Failure
 std::unique_ptr<Engine> make_sqlite_engine(const std::string& path, const RegionalSettings& regional);
 

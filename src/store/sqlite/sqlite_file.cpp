@@ -7,12 +7,10 @@
 #include "store/sqlite/sqlite_functions.h"
 #include "text/letter_case.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 
@@ -71,22 +69,11 @@ const char* meaning(int code) {
     }
 }
 
-/// Makes an empty file, which nobody else may have made meanwhile.
-void make_file(const std::string& path) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0) {
-        const char* const why = errno == EEXIST ? "esiste già" : "non si può creare in quella cartella";
-        throw Failure(failure_number::file_access, source, "Il file \"" + path + "\" " + why + ".");
-    }
-    ::close(file);
-}
-
 } // namespace
 
 SqliteFile::SqliteFile(const std::string& path, Use use) : path_(path) {
     // An absolute path, so that no name can be taken for one of SQLite's own, such as ":memory:".
     if (!path_.starts_with('/')) path_.insert(0, "./");
-    if (use == Use::fresh) make_file(path_);
     try {
         open(use);
         check(use);

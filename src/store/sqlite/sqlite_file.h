@@ -25,7 +25,7 @@ class SqliteFile {
 public:
     enum class Use : std::uint8_t {
         existing, ///< a user's file, which must exist
-        fresh, ///< one that is made, and must not exist; nobody else knows of it yet, see make_sqlite_engine
+        fresh,    ///< an empty one that is filled, and nobody else knows of yet: see make_sqlite_engine
         in_memory
     };
 
