@@ -1,5 +1,5 @@
-// Databases and lists of municipalities of the embedded engine: a sample with patches is looked at from end to end,
-// read by its index, and written to.
+// Databases and lists of municipalities of the embedded engine: a sample with patches is looked at from end
+// to end, read by its index, and written to.
 #include "patched_file.h"
 
 #include "failure.h"
@@ -19,14 +19,15 @@ std::string sample() {
     const std::string path = "/dev/shm/tarvello-fuzz-sample-" + std::to_string(getpid());
     sqlite3* database = nullptr;
     sqlite3_open(path.c_str(), &database);
-    sqlite3_exec(database,
-                 "CREATE TABLE Clienti (Numero_Cliente INTEGER PRIMARY KEY AUTOINCREMENT, Nome TEXT, Appunti TEXT);"
-                 "CREATE TABLE Comuni (COMU_DESCR TEXT, COMU_COD TEXT);"
-                 "CREATE INDEX COMUNI2L ON Comuni (COMU_DESCR);"
-                 "WITH n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<200) INSERT INTO Clienti "
-                 "SELECT i, 'Nome '||i, hex(zeroblob(i)) FROM n;"
-                 "INSERT INTO Comuni SELECT Nome, Numero_Cliente FROM Clienti",
-                 nullptr, nullptr, nullptr);
+    sqlite3_exec(
+        database,
+        "CREATE TABLE Clienti (Numero_Cliente INTEGER PRIMARY KEY AUTOINCREMENT, Nome TEXT, Appunti TEXT);"
+        "CREATE TABLE Comuni (COMU_DESCR TEXT, COMU_COD TEXT);"
+        "CREATE INDEX COMUNI2L ON Comuni (COMU_DESCR);"
+        "WITH n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<200) INSERT INTO Clienti "
+        "SELECT i, 'Nome '||i, hex(zeroblob(i)) FROM n;"
+        "INSERT INTO Comuni SELECT Nome, Numero_Cliente FROM Clienti",
+        nullptr, nullptr, nullptr);
     sqlite3_close(database);
     return path;
 }
