@@ -44,7 +44,8 @@ public:
     /// A button has been pressed.
     std::function<void(ToolButton&)> on_button_click;
 
-    // User act: presses the button of that key.
+    // User act: presses the button of that key. The bar itself is not pressed.
+    using Control::press;
     void press(std::string_view key);
 
 private:
