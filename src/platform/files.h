@@ -78,7 +78,8 @@ public:
     virtual bool copy(const std::string& source, const std::string& destination,
                       const CopyProgress& progress = {}) = 0;
 
-    /// The first half of a copy, for who wants to look at it before it replaces anything.
+    /// The first half of a copy, for who wants to look at it before it replaces anything. Where it replaces
+    /// nothing, nobody but the user may read it, whoever may read the source.
     /// @return null if `progress` gave it up
     /// @throws Failure; with failure_number::disk_full if the disk has no room for it beside what is there
     virtual std::unique_ptr<PendingCopy> prepare_copy(const std::string& source,

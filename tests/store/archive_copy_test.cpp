@@ -125,6 +125,17 @@ TEST_P(ArchiveCopies, WhatWasCutShortInTheSourceIsUndoneFirst) {
     EXPECT_THAT(folder.names(), ElementsAre("archivio.mdb", "copia.bak"));
 }
 
+TEST_P(ArchiveCopies, ACopyIsItsUsersAloneWhoeverMayReadTheArchive) {
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    const auto rights = [](const std::string& file) { return std::filesystem::status(file).permissions(); };
+    make_copy();
+    EXPECT_EQ(rights(copy), std::filesystem::perms{0600});
+    EXPECT_EQ(rights(path), std::filesystem::perms{0644});
+    ASSERT_EQ(::chmod(copy.c_str(), 0640), 0);
+    make_copy();
+    EXPECT_EQ(rights(copy), std::filesystem::perms{0640}) << "the user has given it to a group";
+}
+
 TEST_P(ArchiveCopies, WhatLiesBesideTheDestinationIsNotTakenForTheCopys) {
     write_bytes(copy, bytes_of(path));
     change(copy, "DELETE * FROM Fatture WHERE ID>30");

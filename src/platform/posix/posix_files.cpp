@@ -81,6 +81,23 @@ void take_times(int file, const struct stat& of) {
     ::futimens(file, times);
 }
 
+std::unique_ptr<PendingCopy> copy_beside(const SourceFile& from, const std::string& source,
+                                         const std::string& destination, mode_t rights,
+                                         const CopyProgress& progress) {
+    need_two_files(source, destination);
+    auto copy = std::make_unique<PosixPendingCopy>(destination, rights);
+    NewFile& to = copy->file;
+    // The room is taken first, so that a full disk is known at once and the file lies in one piece.
+    if (from.size() > 0 && ::fallocate(to.descriptor(), FALLOC_FL_KEEP_SIZE, 0, from.status().st_size) != 0 &&
+        (errno == ENOSPC || errno == EFBIG || errno == EDQUOT)) {
+        throw to.failure(errno);
+    }
+    if (!from.copy_to(to.descriptor(), to.destination(), progress)) return nullptr;
+    take_times(to.descriptor(), from.status());
+    to.finish();
+    return copy;
+}
+
 } // namespace
 
 std::optional<FileFacts> PosixFiles::facts(const std::string& path) {
@@ -136,7 +153,10 @@ void PosixFiles::make_folder(const std::string& path) { make_folders(path, priva
 
 bool PosixFiles::copy(const std::string& source, const std::string& destination,
                       const CopyProgress& progress) {
-    const auto copy = prepare_copy(source, destination, progress);
+    const SourceFile from(source);
+    // What nobody else may read stays so; and the user may write a copy of what he may only read.
+    const mode_t rights = (from.status().st_mode & 0777) | private_file;
+    const auto copy = copy_beside(from, source, destination, rights, progress);
     if (copy) copy->place();
     return copy != nullptr;
 }
@@ -144,21 +164,7 @@ bool PosixFiles::copy(const std::string& source, const std::string& destination,
 std::unique_ptr<PendingCopy> PosixFiles::prepare_copy(const std::string& source,
                                                       const std::string& destination,
                                                       const CopyProgress& progress) {
-    const SourceFile from(source);
-    need_two_files(source, destination);
-    // What nobody else may read stays so; and the user may write a copy of what he may only read.
-    const mode_t rights = (from.status().st_mode & 0777) | private_file;
-    auto copy = std::make_unique<PosixPendingCopy>(destination, rights);
-    NewFile& to = copy->file;
-    // The room is taken first, so that a full disk is known at once and the file lies in one piece.
-    if (from.size() > 0 && ::fallocate(to.descriptor(), FALLOC_FL_KEEP_SIZE, 0, from.status().st_size) != 0 &&
-        (errno == ENOSPC || errno == EFBIG || errno == EDQUOT)) {
-        throw to.failure(errno);
-    }
-    if (!from.copy_to(to.descriptor(), to.destination(), progress)) return nullptr;
-    take_times(to.descriptor(), from.status());
-    to.finish();
-    return copy;
+    return copy_beside(SourceFile(source), source, destination, private_file, progress);
 }
 
 void PosixFiles::overwrite(const std::string& source, const std::string& destination,
