@@ -2,8 +2,9 @@
 # Tries Tarvello on a bare Debian, as people have it who have just installed the system: builds and tests it there, makes
 # the package, installs it on another bare one, starts it under X11 and under Wayland, upgrades and removes it.
 #   packaging/try_on.sh bookworm|trixie [folder for logs and pictures]
-# As root, on a Debian with a network. It takes about an hour on two cores; with TARVELLO_CCACHE=FOLDER, which must be
-# empty or of an earlier run, what is compiled is kept there and the next run takes less.
+# On a Debian with a network, as root or with sudo. It takes about an hour on two cores; with TARVELLO_CCACHE=FOLDER,
+# which must be empty or of an earlier run with the same release, what is compiled is kept there and the next run takes
+# less.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=cmake/packages.sh
@@ -12,7 +13,8 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 release=${1:?"bookworm or trixie"}
 out=$(realpath -m "${2:-build-try/$release}")
 if [ -z "${TARVELLO_TRY_INSIDE:-}" ]; then
-    [ "$(id -u)" -eq 0 ] || { echo "As root, please: it makes systems of their own and enters them." >&2; exit 1; }
+    # It makes systems of their own and enters them.
+    [ "$(id -u)" -eq 0 ] || exec sudo --preserve-env=TARVELLO_CCACHE,TMPDIR,http_proxy "$0" "$release" "$out"
     need_packages debootstrap xvfb weston imagemagick procps python3
     # Mounts and processes of its own, so that nothing of them is left behind however it ends.
     TARVELLO_TRY_INSIDE=yes exec unshare --mount --pid --fork --kill-child "$0" "$release" "$out"
