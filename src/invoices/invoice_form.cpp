@@ -87,10 +87,14 @@ void frmTarvello::set_captions() {
 }
 
 void frmTarvello::set_shortcuts() {
-    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+W", "Ctrl+P",
+    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+D", "Ctrl+P",
                                  "Ctrl+I", "Alt+A",  "Ctrl+L", "Alt+C"};
-    for (std::size_t place = 1; place <= Toolbar1.size(); ++place)
+    CommandButton* const below[] = {&cmdNuovaFattura, &cmdModificaDati, &StampaWord, &cmdStampaFattura,
+                                    &CheckEmail,      &cmdAnnulla,      nullptr,     &cmdChiudi};
+    for (std::size_t place = 1; place <= Toolbar1.size(); ++place) {
         Toolbar1.button(place).set_shortcut(tools[place - 1]);
+        if (below[place - 1]) below[place - 1]->tell_shortcut(tools[place - 1]);
+    }
     const char* const moves[] = {"Alt+Home", "Alt+Left", "Alt+Right", "Alt+End", "Alt+PgUp", "Alt+PgDown"};
     cmdNavigazione.each([&](std::size_t i, CommandButton& move) { move.set_shortcut(moves[i]); });
     cmdEliminaFattura.set_shortcut("Alt+E");

@@ -44,6 +44,7 @@ void frmTarvello::show_toolbar_mode(std::size_t place, const std::string& captio
     button.set_shortcut(caption == "Nuova Fattura"   ? "Ctrl+N"
                         : caption == "Modifica Dati" ? "Ctrl+M"
                                                      : "Ctrl+S");
+    (place == invoice_tool::new_invoice ? cmdNuovaFattura : cmdModificaDati).tell_shortcut(button.shortcut());
 }
 
 void frmTarvello::each_other_tool(std::size_t mode, const std::function<void(ToolButton&)>& visit) {
@@ -108,6 +109,7 @@ void frmTarvello::set_search_state(std::string_view action) {
 }
 
 void frmTarvello::start_new_invoice() {
+    program_.database().dbConnection.engine(); // without a database nothing is cleared
     PulisciFattura();
     SbloccaFattura();
     txtNumeroFattura.set_locked(true);

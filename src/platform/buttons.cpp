@@ -14,6 +14,12 @@ void PictureButton::set_shortcut(std::string shortcut) {
     changed(Aspect::look);
 }
 
+void PictureButton::tell_shortcut(std::string of_another) {
+    if (other_shortcut_ == of_another) return;
+    other_shortcut_ = std::move(of_another);
+    changed(Aspect::look);
+}
+
 void CommandButton::click() {
     if (!reachable()) return;
     act([&] {

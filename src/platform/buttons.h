@@ -21,6 +21,9 @@ public:
     /// Keys that press it wherever the focus is, such as Ctrl+S; empty for none. The tool tip names them.
     const std::string& shortcut() const { return shortcut_; }
     void set_shortcut(std::string shortcut);
+    /// What the tool tip names: the shortcut, or that of another button with the same task.
+    const std::string& told_shortcut() const { return shortcut_.empty() ? other_shortcut_ : shortcut_; }
+    void tell_shortcut(std::string of_another);
     /// The command gives up what has been entered: it runs also where that could not be read.
     bool cancels() const { return cancels_; }
     void set_cancels() { cancels_ = true; }
@@ -28,6 +31,7 @@ public:
 private:
     std::string picture_;
     std::string shortcut_;
+    std::string other_shortcut_;
     bool cancels_ = false;
 };
 

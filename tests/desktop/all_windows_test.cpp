@@ -138,6 +138,28 @@ TEST_P(Windows, AScreenReaderSaysTheWordsOnTheScreenAndNotTheToolTip) {
     }
 }
 
+TEST_P(Windows, TheCommandsOfTheBigFormsTellTheirKeysAndFollowThem) {
+    if (GetParam().name != "frmTarvello" && GetParam().name != "frmClienti") return;
+    qt::QtWindows windows(regional);
+    QWidget& shown = show_in(windows);
+    std::string pressed;
+    for (Control* control : form->controls()) {
+        if (auto* button = dynamic_cast<CommandButton*>(control))
+            button->on_click = [&pressed, button] { pressed = button->name(); };
+        if (auto* bar = dynamic_cast<Toolbar*>(control))
+            bar->on_button_click = [&pressed](const ToolButton& button) { pressed = button.name(); };
+    }
+    for (const Control* control : form->controls()) {
+        const auto* command = dynamic_cast<const PictureButton*>(control);
+        const auto* widget = shown.findChild<QWidget*>(to_qt(control->name()));
+        if (!command || !widget->isVisible()) continue;
+        EXPECT_TRUE(widget->toolTip().endsWith(')')) << control->name();
+        if (command->shortcut().empty() || !command->reachable()) continue;
+        QTest::keySequence(QApplication::focusWidget(), QKeySequence(to_qt(command->shortcut())));
+        EXPECT_EQ(pressed, command->name()) << command->shortcut();
+    }
+}
+
 TEST_P(Windows, TheTabKeyReachesEverything) {
     qt::QtWindows windows(regional);
     QWidget& shown = show_in(windows);

@@ -73,6 +73,7 @@ TEST_F(MainWindow, WithoutADatabaseTheSessionLivesOn) {
     refused([&] { main.mnuAnagrafica_Clienti.click(); });
     refused([&] { form.cmdNavigazione[0].click(); });
     refused([&] { form.Toolbar1.press("Nuova Fattura"); });
+    EXPECT_EQ(form.cmdNuovaFattura.caption(), "Nuova Fattura") << "nothing has been begun";
     refused([&] { form.Toolbar1.press("Annulla"); });
     form.close_by_user();
     refused([&] { main.mnuFatture.click(); });

@@ -117,11 +117,14 @@ private:
     void show_keys() {
         button().setShortcut({});
         QList<QKeySequence> keys{QKeySequence::mnemonic(button().text())};
-        if (const std::string& shortcut = control_.shortcut(); !shortcut.empty()) {
-            keys << QKeySequence(to_qt(shortcut), QKeySequence::PortableText);
+        const auto sequence = [](const std::string& text) {
+            return QKeySequence(to_qt(text), QKeySequence::PortableText);
+        };
+        if (!control_.shortcut().empty()) keys << sequence(control_.shortcut());
+        if (const std::string& told = control_.told_shortcut(); !told.empty()) {
             const std::string& words = control_.tool_tip().empty() ? control_.caption() : control_.tool_tip();
             button().setToolTip(plain_tool_tip(words) + " (" +
-                                keys.last().toString(QKeySequence::NativeText) + ")");
+                                sequence(told).toString(QKeySequence::NativeText) + ")");
         }
         keys_->setKeys(keys);
     }
