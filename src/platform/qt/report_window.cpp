@@ -6,6 +6,7 @@
 #include "platform/qt/qt_text.h"
 #include "platform/qt/report_painter.h"
 #include "platform/qt/scale.h"
+#include "platform/qt/window_frames.h"
 #include "platform/qt/windows.h"
 #include "platform/twips.h"
 
@@ -135,8 +136,9 @@ void ReportWindow::place() {
     QRect wanted(scaled(report_.window.left), scaled(report_.window.top), scaled(report_.window.width),
                  scaled(report_.window.height));
     if (const QScreen* on = screen()) {
-        const QRect room = on->availableGeometry();
+        QRect room = on->availableGeometry();
         wanted.translate(room.topLeft());
+        room.setTop(room.bottom() + 1 - most_of(*this).height()); // its title bar comes above it
         wanted.setSize(wanted.size().boundedTo(room.size()));
         wanted.moveRight(std::min(wanted.right(), room.right()));
         wanted.moveBottom(std::min(wanted.bottom(), room.bottom()));
