@@ -1,6 +1,6 @@
 #!/bin/bash
 # Runs the tests of Access files at full size, where test.sh tries each thing a few times: 20,000 random statements on
-# each sample beside the embedded engine, 500 kills, the first 200 calls that change the disk failing in turn, 2,000
+# each sample beside the embedded engine, a stop at each call that changes the disk, the first 230 of them failing, 2,000
 # damages of each sample - these also under AddressSanitizer and UndefinedBehaviorSanitizer. And those of electronic
 # invoices: 20,000 random rows, of which every document must be valid for xmllint, a38 and check_documents.py. And the
 # roads of the program while every call to the disk fails, the process is killed, the power goes (docs/testing.md). And
@@ -18,7 +18,7 @@ build fault_shim
 cmake --preset sanitize >/dev/null
 cmake --build build-sanitize --target core_tests
 
-export TARVELLO_ACCESS_STEPS=20000 TARVELLO_ACCESS_KILLS=500 TARVELLO_ACCESS_DAMAGES=2000
+export TARVELLO_ACCESS_STEPS=20000 TARVELLO_ACCESS_ALL_STOPS=1 TARVELLO_ACCESS_DAMAGES=2000
 build/bin/core_tests --gtest_filter='AccessFaults.*:*AccessRandom.*:*AccessDamage.*'
 build-sanitize/bin/core_tests --gtest_filter='*AccessDamage.*'
 for proof in calls power kills; do

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <span>
 
@@ -202,6 +203,7 @@ public:
     /// @return too_narrow if a table must have memos, which it will have the next time
     End fill(Engine& to) {
         done_ = 0;
+        carried_.clear();
         to.begin();
         for (const TableDeclaration& table : wanted_) {
             const auto same = [&](const StoredTable& other) {
@@ -222,7 +224,7 @@ public:
         for (const StoredTable& table : tables_) {
             const bool whole = std::any_of(found.begin(), found.end(), [&](const StoredTable& other) {
                 return equal_ignoring_case(other.declaration.name, table.declaration.name) &&
-                       other.rows == table.rows;
+                       other.rows == carried_.at(table.declaration.name);
             });
             if (whole) continue;
             throw Failure(failure_number::database, source,
@@ -260,7 +262,9 @@ private:
         const auto rows = from_.run(all);
         Crossing crossing(table, source, *rows, format_ == ArchiveFormat::sqlite, regional_);
         const auto sink = to.fill(table.name, crossing.names());
-        for (std::int64_t row = 1; rows->next(); ++row) {
+        std::int64_t& row = carried_[source.name];
+        while (rows->next()) {
+            ++row;
             try {
                 sink->add(crossing.values(*rows));
             } catch (const Failure& failure) {
@@ -270,7 +274,7 @@ private:
                               "Tabella " + source.name + ", riga " + std::to_string(row) + ": " +
                                   failure.description());
             }
-            if (++done_ % rows_between_reports == 0 && progress_ && !progress_(done_, all_))
+            if (++done_ % rows_between_reports == 0 && progress_ && !progress_(done_, std::max(done_, all_)))
                 return End::given_up;
         }
         return End::done;
@@ -282,8 +286,9 @@ private:
     const CarryProgress& progress_;
     const std::vector<StoredTable> tables_;
     const std::vector<TableDeclaration> wanted_;
-    std::set<std::string> wide_; // tables whose texts are memos
-    std::int64_t all_ = 0;
+    std::set<std::string> wide_;                  // tables whose texts are memos
+    std::map<std::string, std::int64_t> carried_; // rows of each table
+    std::int64_t all_ = 0;                        // as the tables count them, which need not be right
     std::int64_t done_ = 0;
 };
 

@@ -47,7 +47,7 @@ public:
 struct StoredTable {
     TableDeclaration declaration;           ///< as far as one can tell it
     std::vector<std::string> other_columns; ///< whose values are of no kind that the program knows
-    std::int64_t rows = 0;
+    std::int64_t rows = 0; ///< as the file counts them; Access lets the count of a table go at times
 };
 
 /// Rows on their way into a table, see Engine::fill.

@@ -1,18 +1,11 @@
-// A disk that fails at any point, and a process that is killed at any point: what was saved is there and
-// whole.
+// A disk that fails at any point: what was saved is there and whole.
 
 #include "store/store_fixture.h"
 #include "support/program_test.h"
 
-#include <signal.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
 #include <optional>
-#include <random>
-#include <thread>
 
 namespace tarvello::testing {
 namespace {
@@ -61,6 +54,11 @@ private:
     };
     static sqlite3_file* real_of(sqlite3_file* file) { return reinterpret_cast<File*>(file)->real(); }
 
+    template <auto Method, typename... Arguments>
+    static int forward(sqlite3_file* file, Arguments... arguments) {
+        return (real_of(file)->pMethods->*Method)(real_of(file), arguments...);
+    }
+
     static bool fails() {
         if (!calls_left_) return false;
         if (*calls_left_ > 0) {
@@ -75,39 +73,27 @@ private:
         static const sqlite3_io_methods methods = [] {
             sqlite3_io_methods m{};
             m.iVersion = 1;
-            m.xClose = [](sqlite3_file* f) { return real_of(f)->pMethods->xClose(real_of(f)); };
-            m.xRead = [](sqlite3_file* f, void* bytes, int size, sqlite3_int64 at) {
-                return real_of(f)->pMethods->xRead(real_of(f), bytes, size, at);
-            };
+            m.xClose = forward<&sqlite3_io_methods::xClose>;
+            m.xRead = forward<&sqlite3_io_methods::xRead>;
             m.xWrite = [](sqlite3_file* f, const void* bytes, int size, sqlite3_int64 at) {
-                if (!fails()) return real_of(f)->pMethods->xWrite(real_of(f), bytes, size, at);
+                if (!fails()) return forward<&sqlite3_io_methods::xWrite>(f, bytes, size, at);
                 // As a full disk does it: half of the bytes are there.
-                real_of(f)->pMethods->xWrite(real_of(f), bytes, size / 2, at);
+                forward<&sqlite3_io_methods::xWrite>(f, bytes, size / 2, at);
                 return SQLITE_FULL;
             };
             m.xTruncate = [](sqlite3_file* f, sqlite3_int64 size) {
-                return fails() ? SQLITE_IOERR_TRUNCATE : real_of(f)->pMethods->xTruncate(real_of(f), size);
+                return fails() ? SQLITE_IOERR_TRUNCATE : forward<&sqlite3_io_methods::xTruncate>(f, size);
             };
             m.xSync = [](sqlite3_file* f, int how) {
-                return fails() ? SQLITE_IOERR_FSYNC : real_of(f)->pMethods->xSync(real_of(f), how);
+                return fails() ? SQLITE_IOERR_FSYNC : forward<&sqlite3_io_methods::xSync>(f, how);
             };
-            m.xFileSize = [](sqlite3_file* f, sqlite3_int64* size) {
-                return real_of(f)->pMethods->xFileSize(real_of(f), size);
-            };
-            m.xLock = [](sqlite3_file* f, int lock) { return real_of(f)->pMethods->xLock(real_of(f), lock); };
-            m.xUnlock = [](sqlite3_file* f, int lock) {
-                return real_of(f)->pMethods->xUnlock(real_of(f), lock);
-            };
-            m.xCheckReservedLock = [](sqlite3_file* f, int* found) {
-                return real_of(f)->pMethods->xCheckReservedLock(real_of(f), found);
-            };
-            m.xFileControl = [](sqlite3_file* f, int op, void* argument) {
-                return real_of(f)->pMethods->xFileControl(real_of(f), op, argument);
-            };
-            m.xSectorSize = [](sqlite3_file* f) { return real_of(f)->pMethods->xSectorSize(real_of(f)); };
-            m.xDeviceCharacteristics = [](sqlite3_file* f) {
-                return real_of(f)->pMethods->xDeviceCharacteristics(real_of(f));
-            };
+            m.xFileSize = forward<&sqlite3_io_methods::xFileSize>;
+            m.xLock = forward<&sqlite3_io_methods::xLock>;
+            m.xUnlock = forward<&sqlite3_io_methods::xUnlock>;
+            m.xCheckReservedLock = forward<&sqlite3_io_methods::xCheckReservedLock>;
+            m.xFileControl = forward<&sqlite3_io_methods::xFileControl>;
+            m.xSectorSize = forward<&sqlite3_io_methods::xSectorSize>;
+            m.xDeviceCharacteristics = forward<&sqlite3_io_methods::xDeviceCharacteristics>;
             return m;
         }();
         file->pMethods = nullptr;
@@ -194,69 +180,6 @@ TEST(SqliteFaults, EveryWriteThatFailsLeavesTheWholeStatementOrNothing) {
     }
     EXPECT_GT(faults, 10) << "the faults were not met";
     EXPECT_FALSE(FaultyDisk::unsynced_deletes);
-}
-
-/// Saves invoices one after the other, and tells each through the pipe when its save has returned.
-[[noreturn]] void save_until_killed(const std::string& path, int first, int told) {
-    const RegionalSettings regional;
-    Connection connection(regional);
-    connection.open(path);
-    for (int number = first;; ++number) {
-        run(connection, insert_of_invoice(number));
-        if (::write(told, &number, sizeof number) != sizeof number) ::_exit(1);
-    }
-}
-
-TEST(SqliteFaults, AKilledProcessLosesNothingThatWasSaved) {
-    TemporaryFolder folder;
-    const RegionalSettings regional;
-    const std::string path = folder.in("archivio.mdb");
-    make_database(path);
-    std::mt19937 random(std::random_device{}());
-    constexpr int enough_saves = 200;
-    int saved = 0; // invoices 1 to this one are in the file for sure
-    int kills = 0;
-    int found_unannounced = 0;
-    while (saved < enough_saves || kills < 20) {
-        int pipe_ends[2];
-        ASSERT_EQ(::pipe(pipe_ends), 0);
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            ::close(pipe_ends[0]);
-            save_until_killed(path, saved + 1, pipe_ends[1]);
-        }
-        ::close(pipe_ends[1]);
-        // The first save is waited for, so that the kill hits the work and not the start.
-        int number = 0;
-        ASSERT_EQ(::read(pipe_ends[0], &number, sizeof number), static_cast<ssize_t>(sizeof number));
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 15'000));
-        ASSERT_EQ(::kill(child, SIGKILL), 0);
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
-        ++kills;
-        do saved = number;
-        while (::read(pipe_ends[0], &number, sizeof number) == static_cast<ssize_t>(sizeof number));
-        ::close(pipe_ends[0]);
-
-        Connection connection(regional);
-        connection.open(path);
-        const std::vector<Row> rows = run(connection, "SELECT * FROM Fatture");
-        connection.close();
-        ASSERT_EQ(integrity(path), "ok");
-        ASSERT_GE(rows.size(), static_cast<std::size_t>(saved)) << "a saved invoice is lost";
-        ASSERT_LE(rows.size(), static_cast<std::size_t>(saved) + 1);
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            ASSERT_EQ(Row(rows[i].begin() + 1, rows[i].end()), row_of_invoice(static_cast<int>(i) + 1));
-        }
-        // One more may be there: it was on disk, and the kill came before it was told.
-        found_unannounced += static_cast<int>(rows.size()) - saved;
-        saved = static_cast<int>(rows.size());
-    }
-    RecordProperty("kills", kills);
-    RecordProperty("saves", saved);
-    RecordProperty("found_unannounced", found_unannounced);
 }
 
 } // namespace

@@ -48,7 +48,9 @@ private:
 std::string bytes_of(const std::string& path);
 void write_bytes(const std::string& path, const std::string& bytes);
 
-/// The description of the failure that `act` ends with; fails the test if it ends with none.
+/// The description of the failure that `act` ends with, "(done)" if it ends with none.
+std::string description_of(const std::function<void()>& act);
+/// The same, which fails the test if it ends with none.
 std::string failure_of(const std::function<void()>& act);
 
 /// An engine, for the tests that run on each.
@@ -64,6 +66,8 @@ std::string name_of_kind(const ::testing::TestParamInfo<EngineKind>& info);
 
 using Row = std::vector<std::string>;
 
+/// All rows of a result, nulls as "(null)".
+std::vector<Row> all_of(std::unique_ptr<store::RowSource> source, const RegionalSettings& regional);
 /// Runs a statement by a recordset of its own. @return all rows, nulls as "(null)"
 std::vector<Row> run(Connection& connection, const std::string& sql, const Parameters& parameters = {});
 

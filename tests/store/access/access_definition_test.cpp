@@ -6,6 +6,7 @@
 #include "store/access/catalogue.h"
 #include "store/access/stored_text.h"
 #include "store/access/table_writer.h"
+#include "store/archive.h"
 #include "store/table.h"
 
 #include <gmock/gmock.h>
@@ -63,25 +64,25 @@ void put_row(const std::string& path, const std::vector<std::uint8_t>& row) {
 struct AccessDefinition : ::testing::Test {
     /// Opens the sample after a change to its bytes.
     std::unique_ptr<store::Engine> changed(const std::function<void(std::string&)>& change) {
-        path = folder.copy_of("vuoto.mdb");
-        std::string bytes = file_bytes(path);
+        path = copy_of(folder, "vuoto.mdb");
+        std::string bytes = bytes_of(path);
         change(bytes);
-        write_file(path, bytes);
+        write_bytes(path, bytes);
         return open(path);
     }
     /// Expects that rows of the table are read and not written.
     void expect_read_only(const char* why, const std::function<void(std::string&)>& change) {
         const auto engine = changed(change);
-        const std::string before = file_bytes(path);
+        const std::string before = bytes_of(path);
         EXPECT_TRUE(run(*engine, "SELECT * FROM Clienti").empty());
         EXPECT_THAT(failure_of(*engine, "INSERT INTO Clienti(Nome) VALUES('x')"), HasSubstr(why));
         EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"), HasSubstr("si può soltanto leggere"));
-        EXPECT_EQ(file_bytes(path), before);
+        EXPECT_EQ(bytes_of(path), before);
         EXPECT_EQ(failure_of(*engine, "INSERT INTO DatiIntestazione(CC) VALUES('1')"), "(done)")
             << "another table";
     }
 
-    ScratchFolder folder;
+    TemporaryFolder folder;
     std::string path;
 };
 
@@ -122,6 +123,20 @@ TEST_F(AccessDefinition, WhatARelationshipEnforcesIsNotWritten) {
     EXPECT_THAT(failure_of(*engine, "DELETE * FROM MSysRelationships"), HasSubstr("del sistema"));
 }
 
+TEST_F(AccessDefinition, TheCountOfRowsMayBeOffAsAccessItselfLeavesIt) {
+    const auto engine = changed([](std::string& bytes) { bytes[customers_page * page_size + 16] = 8; });
+    const std::string before = folder.in("before.mdb");
+    write_bytes(before, bytes_of(path));
+    for (const char* name : {"a", "b"})
+        run(*engine, std::string("INSERT INTO Clienti(Nome) VALUES('") + name + "')");
+    expect_sound(path, before);
+    for (const auto format : {store::ArchiveFormat::sqlite, store::ArchiveFormat::access}) {
+        const std::string made = folder.in("nuovo" + std::to_string(static_cast<int>(format)));
+        store::carry_over(*engine, made, format, RegionalSettings());
+        EXPECT_EQ(run(*open(made), "SELECT * FROM Clienti").size(), 2U);
+    }
+}
+
 TEST_F(AccessDefinition, AUniqueIndexRepeatsKeysWithoutAnyValue) {
     const auto insert = [](const auto& engine, const std::string& columns, const std::string& values) {
         return failure_of(*engine, "INSERT INTO Clienti(" + columns + ") VALUES(" + values + ")");
@@ -134,8 +149,8 @@ TEST_F(AccessDefinition, AUniqueIndexRepeatsKeysWithoutAnyValue) {
             bytes[index + 46] = flags;
             bytes[index + real_index_size + 23] = 0;
         });
-        const std::string before = folder.path("before.mdb");
-        write_file(before, file_bytes(path));
+        const std::string before = folder.in("before.mdb");
+        write_bytes(before, bytes_of(path));
         EXPECT_EQ(insert(engine, "Appunti", "'senza'") + insert(engine, "Appunti", "'ancora'"),
                   "(done)(done)");
         EXPECT_EQ(insert(engine, "Nome", "'a'") + insert(engine, surname, "'a',''"), "(done)(done)");
@@ -236,7 +251,7 @@ TEST_F(AccessDefinition, AColumnThatIsGoneKeepsItsPlaceInTheRows) {
         const auto engine = changed([](std::string&) {});
         run(*engine, "INSERT INTO Clienti(Cognome_Ragione_Sociale,Nome,Appunti) VALUES('a','b','c')");
     }
-    std::string bytes = file_bytes(path);
+    std::string bytes = bytes_of(path);
     const std::size_t name = name_at(bytes, 2);
     const std::size_t name_end = name_at(bytes, 3);
     bytes[customers_page * page_size + 45] = 12;
@@ -244,7 +259,7 @@ TEST_F(AccessDefinition, AColumnThatIsGoneKeepsItsPlaceInTheRows) {
     bytes.insert(end, std::string(name_end - name + column_size, '\0'));
     bytes.erase(name, name_end - name);
     bytes.erase(columns_at + 2 * column_size, column_size);
-    write_file(path, bytes);
+    write_bytes(path, bytes);
 
     const auto engine = open(path);
     run(*engine, insert + "'d','e','f')");

@@ -1,13 +1,11 @@
 #include "store/access/access_support.h"
 
-#include "failure.h"
-#include "store/statement.h"
-
-#include <gmock/gmock.h>
+#include "program/open_database.h"
+#include "store/access/journal.h"
+#include "support/program_test.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,22 +16,22 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 /// A sample with some bytes of its first page changed.
-std::string with_header(const ScratchFolder& folder, std::size_t at, const std::string& bytes) {
-    const std::string path = folder.copy_of("vuoto.mdb", "header.mdb");
-    std::string content = file_bytes(path);
+std::string with_header(const TemporaryFolder& folder, std::size_t at, const std::string& bytes) {
+    const std::string path = copy_of(folder, "vuoto.mdb", "header.mdb");
+    std::string content = bytes_of(path);
     content.replace(at, bytes.size(), bytes);
-    write_file(path, content);
+    write_bytes(path, content);
     return path;
 }
 
 /// Flips bits of a byte, which in the masked part of the header flips the same bits of what it stands for.
-std::string with_flipped(const ScratchFolder& folder, std::size_t at) {
-    const char byte = file_bytes(access_sample("vuoto.mdb"))[at];
+std::string with_flipped(const TemporaryFolder& folder, std::size_t at) {
+    const char byte = bytes_of(access_sample("vuoto.mdb"))[at];
     return with_header(folder, at, std::string(1, static_cast<char>(byte ^ 0x41)));
 }
 
 TEST(AccessOpening, RefusesWhatItDoesNotKnowWithWordsOfItsOwn) {
-    const ScratchFolder folder;
+    const TemporaryFolder folder;
     EXPECT_THAT(opening_failure(with_header(folder, 0x14, std::string(1, '\0'))), HasSubstr("Access 97"));
     EXPECT_THAT(opening_failure(with_header(folder, 0x14, "\x02")), HasSubstr(".accdb"));
     EXPECT_THAT(opening_failure(with_header(folder, 4, "Standard ACE DB")), HasSubstr(".accdb"));
@@ -41,20 +39,20 @@ TEST(AccessOpening, RefusesWhatItDoesNotKnowWithWordsOfItsOwn) {
     EXPECT_THAT(opening_failure(with_flipped(folder, 0x42)), HasSubstr("password"));
     EXPECT_THAT(opening_failure(with_flipped(folder, 0x69)), HasSubstr("password"));
 
-    const std::string cut = folder.path("cut.mdb");
-    write_file(cut, file_bytes(access_sample("vuoto.mdb")).substr(0, 1000));
+    const std::string cut = folder.in("cut.mdb");
+    write_bytes(cut, bytes_of(access_sample("vuoto.mdb")).substr(0, 1000));
     EXPECT_THAT(opening_failure(cut), HasSubstr("danneggiato"));
-    EXPECT_EQ(file_bytes(cut).size(), 1000U);
+    EXPECT_EQ(bytes_of(cut).size(), 1000U);
 }
 
 TEST(AccessOpening, AFileThatAnotherProgramHasIsNotOpened) {
-    const ScratchFolder folder;
-    const std::string path = folder.copy_of("archivio.mdb");
+    const TemporaryFolder folder;
+    const std::string path = copy_of(folder, "archivio.mdb");
     {
         const auto first = open(path);
         EXPECT_THAT(opening_failure(path), HasSubstr("già aperto in un altro programma"));
     }
-    EXPECT_EQ(opening_failure(path), "(opened)") << "the lock goes with the engine";
+    EXPECT_EQ(opening_failure(path), "(done)") << "the lock goes with the engine";
 
     // A program that locks the way of network folders: a range of the file, not the file.
     int ready[2];
@@ -81,10 +79,10 @@ TEST(AccessOpening, AFileThatAnotherProgramHasIsNotOpened) {
 }
 
 TEST(AccessOpening, AFileThatAnAccessUserHasIsReadOnly) {
-    const ScratchFolder folder;
-    const std::string path = folder.copy_of("archivio.mdb");
-    const std::string lock = folder.path("archivio.ldb");
-    write_file(lock, "");
+    const TemporaryFolder folder;
+    const std::string path = copy_of(folder, "archivio.mdb");
+    const std::string lock = folder.in("archivio.ldb");
+    write_bytes(lock, "");
     const int handle = ::open(lock.c_str(), O_RDWR);
     struct flock range {};
     range.l_type = F_WRLCK;
@@ -97,11 +95,31 @@ TEST(AccessOpening, AFileThatAnAccessUserHasIsReadOnly) {
     ::close(handle);
     EXPECT_THAT(failure_of(*engine, "DELETE * FROM Clienti"),
                 AllOf(HasSubstr("nessun programma"), HasSubstr("cancellare il file \"" + lock)));
-    std::filesystem::rename(lock, folder.path("archivio.LDB"));
+    std::filesystem::rename(lock, folder.in("archivio.LDB"));
     EXPECT_THAT(failure_of(*engine, "DELETE * FROM Fatture"), HasSubstr("archivio.LDB"));
-    std::filesystem::remove(folder.path("archivio.LDB"));
+    std::filesystem::remove(folder.in("archivio.LDB"));
     EXPECT_EQ(failure_of(*engine, "DELETE * FROM DatiIntestazione"), "(done)")
         << "the user has closed it meanwhile";
+}
+
+struct AccessNotice : ProgramTest {};
+
+TEST_F(AccessNotice, AJournalThatDoesNotGoWithTheFileIsToldOfWhenItIsOpened) {
+    using namespace store::access;
+    const TemporaryFolder folder;
+    const std::string path = copy_of(folder, "archivio.mdb");
+    {
+        File file(path, File::Mode::read_write, nullptr);
+        Journal journal(file, static_cast<PageNumber>(file.size() / testing::page_size), nullptr);
+        journal.keep(file, {50}, {{50, std::make_shared<Page>()}});
+        const std::uint8_t changed = 7; // by somebody else
+        file.write(50 * testing::page_size + 16, {&changed, 1});
+    }
+    program->database().dbConnection.close();
+    program->session().txtDatabaseRoute.set_text(path);
+    boxes().expect_any();
+    EXPECT_TRUE(ApriDatabase(*program));
+    boxes().expect_none_left();
 }
 
 } // namespace

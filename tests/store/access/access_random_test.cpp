@@ -19,21 +19,57 @@ int steps() {
     return wanted != nullptr ? std::atoi(wanted) : 1500;
 }
 
-/// Statements that insert, change and delete rows with values of all lengths.
+/// Statements that insert, change and delete rows with values of all lengths. What a value is to be stands
+/// behind a dollar sign, see Statements::value.
+struct Group {
+    int percent;
+    std::vector<std::string> statements;
+};
+const std::string add_customer =
+    "INSERT INTO Clienti(Cognome_Ragione_Sociale,Nome,Codice_Fiscale,Città,Appunti) "
+    "VALUES($n,$n,$s,$n,$m)";
+const std::string add_invoice = "INSERT INTO Fatture (Numero_Fattura,Data_Fattura,Anno,Numero_Cliente,Nome,"
+                                "Prestazione1,Importo1,Pagamento) VALUES ($i,$d,$y,$c,$n,$m,$s,$n)";
+const std::string end_customer = "DELETE * FROM Clienti WHERE Numero_Cliente=$c";
+const std::string end_invoice = "DELETE * FROM Fatture WHERE ID=$i";
+const Group groups[] = {
+    {45, {"$r", add_customer, add_invoice, add_customer, add_invoice}},
+    {33,
+     {"UPDATE Scadenze SET Codice=$s,Note=$m,Importo=$a WHERE ID=$l",
+      "UPDATE Scadenze SET Nome=$n,Giorno=$d,Pagata=1 WHERE Importo<$a AND Fattura<$c",
+      "UPDATE Clienti SET Cognome_Ragione_Sociale=$n,Appunti=$m WHERE Numero_Cliente=$c",
+      "UPDATE Clienti SET Codice_Fiscale=$n,Indirizzo=$n WHERE Numero_Cliente=$c",
+      "UPDATE Fatture SET Anno=$y,Prestazione2=$m,Nome=$n WHERE ID=$i",
+      "UPDATE Fatture SET Cognome_Ragione_Sociale=$n,Numero_Cliente=$c WHERE Numero_Cliente=$c"}},
+    {19, {"DELETE * FROM Scadenze WHERE Fattura=$c", end_customer, end_invoice, end_customer, end_invoice}},
+    {3,
+     {"DELETE * FROM Scadenze WHERE Giorno>$d AND Tasso>$l", "DELETE * FROM Fatture WHERE Anno=$y",
+      "DELETE * FROM Clienti WHERE Numero_Cliente>$l", "UPDATE Fatture SET Pagamento=$m WHERE Anno=$y",
+      "DELETE * FROM DatiIntestazione", "INSERT INTO DatiIntestazione (Nome_Azienda,CC) VALUES ($n,$n)",
+      "UPDATE Clienti SET Città=$n WHERE Codice_Fiscale LIKE '%a%'"}}};
+
 class Statements {
 public:
     explicit Statements(unsigned seed) : random_(seed) {}
 
     std::string next() {
-        const int kind = number(0, 99);
-        if (kind < 45) return insert();
-        if (kind < 78) return update();
-        if (kind < 97) return remove();
-        return many();
+        const Group* group = groups;
+        for (int kind = number(1, 100); kind > group->percent; ++group) kind -= group->percent;
+        std::string sql = one_of(group->statements);
+        for (std::size_t at = 0; (at = sql.find('$', at)) != std::string::npos;) {
+            const std::string put = value(sql[at + 1]);
+            sql.replace(at, 2, put);
+            at += put.size();
+        }
+        return sql;
     }
 
 private:
     int number(int low, int high) { return std::uniform_int_distribution(low, high)(random_); }
+    template <typename Value>
+    Value one_of(const std::vector<Value>& values) {
+        return values[static_cast<std::size_t>(number(0, static_cast<int>(values.size()) - 1))];
+    }
 
     /// A text of letters that the sort codes know, apostrophes doubled.
     std::string text(int length) {
@@ -41,84 +77,31 @@ private:
                                                          "È", "ç", "ü", "ß", " ", "-", "''",
                                                          ".", "1", "9", "€", "%", "æ", "n"};
         std::string result = "'";
-        for (int i = 0; i < length; ++i) result += letters[static_cast<std::size_t>(number(0, 20))];
+        for (int i = 0; i < length; ++i) result += one_of(letters);
         return result + "'";
     }
-    std::string name() {
-        const int longest[] = {0, 1, 4, 12, 12, 30, 60, 200};
-        return text(number(0, longest[number(0, 7)]));
-    }
-    std::string memo() {
-        const int longest[] = {0, 6, 31, 33, 300, 512, 2040, 4500, 20000};
-        return text(number(0, longest[number(0, 8)]));
-    }
-    std::string year() { return std::to_string(2000 + number(0, 14)); }
-    std::string date() {
-        return "'" + std::to_string(number(1, 28)) + "/" + std::to_string(number(1, 12)) + "/" + year() + "'";
-    }
-    std::string customer() { return std::to_string(number(1, 1500)); }
-    std::string invoice() { return std::to_string(number(1, 2500)); }
-
-    std::string deadline() { return std::to_string(number(1, 1200)); }
-    std::string amount() {
-        return "'" + std::to_string(number(-90000, 90000)) + "," + std::to_string(number(0, 9999)) + "'";
-    }
-
-    std::string insert() {
-        if (number(0, 3) == 0) return inserts_of_deadlines(number(1, 3000), 1).front();
-        if (number(0, 1) == 0) {
-            return "INSERT INTO Clienti(Cognome_Ragione_Sociale,Nome,Codice_Fiscale,Città,Appunti) VALUES(" +
-                   name() + "," + name() + "," + text(16) + "," + name() + "," + memo() + ")";
-        }
-        return "INSERT INTO Fatture "
-               "(Numero_Fattura,Data_Fattura,Anno,Numero_Cliente,Nome,Prestazione1,Importo1,"
-               "Pagamento) VALUES ('" +
-               std::to_string(number(-5, 40000)) + "'," + date() + ",'" + year() + "'," + customer() + "," +
-               name() + "," + memo() + "," + text(number(0, 50)) + "," + text(number(0, 120)) + ")";
-    }
-    std::string update() {
-        switch (number(0, 5)) {
-        case 4:
-            return "UPDATE Scadenze SET Codice=" + text(number(0, 24)) + ",Note=" + memo() +
-                   ",Importo=" + amount() + " WHERE ID=" + deadline();
-        case 5:
-            return "UPDATE Scadenze SET Nome=" + name() + ",Giorno=" + date() + ",Pagata=1 WHERE Importo<" +
-                   amount() + " AND Fattura<" + customer();
-        case 0:
-            return "UPDATE Clienti SET Cognome_Ragione_Sociale=" + name() + ",Appunti=" + memo() +
-                   " WHERE Numero_Cliente=" + customer();
-        case 1:
-            return "UPDATE Clienti SET Codice_Fiscale=" + name() + ",Indirizzo=" + name() +
-                   " WHERE Numero_Cliente=" + customer();
-        case 2:
-            return "UPDATE Fatture SET Anno='" + year() + "',Prestazione2=" + memo() + ",Nome=" + name() +
-                   " WHERE ID=" + invoice();
-        default:
-            return "UPDATE Fatture SET Cognome_Ragione_Sociale=" + name() + ",Numero_Cliente=" + customer() +
-                   " WHERE Numero_Cliente=" + customer();
-        }
-    }
-    std::string remove() {
-        if (number(0, 3) == 0) return "DELETE * FROM Scadenze WHERE Fattura=" + customer();
-        if (number(0, 1) == 0) return "DELETE * FROM Clienti WHERE Numero_Cliente=" + customer();
-        return "DELETE * FROM Fatture WHERE ID=" + invoice();
-    }
-    std::string many() {
-        switch (number(0, 6)) {
-        case 6:
-            return "DELETE * FROM Scadenze WHERE Giorno>" + date() + " AND Tasso>" + deadline();
-        case 0:
-            return "DELETE * FROM Fatture WHERE Anno=" + year();
-        case 1:
-            return "DELETE * FROM Clienti WHERE Numero_Cliente>" + std::to_string(number(100, 3000));
-        case 2:
-            return "UPDATE Fatture SET Pagamento=" + memo() + " WHERE Anno=" + year();
-        case 3:
-            return "DELETE * FROM DatiIntestazione";
-        case 4:
-            return "INSERT INTO DatiIntestazione (Nome_Azienda,CC) VALUES (" + name() + "," + name() + ")";
-        default:
-            return "UPDATE Clienti SET Città=" + name() + " WHERE Codice_Fiscale LIKE '%a%'";
+    std::string value(char kind) {
+        static const std::vector<int> names = {0, 1, 4, 12, 12, 30, 60, 200};
+        static const std::vector<int> memos = {0, 6, 31, 33, 300, 512, 2040, 4500, 20000};
+        const auto year = [&] { return std::to_string(number(2000, 2014)); };
+        switch (kind) {
+        case 'n': // a name
+            return text(number(0, one_of(names)));
+        case 'm':
+            return text(number(0, one_of(memos)));
+        case 's': // short
+            return text(number(0, 20));
+        case 'd':
+            return "'" + std::to_string(number(1, 28)) + "/" + std::to_string(number(1, 12)) + "/" + year() +
+                   "'";
+        case 'y':
+            return year();
+        case 'a': // an amount
+            return "'" + std::to_string(number(-90000, 90000)) + "," + std::to_string(number(0, 9999)) + "'";
+        case 'r': // a row of deadlines
+            return inserts_of_deadlines(number(1, 3000), 1).front();
+        default: // a key: of a customer, a deadline, an invoice
+            return std::to_string(number(1, kind == 'c' ? 1500 : kind == 'l' ? 1200 : 2500));
         }
     }
 
@@ -147,12 +130,12 @@ void mirror(store::Engine& from, store::Engine& to) {
 class AccessRandom : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(AccessRandom, StaysEqualToTheEmbeddedEngineAndSound) {
-    const ScratchFolder folder;
+    const TemporaryFolder folder;
     const std::string sample = GetParam();
-    const std::string path = folder.copy_of(sample);
+    const std::string path = copy_of(folder, sample);
     auto access = open(path);
-    make_database(folder.path("embedded.mdb"));
-    const auto embedded = open(folder.path("embedded.mdb"));
+    make_database(folder.in("embedded.mdb"));
+    const auto embedded = open(folder.in("embedded.mdb"));
     mirror(*access, *embedded);
     for (store::Engine* engine : {access.get(), embedded.get()}) engine->create_table(deadlines());
     // The next automatic number follows the last one given, not the highest that is left.
@@ -183,6 +166,7 @@ TEST_P(AccessRandom, StaysEqualToTheEmbeddedEngineAndSound) {
             access = open(path);
         }
     }
+    expect_agreement(*access, path, {"Clienti", "Fatture", "DatiIntestazione", "Scadenze"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, AccessRandom, ::testing::ValuesIn(access_samples), [](const auto& sample) {

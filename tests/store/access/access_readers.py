@@ -1,17 +1,21 @@
 #!/usr/bin/env python3
-"""Compares what the program read from an Access file with what mdb-export, mdb-tables and mdb-schema (mdbtools) read
-from it: tables, columns and every value.
+"""Compares what the program read from an Access file with what others read from it, tables, columns and every value:
+mdb-export, mdb-tables and mdb-schema (mdbtools), and access_checker.py.
 
     access_readers.py FILE DUMP
 
-DUMP holds a line of JSON for each table: its name, names and kinds of columns, and rows of texts as the program shows
-them.
+DUMP holds for each table its name, names and kinds of columns, and rows of texts as the program shows them; behind a
+table, a row, a text stand 1D, 1E, 1F.
 """
 import csv
+import datetime
 import io
 import json
+import struct
 import subprocess
 import sys
+
+import access_checker
 
 NULL = "\x01null\x01"
 DATE = "%d/%m/%Y"
@@ -22,6 +26,26 @@ def by_mdb_export(path, table):
     output = subprocess.run(command, capture_output=True, check=True).stdout.decode("utf-8")
     rows = list(csv.reader(io.StringIO(output, newline="")))
     return [{name: None if value == NULL else value for name, value in zip(rows[0], row)} for row in rows[1:]]
+
+
+def by_checker(check, name):
+    def text(column, stored):
+        if stored is None or column.type == 1:
+            return stored
+        if column.type == 10:
+            return access_checker.text_of(stored)
+        if column.type == 12:
+            return access_checker.text_of(check.file.long_value(stored))
+        if column.type in (2, 3, 4, 5):
+            number = int.from_bytes(stored, "little", signed=column.type != 2)
+            return str(number / 10000 if column.type == 5 else number)
+        number = struct.unpack("<f" if column.type == 6 else "<d", stored)[0]
+        if column.type == 8:
+            return (datetime.date(1899, 12, 30) + datetime.timedelta(int(number))).strftime("%d/%m/%Y")
+        return str(number)
+
+    return [{column.name: text(column, values[column.number]) for column in check.tables[name].listed}
+            for _, values in check.rows[name]]
 
 
 def plain(kind, value):
@@ -61,10 +85,19 @@ def by_mdb_schema(path, tables):
 
 def main():
     path, dump = sys.argv[1:]
-    with open(dump, encoding="utf-8") as lines:
-        tables = [json.loads(line) for line in lines]
+    tables = []
+    with open(dump, encoding="utf-8", newline="") as text:
+        for table in text.read().split("\x1d")[:-1]:
+            head, *rows = table.split("\x1e")
+            name, *columns = head.split("\x1f")
+            rows = [row.split("\x1f")[:-1] for row in rows]
+            tables.append({"name": name, "columns": list(zip(columns[::2], columns[1::2])), "rows": rows})
     bad = by_mdb_schema(path, tables)
-    bad += sum(compare("mdb-export", table, by_mdb_export(path, table["name"])) for table in tables)
+    check = access_checker.Check(path)
+    check.run()
+    for table in tables:
+        bad += compare("mdb-export", table, by_mdb_export(path, table["name"]))
+        bad += compare("the checker", table, by_checker(check, table["name"]))
     print(f"{path}: {sum(len(table['rows']) for table in tables)} rows compared")
     return 1 if bad else 0
 

@@ -1,6 +1,5 @@
 #include "store/access/access_support.h"
 
-#include "failure.h"
 #include "places.h"
 #include "store/statement.h"
 
@@ -8,8 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/wait.h>
 
 namespace tarvello::testing {
@@ -17,40 +14,21 @@ namespace {
 
 const RegionalSettings regional;
 
-std::string json(const std::string& text) {
-    std::string result = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') {
-            result += std::string("\\") + c;
-        } else if (static_cast<unsigned char>(c) < 0x20) {
-            char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-            result += escaped;
-        } else {
-            result += c;
-        }
-    }
-    return result + "\"";
-}
-
+/// A line for each table: its name, its columns with their kinds, its rows; the parts and what is in them
+/// behind each other, each with a sign of its own.
 std::string dump(store::Engine& engine, const std::vector<std::string>& tables) {
     const char* const kinds[] = {"text", "number", "number", "date", "number", "yes_no"}; // by ColumnType
     std::string text;
     for (const std::string& table : tables) {
         const std::string sql = "SELECT * FROM " + table;
-        std::string columns;
-        for (const store::Column& column : engine.run(store::parse_statement(sql))->columns()) {
-            columns += (columns.empty() ? "[" : ",[") + json(column.name) + "," +
-                       json(kinds[static_cast<std::size_t>(column.type)]) + "]";
-        }
-        std::string rows;
+        text += table;
+        for (const store::Column& column : engine.run(store::parse_statement(sql))->columns())
+            text += "\x1F" + column.name + "\x1F" + kinds[static_cast<std::size_t>(column.type)];
         for (const Row& row : run(engine, sql)) {
-            std::string values;
-            for (const std::string& value : row)
-                values += (values.empty() ? "" : ",") + json(value == "(null)" ? "" : value);
-            rows += (rows.empty() ? "[" : ",[") + values + "]";
+            text += "\x1E";
+            for (const std::string& value : row) text += (value == "(null)" ? "" : value) + "\x1F";
         }
-        text += "{\"name\":" + json(table) + ",\"columns\":[" + columns + "],\"rows\":[" + rows + "]}\n";
+        text += "\x1D";
     }
     return text;
 }
@@ -59,24 +37,9 @@ std::string dump(store::Engine& engine, const std::vector<std::string>& tables) 
 
 std::string access_sample(const std::string& name) { return TARVELLO_TEST_DATA "/data/access/" + name; }
 
-ScratchFolder::ScratchFolder() {
-    // In memory where there is such a place: the tests sync thousands of times.
-    const std::string memory = "/dev/shm/";
-    std::string name =
-        (std::filesystem::is_directory(memory) ? memory : ::testing::TempDir()) + "access-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) std::abort();
-    folder_ = name;
-}
-
-ScratchFolder::~ScratchFolder() {
-    std::error_code ignored; // what is left over lies in the folder for temporary files
-    std::filesystem::remove_all(folder_, ignored);
-}
-
-std::string ScratchFolder::copy_of(const std::string& sample, const std::string& name) const {
-    const std::string to = path(name);
-    std::filesystem::copy_file(access_sample(sample), to, std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::permissions(to, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
+std::string copy_of(const TemporaryFolder& folder, const std::string& sample, const std::string& name) {
+    const std::string to = folder.in(name);
+    write_bytes(to, bytes_of(access_sample(sample)));
     return to;
 }
 
@@ -84,50 +47,18 @@ std::size_t load16(const std::string& bytes, std::size_t at) {
     return static_cast<unsigned char>(bytes[at]) + 256U * static_cast<unsigned char>(bytes[at + 1]);
 }
 
-std::string file_bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
-
-void write_file(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
 std::unique_ptr<store::Engine> open(const std::string& path) { return store::open_engine(path, regional); }
 
 std::vector<Row> run(store::Engine& engine, const std::string& sql) {
-    std::vector<Row> result;
-    const auto rows = engine.run(store::parse_statement(sql));
-    while (rows && rows->next()) {
-        Row row;
-        for (std::size_t i = 0; i < rows->columns().size(); ++i) {
-            const store::ValueView value = rows->value(i);
-            row.push_back(std::holds_alternative<std::monostate>(value) ? "(null)"
-                                                                        : store::value_text(value, regional));
-        }
-        result.push_back(std::move(row));
-    }
-    return result;
+    return all_of(engine.run(store::parse_statement(sql)), regional);
 }
 
 std::string failure_of(store::Engine& engine, const std::string& sql) {
-    try {
-        run(engine, sql);
-    } catch (const Failure& failure) {
-        return failure.description();
-    }
-    return "(done)";
+    return description_of([&] { run(engine, sql); });
 }
 
 std::string opening_failure(const std::string& path) {
-    try {
-        open(path);
-    } catch (const Failure& failure) {
-        return failure.description();
-    }
-    return "(opened)";
+    return description_of([&] { open(path); });
 }
 
 const store::TableDeclaration& deadlines() {
@@ -209,8 +140,8 @@ void expect_sound(const std::string& path, const std::string& before, const std:
 
 void expect_agreement(store::Engine& engine, const std::string& path,
                       const std::vector<std::string>& tables) {
-    const std::string shown = path + ".json";
-    write_file(shown, dump(engine, tables));
+    const std::string shown = path + ".dump";
+    write_bytes(shown, dump(engine, tables));
     int code = 0;
     const std::string output = output_of(
         "python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" + path + "' '" + shown + "'",

@@ -1,12 +1,9 @@
 #pragma once
 
 #include "store/engine.h"
-
-#include <gtest/gtest.h>
+#include "store/store_fixture.h"
 
 #include <memory>
-#include <string>
-#include <vector>
 
 /// What the tests of Access files share.
 namespace tarvello::testing {
@@ -16,35 +13,19 @@ inline constexpr const char* access_samples[] = {"vuoto.mdb", "archivio.mdb", "i
 /// The sample itself, which no test may write to.
 std::string access_sample(const std::string& name);
 
-/// A folder of its own for a test, gone after it.
-class ScratchFolder {
-public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    std::string path(const std::string& name) const { return folder_ + "/" + name; }
-    /// A copy of a sample that may be written to. @return its path
-    std::string copy_of(const std::string& sample, const std::string& name = "archivio.mdb") const;
-
-private:
-    std::string folder_;
-};
+/// A copy of a sample that may be written to. @return its path
+std::string copy_of(const TemporaryFolder& folder, const std::string& sample,
+                    const std::string& name = "archivio.mdb");
 
 inline constexpr std::size_t page_size = 4096;
 /// A word of two bytes, little-endian.
 std::size_t load16(const std::string& bytes, std::size_t at);
 
-std::string file_bytes(const std::string& path);
-void write_file(const std::string& path, const std::string& bytes);
-
-using Row = std::vector<std::string>;
 /// Runs a statement. @return the rows of a SELECT, nulls as "(null)"
 std::vector<Row> run(store::Engine& engine, const std::string& sql);
 /// Runs a statement that must fail. @return the description, "(done)" if it did not fail
 std::string failure_of(store::Engine& engine, const std::string& sql);
-/// Opens a file that must not open. @return the description, "(opened)" if it did
+/// Opens a file that must not open. @return the description, "(done)" if it did
 std::string opening_failure(const std::string& path);
 std::unique_ptr<store::Engine> open(const std::string& path);
 
