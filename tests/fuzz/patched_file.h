@@ -14,7 +14,9 @@
 class PatchedFile {
 public:
     PatchedFile(const std::string& sample, const std::uint8_t* data, std::size_t size) {
-        static const std::string original = read(sample);
+        static std::map<std::string, std::string> originals;
+        std::string& original = originals[sample];
+        if (original.empty()) original = read(sample);
         const std::size_t pages = original.size() / page;
         bytes_ = original;
         while (size >= 5) {
