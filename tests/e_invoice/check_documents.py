@@ -20,7 +20,16 @@ NAMESPACE = "{http://ivaservizi.agenziaentrate.gov.it/docs/xsd/fatture/v1.2}"
 OUTDATED = "00426"
 ACCEPTED_BY_A38 = """
 import sys
-from a38 import codec, validation
+from a38 import codec, fields, validation
+
+# That of Debian 13 knows that there may be several withholdings, and asks their list for its value as if it were one.
+class ListWithValue(list):
+    def has_value(self):
+        return any(part.has_value() for part in self)
+
+cleaned = fields.ModelListField.clean_value
+fields.ModelListField.clean_value = lambda *given: ListWithValue(cleaned(*given) or [])
+
 for path in sys.stdin.read().splitlines():
     try:
         invoice = codec.XML().load(path)
