@@ -37,12 +37,9 @@ struct CustomerFormTest : ProgramTest {
 
     /// A customer with everything that a change asks for. @return its number
     int given_valid_customer(Row columns) {
-        for (const auto& [name, value] : Row{{"Codice_Fiscale", "RSSMRA80A01H501U"},
-                                             {"Cognome_Ragione_Sociale", "Rossi"},
-                                             {"Indirizzo", "Via Roma 1"},
-                                             {"CAP", "00100"},
-                                             {"Provincia", "RM"},
-                                             {"Città", "Roma"}}) {
+        for (const auto& [name, value] :
+             as_row("Codice_Fiscale=RSSMRA80A01H501U; Cognome_Ragione_Sociale=Rossi; "
+                    "Indirizzo=Via Roma 1; CAP=00100; Provincia=RM; Città=Roma")) {
             columns.try_emplace(name, value);
         }
         return given_customer(columns);

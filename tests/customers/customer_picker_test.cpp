@@ -48,14 +48,8 @@ TEST_F(CustomerPicker, ListsAllCustomersWithTheNotesUnderTheMailHeader) {
 
 TEST_F(CustomerPicker, TheChosenCustomerFillsTheInvoice) {
     given_customer({{"Cognome_Ragione_Sociale", "Altro"}});
-    given_customer({{"Cognome_Ragione_Sociale", "D'Angelo"},
-                    {"Nome", "Ada"},
-                    {"Codice_Fiscale", "CF"},
-                    {"Partita_IVA", "PI"},
-                    {"Indirizzo", "Via"},
-                    {"CAP", "00100"},
-                    {"Provincia", "RM"},
-                    {"Città", "Roma"}});
+    given_customer(as_row("Cognome_Ragione_Sociale=D'Angelo; Nome=Ada; Codice_Fiscale=CF; Partita_IVA=PI; "
+                          "Indirizzo=Via; CAP=00100; Provincia=RM; Città=Roma"));
     const auto expect_filled = [this] {
         EXPECT_TRUE(closed());
         EXPECT_EQ(invoice().customer.txtNuovoInserimento.text(), "");

@@ -9,18 +9,9 @@ using namespace customer_box;
 struct CustomerRecord : CustomerFormTest {};
 
 TEST_F(CustomerRecord, EveryColumnHasItsBox) {
-    given_customer({{"Cognome_Ragione_Sociale", "Rossi"},
-                    {"Nome", "Mario"},
-                    {"Codice_Fiscale", "CF"},
-                    {"Partita_IVA", "PI"},
-                    {"Indirizzo", "Via"},
-                    {"CAP", "00100"},
-                    {"Provincia", "RM"},
-                    {"Città", "Roma"},
-                    {"Telefono", "06"},
-                    {"Fax", "07"},
-                    {"email", "m@rossi.it"},
-                    {"Appunti", "note"}});
+    given_customer(as_row("Cognome_Ragione_Sociale=Rossi; Nome=Mario; Codice_Fiscale=CF; Partita_IVA=PI; "
+                          "Indirizzo=Via; CAP=00100; Provincia=RM; Città=Roma; Telefono=06; Fax=07; "
+                          "email=m@rossi.it; Appunti=note"));
     const char* const expected[] = {"CF", "Mario",      "Via",  "00100", "RM",    "Roma", "06",
                                     "07", "m@rossi.it", "note", "1",     "Rossi", "PI"};
     for (std::size_t i = 0; i < 13; ++i) EXPECT_EQ(text(i), expected[i]) << i;

@@ -147,22 +147,14 @@ TEST_F(CustomerSearch, TheListOfAllCustomersHasAllColumns) {
                                    "Note"};
     const char* const cells[] = {"1",  "Rossi", "Ugo", "CF", "PI",         "Via", "00100",
                                  "RM", "Roma",  "06",  "07", "m@rossi.it", "note"};
-    given_customer({{"Cognome_Ragione_Sociale", "Rossi"},
-                    {"Nome", "Ugo"},
-                    {"Codice_Fiscale", "CF"},
-                    {"Partita_IVA", "PI"},
-                    {"Indirizzo", "Via"},
-                    {"CAP", "00100"},
-                    {"Provincia", "RM"},
-                    {"Città", "Roma"},
-                    {"Telefono", "06"},
-                    {"Fax", "07"},
-                    {"email", "m@rossi.it"},
-                    {"Appunti", "note"}});
+    given_customer(as_row("Cognome_Ragione_Sociale=Rossi; Nome=Ugo; Codice_Fiscale=CF; Partita_IVA=PI; "
+                          "Indirizzo=Via; CAP=00100; Provincia=RM; Città=Roma; Telefono=06; Fax=07; "
+                          "email=m@rossi.it; Appunti=note"));
     given_customer({{"Cognome_Ragione_Sociale", "Bianchi"}});
-    form();
+    form().txtfields[indirizzo].set_text("via roma");
     windows().expect_modal("frmRisultatiRicercaClienti", [&](Form& shown) {
         auto& results = dynamic_cast<Results&>(shown);
+        EXPECT_EQ(text(indirizzo), "via roma") << "it presses nothing that brings texts into their case";
         EXPECT_EQ(results.caption(), "Elenco");
         EXPECT_EQ(results.Label1.caption(), "Elenco Clienti");
         for (std::size_t i = 0; i < 13; ++i) {

@@ -44,18 +44,11 @@ TEST_F(Letterhead, SavesOneRowAndShowsItAgain) {
         EXPECT_FALSE(form().Command1[0].enabled());
     }
     ASSERT_EQ(rows().size(), 1u);
-    const std::map<std::string, std::string> expected{{"Nome_Azienda", "Studio Bianchi"},
-                                                      {"Indirizzo", "Via Roma 1"},
-                                                      {"Telefono", "06 123"},
-                                                      {"Fax", "06 124"},
-                                                      {"Codice_Fiscale", "BNCMRA80A01H501U"},
-                                                      {"Partita_IVA", "01234567890"},
-                                                      {"email", "studio@bianchi.it"},
-                                                      {"Descrizione_Attività", "Consulenza"},
-                                                      {"Banca", "Banca di Roma"},
-                                                      {"ABI", "03002"},
-                                                      {"CAB", "03200"},
-                                                      {"CC", "00012344"}};
+    const std::map<std::string, std::string> expected =
+        testing::as_row("Nome_Azienda=Studio Bianchi; Indirizzo=Via Roma 1; Telefono=06 123; Fax=06 124; "
+                        "Codice_Fiscale=BNCMRA80A01H501U; Partita_IVA=01234567890; "
+                        "email=studio@bianchi.it; Descrizione_Attività=Consulenza; Banca=Banca di Roma; "
+                        "ABI=03002; CAB=03200; CC=00012344");
     EXPECT_EQ(rows()[0], expected);
     EXPECT_TRUE(main().session.mnuChiudiDatabase.enabled()) << "the connection has been renewed";
 

@@ -116,12 +116,7 @@ TEST_F(WordFilling, NullsInGuardedColumnsAreEmpty) {
     auto invoice = full_invoice();
     for (const char* name : {"Spese", "Importo_Spese", "Ritenuta", "Importo_Ritenuta", "Ritenuta_Su"})
         invoice.erase(name);
-    std::string names, values;
-    for (const auto& [name, value] : invoice) {
-        names += (names.empty() ? "" : ",") + name;
-        values += (values.empty() ? "'" : ",'") + value + "'";
-    }
-    sql("INSERT INTO Fatture (" + names + ") VALUES (" + values + ")");
+    insert("Fatture", invoice);
     form().unload();
     given_template({"%SpeseAnticipate%%PerRitenuta%"});
     EXPECT_EQ(filled(), "[]\n");

@@ -6,7 +6,6 @@
 #include "support/program_test.h"
 
 #include <filesystem>
-#include <fstream>
 
 namespace tarvello {
 namespace {
@@ -189,15 +188,6 @@ TEST_F(Calculator, WithoutMunicipalitiesTellsAtTheLoadAndAtEveryKey) {
     form().txtCognome.type("Rossi");
     form().cmdElabora.click();
     EXPECT_EQ(form().txtCodiceFiscale.text().substr(0, 6), "RSSXXX");
-}
-
-TEST_F(Calculator, DamagedMunicipalitiesDoNotEndTheProgram) {
-    std::fstream(municipalities_path(), std::ios::in | std::ios::out | std::ios::binary).seekp(8192)
-        << std::string(std::filesystem::file_size(municipalities_path()) - 8192, '\x7f');
-    form();
-    boxes().expect("FasMsg: 3000 Il file \"" + municipalities_path() + "\" è danneggiato.");
-    comune().type("R");
-    EXPECT_EQ(form().txtCodice.text(), "");
 }
 
 } // namespace

@@ -9,9 +9,9 @@ namespace {
 struct InvoiceCustomer : InvoiceFormTest {
     InvoiceCustomer() { given_invoice(); }
 
-    /// Opens a new invoice and announces a new customer in the picker.
-    void announce() {
-        press("Nuova Fattura");
+    /// Opens a new invoice, or changes the one on view, and announces a new customer in the picker.
+    void announce(const char* mode = "Nuova Fattura") {
+        press(mode);
         windows().expect_modal("frmCercaCliente", [](Form& picker) {
             dynamic_cast<frmCercaCliente&>(picker).cmdNuovoCliente.click();
         });
@@ -33,14 +33,10 @@ struct InvoiceCustomer : InvoiceFormTest {
 };
 
 TEST_F(InvoiceCustomer, PickedFromTheRegister) {
-    const int number = given_customer({{"Cognome_Ragione_Sociale", "Rossi"},
-                                       {"Nome", "Mario"},
-                                       {"Codice_Fiscale", "RSSMRA80A01H501U"},
-                                       {"Partita_IVA", "01234567890"},
-                                       {"Indirizzo", "Via Roma 1"},
-                                       {"CAP", "00100"},
-                                       {"Provincia", "RM"},
-                                       {"Città", "Roma"}});
+    const int number =
+        given_customer(as_row("Cognome_Ragione_Sociale=Rossi; Nome=Mario; Codice_Fiscale=RSSMRA80A01H501U; "
+                              "Partita_IVA=01234567890; Indirizzo=Via Roma 1; CAP=00100; Provincia=RM; "
+                              "Città=Roma"));
     press("Nuova Fattura");
     const auto pick = [](Form& picker) { dynamic_cast<frmCercaCliente&>(picker).ListView1.double_click(0); };
     windows().expect_modal("frmCercaCliente", pick);
@@ -85,26 +81,16 @@ TEST_F(InvoiceCustomer, ANewOneIsAddedAtSaving) {
     EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "NEW");
     EXPECT_FALSE(form().customer.ComboNumeroCliente.enabled());
     type_customer("d'ANGELO", "vrdlcu70a01h501x", "it01234567890");
-    EXPECT_EQ(form().customer.txtAnagrafica[5].text(), "D'angelo");
-    EXPECT_EQ(form().customer.txtNome.text(), "Luca Maria");
-    EXPECT_EQ(form().customer.txtAnagrafica[2].text(), "I-00100");
-    EXPECT_EQ(form().customer.txtAnagrafica[6].text(), "IT01234567890");
+    expect_shown("txtAnagrafica_5=D'angelo; txtNome=Luca Maria; txtAnagrafica_2=I-00100; "
+                 "txtAnagrafica_6=IT01234567890");
     fill_line(0, "Consulenza", "100");
     save();
     const auto customer = sql("SELECT * FROM Clienti ORDER BY Numero_Cliente DESC").at(0);
-    const std::map<std::string, std::string> expected = {{"Numero_Cliente", "2"},
-                                                         {"Cognome_Ragione_Sociale", "D'angelo"},
-                                                         {"Nome", "Luca Maria"},
-                                                         {"Codice_Fiscale", "VRDLCU70A01H501X"},
-                                                         {"Partita_IVA", "IT01234567890"},
-                                                         {"Indirizzo", "Via Dell'orso 5"},
-                                                         {"CAP", "I-00100"},
-                                                         {"Provincia", "RM"},
-                                                         {"Città", "Sant'angelo In Vado"},
-                                                         {"Telefono", ""},
-                                                         {"Fax", ""},
-                                                         {"email", ""},
-                                                         {"Appunti", ""}};
+    const std::map<std::string, std::string> expected =
+        as_row("Numero_Cliente=2; Cognome_Ragione_Sociale=D'angelo; Nome=Luca Maria; "
+               "Codice_Fiscale=VRDLCU70A01H501X; Partita_IVA=IT01234567890; "
+               "Indirizzo=Via Dell'orso 5; CAP=I-00100; Provincia=RM; "
+               "Città=Sant'angelo In Vado; Telefono=; Fax=; email=; Appunti=");
     EXPECT_EQ(customer, expected);
     EXPECT_EQ(newest().at("Numero_Cliente"), "2");
     EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "");
@@ -140,6 +126,17 @@ TEST_F(InvoiceCustomer, ANewOneWhoIsThereAlreadyIsRefused) {
     EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "");
     EXPECT_TRUE(form().customer.ComboNumeroCliente.enabled());
     EXPECT_EQ(form().customer.ComboNumeroCliente.back_color(), colors::white);
+}
+
+TEST_F(InvoiceCustomer, ANewOneOfAChangedInvoiceIsAddedAndAnEmptyVatNumberIsNobodys) {
+    given_customer({{"Codice_Fiscale", "AAA"}});
+    announce("Modifica Dati");
+    type_customer("Verdi", "vrd");
+    fill_line(0, "Consulenza", "100");
+    press("Modifica Dati");
+    EXPECT_EQ(sql("SELECT * FROM Clienti ORDER BY Numero_Cliente DESC").at(0).at("Codice_Fiscale"), "VRD");
+    EXPECT_EQ(newest().at("Numero_Cliente") + newest().at("Codice_Fiscale"), "2VRD");
+    EXPECT_EQ(form().customer.txtNuovoInserimento.text(), "");
 }
 
 TEST_F(InvoiceCustomer, AnEmptyFiscalCodeMeetsAnotherEmptyOne) {

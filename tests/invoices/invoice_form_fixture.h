@@ -18,6 +18,19 @@ struct InvoiceFormTest : ProgramTest {
 
     void press(const std::string& key) { form().Toolbar1.press(key); }
 
+    /// What stands in a field or a label, or "Sì" for a tick.
+    std::string shown(const std::string& name) {
+        const Control* control = form().find(name);
+        if (auto* entry = dynamic_cast<const TextEntry*>(control)) return entry->text();
+        if (auto* box = dynamic_cast<const CheckBox*>(control)) return box->checked() ? "Sì" : "";
+        auto* label = dynamic_cast<const Label*>(control);
+        return label ? label->caption() : "no " + name;
+    }
+    /// @param texts  what each must show, as "txtNome=Ugo; txtIVA=€ 1,00"
+    void expect_shown(const std::string& texts) {
+        for (const auto& [name, text] : as_row(texts)) EXPECT_EQ(shown(name), text) << name;
+    }
+
     /// Types over what stands in a field and leaves it.
     void fill(TextEntry& field, const std::string& text) {
         field.enter();

@@ -28,13 +28,9 @@ struct ListByYear : testing::ProgramTest {
     }
     void given_invoices() {
         given_invoice({{"Numero_Fattura", "1"}, {"Data_Fattura", "10/01/2005"}, {"Nome", "Uno"}});
-        given_invoice({{"Numero_Fattura", "2"},
-                       {"Data_Fattura", "11/01/2005"},
-                       {"Nome", "Due"},
-                       {"Percentuale_Rivalsa", "4"},
-                       {"Importo_Rivalsa", "€ 4,00"},
-                       {"Percentuale_Ritenuta", "20"},
-                       {"Importo_Ritenuta", "€ 20,00"}});
+        given_invoice(
+            testing::as_row("Numero_Fattura=2; Data_Fattura=11/01/2005; Nome=Due; Percentuale_Rivalsa=4; "
+                            "Importo_Rivalsa=€ 4,00; Percentuale_Ritenuta=20; Importo_Ritenuta=€ 20,00"));
         given_invoice({{"Numero_Fattura", "1"}, {"Data_Fattura", "10/01/2006"}, {"Nome", "Tre"}});
     }
     void expect_list(const std::string& caption, const std::string& heading,

@@ -2,11 +2,13 @@
 
 #include "failure.h"
 #include "places.h"
+#include "platform/buttons.h"
 #include "support/invoice_columns.h"
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -25,6 +27,17 @@ void change_database(const std::string& path, const std::string& statements) {
     ASSERT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
         << sqlite3_errmsg(database);
     sqlite3_close(database);
+}
+
+std::map<std::string, std::string> as_row(const std::string& text) {
+    std::map<std::string, std::string> row;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find("; ", at), text.size());
+        const std::size_t sign = text.find('=', at);
+        row[text.substr(at, sign - at)] = text.substr(sign + 1, end - sign - 1);
+        at = end + 2;
+    }
+    return row;
 }
 
 ProgramTest::ProgramTest() {
@@ -56,28 +69,21 @@ std::vector<std::map<std::string, std::string>> ProgramTest::sql(const std::stri
     return result;
 }
 
-namespace {
-
-std::string insert(const std::string& table, const std::map<std::string, std::string>& columns) {
-    std::string names;
-    std::string values;
+void ProgramTest::insert(const std::string& table, const std::map<std::string, std::string>& columns) {
+    std::string names, values;
     for (const auto& [name, value] : columns) {
-        if (!names.empty()) names += ",";
-        if (!values.empty()) values += ",";
-        names += name;
-        values += "'" + double_apostrophes(value) + "'";
+        names += (names.empty() ? "" : ",") + name;
+        values += (values.empty() ? "'" : ",'") + double_apostrophes(value) + "'";
     }
-    return "INSERT INTO " + table + " (" + names + ") VALUES (" + values + ")";
+    sql("INSERT INTO " + table + " (" + names + ") VALUES (" + values + ")");
 }
-
-} // namespace
 
 int ProgramTest::given_customer(std::map<std::string, std::string> columns) {
     for (const char* name : {"Cognome_Ragione_Sociale", "Nome", "Codice_Fiscale", "Partita_IVA", "Indirizzo",
                              "CAP", "Provincia", "Città", "Telefono", "Fax", "email", "Appunti"}) {
         columns.try_emplace(name, "");
     }
-    sql(insert("Clienti", columns));
+    insert("Clienti", columns);
     return std::stoi(
         sql("SELECT TOP 1 * FROM Clienti ORDER BY Numero_Cliente DESC").at(0).at("Numero_Cliente"));
 }
@@ -88,8 +94,23 @@ int ProgramTest::given_invoice(std::map<std::string, std::string> columns) {
     columns.try_emplace("Anno", columns.at("Data_Fattura").substr(6));
     columns.try_emplace("Numero_Cliente", "1");
     for (const std::string& name : invoice_columns) columns.try_emplace(name, "");
-    sql(insert("Fatture", columns));
+    insert("Fatture", columns);
     return std::stoi(sql("SELECT TOP 1 * FROM Fatture ORDER BY ID DESC").at(0).at("ID"));
+}
+
+void ProgramTest::expect_faces(const Form& form, const std::string& faces) {
+    for (const auto& [name, expected] : as_row(faces)) {
+        const Control* control = name.empty() ? nullptr : form.find(name);
+        const auto* captioned = dynamic_cast<const Captioned*>(control);
+        std::string face = captioned ? captioned->caption() : name.empty() ? form.caption() : "";
+        if (const auto* button = dynamic_cast<const PictureButton*>(control)) {
+            face += "|" + button->shortcut() + "|" + button->tool_tip() + "|" + button->picture();
+        } else if (control && !control->tool_tip().empty()) {
+            face += "|" + control->tool_tip();
+        }
+        EXPECT_EQ(face, expected) << name;
+        EXPECT_TRUE(control || name.empty()) << name;
+    }
 }
 
 void ProgramTest::expect_process_end(const std::function<void()>& act, const std::string& description) {

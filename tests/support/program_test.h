@@ -18,6 +18,9 @@ void make_database(const std::string& path);
 /// Runs statements of SQLite itself on a database file that nobody has open.
 void change_database(const std::string& path, const std::string& statements);
 
+/// Texts by their columns, written as "Nome=Ugo; CAP=00100".
+std::map<std::string, std::string> as_row(const std::string& text);
+
 /// The whole program without a screen, on an empty database of its own that is open.
 struct ProgramTest : ::testing::Test {
     ProgramTest();
@@ -34,9 +37,15 @@ struct ProgramTest : ::testing::Test {
     /// name, nulls as "(null)"
     std::vector<std::map<std::string, std::string>> sql(const std::string& statement);
 
+    /// Inserts a row; columns that are not given are null.
+    void insert(const std::string& table, const std::map<std::string, std::string>& columns);
     /// Inserts a row; columns that are not given are empty texts. @return its key
     int given_customer(std::map<std::string, std::string> columns = {});
     int given_invoice(std::map<std::string, std::string> columns = {});
+
+    /// What is written on a form and its controls, as "=caption of the form; Label1=caption|tool tip;
+    /// cmdOK=caption|shortcut|tool tip|picture".
+    void expect_faces(const Form& form, const std::string& faces);
 
     /// Runs `act`, which must end the process with this description shown, or any if it is empty.
     void expect_process_end(const std::function<void()>& act, const std::string& description = {});
