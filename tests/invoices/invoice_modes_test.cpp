@@ -92,7 +92,7 @@ TEST_F(InvoiceModes, ShowsItsCommandsAndTheirKeys) {
         "cmdCalcolaCF=|F8|Calcola il Codice Fiscale|calcolatrice; "
         "cmdCerca=Cerca Fattura|Ctrl+F||cerca; cmdNota=|Alt+N|Aggiungi / Visualizza Nota|freccia-giu; "
         "Toolbar1_1=Nuova Fattura|Ctrl+N||nuova-fattura; Toolbar1_2=Modifica Dati|Ctrl+M||modifica; "
-        "Toolbar1_3=Crea file Word|Ctrl+W||documento; Toolbar1_4=Stampa Fattura|Ctrl+P||stampa; "
+        "Toolbar1_3=Crea file Word|Ctrl+D||documento; Toolbar1_4=Stampa Fattura|Ctrl+P||stampa; "
         "Toolbar1_5=Invia e-mail|Ctrl+I||posta; Toolbar1_6=Annulla|Alt+A||annulla; "
         "Toolbar1_7=Show|Ctrl+L||elenco; Toolbar1_8=Chiudi|Alt+C||chiudi; Label7=1. Anno; "
         "Label8=2. Cerca in:; Label4=3. Cosa?; CheckSpese=Spese Anticipate es. IVA; "
