@@ -4,6 +4,7 @@
 #include "places.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 namespace tarvello {
@@ -40,7 +41,7 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
         program->database().dbConnection.open(database_path);
     }
 
-    /// Makes the document of the invoice and reads it back as plain text.
+    /// Makes the document of the invoice. @return its path
     std::string filled() {
         const std::string folder = fake.program_directory + "/modelli";
         std::filesystem::copy_file(std::string(TARVELLO_TEMPLATES "/") + GetParam(),
@@ -52,13 +53,20 @@ struct Templates : testing::PrintingTest, ::testing::WithParamInterface<const ch
         boxes().expect(
             "File di Microsoft Word correttamente compilato.\n\nLa fattura è stata salvata in: \n" + path);
         form().StampaWord.click();
-        return testing::plain_text(path, fake.program_directory);
+        return path;
+    }
+    /// The same as it lies on paper, with a form feed behind each page.
+    std::string filled_pages() {
+        const std::string pdf = testing::convert(filled(), "pdf", fake.program_directory);
+        const std::string text = pdf + ".txt";
+        EXPECT_EQ(std::system(("pdftotext -layout '" + pdf + "' '" + text + "'").c_str()), 0);
+        return fake.files.read(text);
     }
 };
 
 TEST_P(Templates, HoldEveryPlaceholder) {
     given(full_letterhead(), full_invoice());
-    std::string text = filled();
+    std::string text = testing::plain_text(filled(), fake.program_directory);
     const char* const values[] = {"5/3/2006",
                                   "Studio Bianchi",
                                   "Ingegneria civile",
@@ -111,8 +119,16 @@ TEST_P(Templates, HoldEveryPlaceholder) {
 TEST_P(Templates, LiveWithWhatIsMissing) {
     auto letterhead = full_letterhead();
     letterhead["Telefono"] = letterhead["Fax"] = "";
-    given(letterhead, bare_invoice());
-    const std::string text = filled();
+    auto invoice = bare_invoice();
+    for (int i = 1; i <= 5; ++i) { // so long that the amounts come to the end of the page
+        std::string& service = invoice["Prestazione" + std::to_string(i)];
+        for (int times = 0; times < 6; ++times) {
+            service += "Consulenza professionale resa nel periodo indicato, con sopralluoghi, relazioni e "
+                       "allegati al progetto. ";
+        }
+    }
+    given(letterhead, invoice);
+    const std::string text = filled_pages();
     EXPECT_EQ(text.find("Tel."), std::string::npos);
     EXPECT_EQ(text.find("Spese Anticipate"), std::string::npos);
     EXPECT_EQ(text.find("Banca"), std::string::npos);
@@ -121,6 +137,10 @@ TEST_P(Templates, LiveWithWhatIsMissing) {
     std::size_t signs = 0;
     for (const char c : text) signs += c == '%';
     EXPECT_EQ(signs, 2u) << "the bare one of the surcharge, and that of the VAT rate\n" << text;
+    const auto page_of = [&](const char* words) {
+        return std::count(text.data(), text.data() + text.find(words), '\f');
+    };
+    EXPECT_EQ(page_of("Rivalsa INPS"), page_of("€ 1.278,81")) << "the amounts stay together\n" << text;
 }
 
 INSTANTIATE_TEST_SUITE_P(Shipped, Templates,
