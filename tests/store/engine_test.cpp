@@ -130,19 +130,6 @@ TEST_P(EngineTest, InvoicesAreKeptByTheirStatements) {
     EXPECT_THAT(keys("TOP 1 * FROM Fatture"), IsEmpty());
 }
 
-TEST_P(EngineTest, TheLetterheadIsReplacedInTwoSteps) {
-    const std::string insert =
-        "INSERT INTO DatiIntestazione (Nome_Azienda,Indirizzo,Telefono,Fax,Codice_Fiscale,"
-        "Partita_IVA,email,Descrizione_Attività,Banca,ABI,CAB,CC) VALUES (";
-    sql(insert + "'Studio','Via','','','','','','Perizie','Banca','05034','11702','1')");
-    EXPECT_THAT(
-        sql("SELECT * FROM DatiIntestazione"),
-        ElementsAre(Row{"Studio", "Via", "", "", "", "", "", "Perizie", "Banca", "05034", "11702", "1"}));
-    sql("DELETE * FROM DatiIntestazione");
-    EXPECT_THROW(sql(insert + "'L'Oasi','Via','','','','','','','','','','')"), Failure);
-    EXPECT_THAT(sql("SELECT * FROM DatiIntestazione"), IsEmpty());
-}
-
 TEST_P(EngineTest, TextsComeBackAsTheyWere) {
     const std::vector<std::string> texts{"D'Amico",
                                          "''",

@@ -16,7 +16,8 @@ namespace tarvello::testing {
 TemporaryFolder::TemporaryFolder() {
     // In memory where there is such a place: the tests sync thousands of times.
     const std::filesystem::path memory = "/dev/shm";
-    const auto place = std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
+    const auto place =
+        std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
     std::string pattern = place / "tarvello-XXXXXX";
     if (!::mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder: " << pattern;
     path = pattern;

@@ -164,25 +164,6 @@ TEST_F(AccessDefinition, AUniqueIndexRepeatsKeysWithoutAnyValue) {
     }
 }
 
-TEST_F(AccessDefinition, ColumnsThatAllowItHoldCompressedTexts) {
-    const auto engine = changed([](std::string& bytes) {
-        for (std::size_t i = 1; i < 13; ++i) bytes[columns_at + i * column_size + 16] = 1;
-    });
-    const auto insert = [&](const std::string& name, const std::string& notes) {
-        run(*engine, "INSERT INTO Clienti(Nome,Appunti) VALUES('" + name + "','" + notes + "')");
-        const auto row = run(*engine, "SELECT * FROM Clienti ORDER BY Numero_Cliente DESC").at(0);
-        EXPECT_EQ(row[2], name);
-        EXPECT_EQ(row[12], notes);
-    };
-    insert("Niccolò", std::string(400, 'n'));
-    insert("a", "ab");
-    insert("prezzo in €", std::string(500, 'm') + "è");
-    insert("", std::string(600, 'o'));
-    insert(std::string(200, 'x'), std::string(5000, 'p'));
-    expect_agreement(*engine, path);
-    expect_sound(path, access_sample("vuoto.mdb"));
-}
-
 TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
     changed([](std::string&) {});
     // Eleven columns, ten of variable length: number and name have values. Then one column, from when the
@@ -200,47 +181,6 @@ TEST_F(AccessDefinition, RowsThatAreOlderThanAColumnHaveNoValueInIt) {
     expect_agreement(*engine, path);
     run(*engine, "UPDATE Clienti SET Appunti='dopo'");
     EXPECT_EQ(shown(), "1primadopo;2dopo;");
-    expect_agreement(*engine, path);
-    expect_sound(path, access_sample("vuoto.mdb"));
-}
-
-TEST_F(AccessDefinition, MayGoOnOverSeveralPages) {
-    const auto engine = changed([](std::string& bytes) {
-        // Sixty columns more, with names that a page does not hold.
-        std::string columns;
-        std::string names;
-        for (int i = 0; i < 60; ++i) {
-            std::string column = bytes.substr(columns_at + column_size, column_size);
-            column[5] = static_cast<char>(13 + i); // its number
-            column[7] = static_cast<char>(12 + i); // its place among those of variable length
-            columns += column;
-            const std::string name = "Colonna_aggiunta_numero_" + std::to_string(10 + i);
-            names += {static_cast<char>(2 * name.size()), '\0'};
-            for (const char c : name) names += {c, '\0'};
-        }
-        const std::size_t start = customers_page * page_size;
-        std::string text = bytes.substr(start, page_size);
-        text.insert(indexes_at(bytes) - start, names);
-        text.insert(name_at(bytes, 0) - start, columns);
-        text[41] = text[45] = 73;
-        text[43] = 72;
-        const std::size_t next = bytes.size() / page_size;
-        text[4] = static_cast<char>(next);
-        bytes.replace(start, page_size, text, 0, page_size);
-        bytes += std::string("\x02\x01\0\0\0\0\0\0", 8) + text.substr(page_size);
-        bytes.resize((next + 1) * page_size);
-        // The new page is not free.
-        const std::size_t map = page_size + static_cast<unsigned char>(bytes[page_size + 14]) +
-                                256U * (static_cast<unsigned char>(bytes[page_size + 15]) & 0x1F);
-        bytes[map + 5 + next / 8] = static_cast<char>(bytes[map + 5 + next / 8] & ~(1U << next % 8));
-    });
-    run(*engine, "INSERT INTO Clienti(Nome,Appunti,Colonna_aggiunta_numero_69) VALUES('a','b','c')");
-    run(*engine,
-        "UPDATE Clienti SET Colonna_aggiunta_numero_40='d',Appunti='" + std::string(9000, 'e') + "'");
-    const auto rows = run(*engine, "SELECT * FROM Clienti WHERE Colonna_aggiunta_numero_69='C'");
-    ASSERT_EQ(rows.size(), 1U);
-    EXPECT_EQ(rows[0].size(), 73U);
-    EXPECT_EQ(rows[0][43], "d");
     expect_agreement(*engine, path);
     expect_sound(path, access_sample("vuoto.mdb"));
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Compares what the program read from an Access file with what others read from it, tables, columns and every value:
-mdb-export, mdb-tables and mdb-schema (mdbtools), and access_checker.py.
+"""Compares what the program read from an archive with what others read from it, tables, columns and every value. Of an
+Access file: mdb-export, mdb-tables and mdb-schema (mdbtools), and access_checker.py; else SQLite itself.
 
     access_readers.py FILE DUMP
 
@@ -11,6 +11,7 @@ import csv
 import datetime
 import io
 import json
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -46,6 +47,21 @@ def by_checker(check, name):
 
     return [{column.name: text(column, values[column.number]) for column in check.tables[name].listed}
             for _, values in check.rows[name]]
+
+
+def by_sqlite(path, name):
+    file = sqlite3.connect(f"file:{path}?mode=ro", uri=True)
+    kinds = {column: declared for _, column, declared, *_ in file.execute(f'PRAGMA table_info("{name}")')}
+
+    def text(kind, value):
+        if value is None:
+            return None
+        if kind == "DATE":
+            return datetime.date.fromisoformat(value).strftime("%d/%m/%Y")
+        return str(value / 10000 if kind == "TENTHOUSANDTHS INT" else value)
+
+    return [{column: text(kind, value) for (column, kind), value in zip(kinds.items(), row)}
+            for row in file.execute(f'SELECT * FROM "{name}"')]
 
 
 def plain(kind, value):
@@ -92,6 +108,9 @@ def main():
             name, *columns = head.split("\x1f")
             rows = [row.split("\x1f")[:-1] for row in rows]
             tables.append({"name": name, "columns": list(zip(columns[::2], columns[1::2])), "rows": rows})
+    with open(path, "rb") as file:
+        if file.read(6) == b"SQLite":
+            return 1 if sum(compare("SQLite", table, by_sqlite(path, table["name"])) for table in tables) else 0
     bad = by_mdb_schema(path, tables)
     check = access_checker.Check(path)
     check.run()

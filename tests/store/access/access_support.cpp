@@ -3,11 +3,8 @@
 #include "places.h"
 #include "store/statement.h"
 
-#include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <sys/wait.h>
 
 namespace tarvello::testing {
 namespace {
@@ -31,6 +28,18 @@ std::string dump(store::Engine& engine, const std::vector<std::string>& tables) 
         text += "\x1D";
     }
     return text;
+}
+
+/// Runs a script of this folder and expects it to be content.
+void expect_content(const std::string& command) {
+    FILE* const pipe =
+        popen(("python3 -B " TARVELLO_TEST_DATA "/store/access/" + command + " 2>&1").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string output(4000, '\0');
+    output.resize(std::fread(output.data(), 1, output.size(), pipe));
+    while (std::fgetc(pipe) != EOF) {
+    }
+    EXPECT_EQ(pclose(pipe), 0) << output;
 }
 
 } // namespace
@@ -115,39 +124,16 @@ std::string everything(store::Engine& engine) {
     return text;
 }
 
-std::string output_of(const std::string& command, int& code) {
-    std::string output;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) {
-        code = -1;
-        return output;
-    }
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
-        output.append(buffer.data(), count);
-    const int status = pclose(pipe);
-    code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return output;
-}
-
 void expect_sound(const std::string& path, const std::string& before, const std::string& options) {
-    int code = 0;
-    const std::string output = output_of("python3 " TARVELLO_TEST_DATA "/store/access/access_checker.py '" +
-                                             path + "' --before '" + before + "' " + options,
-                                         code);
-    EXPECT_EQ(code, 0) << output.substr(0, 4000);
+    expect_content("access_checker.py '" + path + "' --before '" + before + "' " + options);
 }
 
 void expect_agreement(store::Engine& engine, const std::string& path,
                       const std::vector<std::string>& tables) {
     const std::string shown = path + ".dump";
     write_bytes(shown, dump(engine, tables));
-    int code = 0;
-    const std::string output = output_of(
-        "python3 -B " TARVELLO_TEST_DATA "/store/access/access_readers.py '" + path + "' '" + shown + "'",
-        code);
+    expect_content("access_readers.py '" + path + "' '" + shown + "'");
     std::filesystem::remove(shown);
-    EXPECT_EQ(code, 0) << output;
 }
 
 } // namespace tarvello::testing

@@ -36,15 +36,12 @@ std::vector<std::string> inserts_of_deadlines(int from, int count);
 /// All rows of the three tables, and of that one if it is there, one text.
 std::string everything(store::Engine& engine);
 
-/// Runs a program. @return what it printed, its exit code in `code`
-std::string output_of(const std::string& command, int& code);
-
 /// Expects the file to be sound from end to end, as access_checker.py sees it.
 /// @param before   a state whose oddities are allowed: the sample that the file was copied from
 /// @param options  of the checker
 void expect_sound(const std::string& path, const std::string& before, const std::string& options = {});
 
-/// Expects mdbtools to find the tables, and to read every value as the engine does.
+/// Expects other programs to find the tables of an archive, and to read every value as the engine does.
 void expect_agreement(store::Engine& engine, const std::string& path,
                       const std::vector<std::string>& tables = {"Clienti", "Fatture", "DatiIntestazione"});
 
