@@ -167,7 +167,7 @@ void fill_list(benchmark::State& state, const char* sql) {
     for (auto _ : state) {
         ListRows list;
         rows.open(sql, ours.connection);
-        const InvoiceRowWriter writer(rows, {"Importo_Rivalsa", "Importo_Ritenuta"});
+        const InvoiceRowWriter writer(rows, {"Importo_Rivalsa", "Importo_Ritenuta"}, MissingColumns::fail);
         for (; !rows.eof(); rows.move_next()) writer.add(list);
         rows.close();
         benchmark::DoNotOptimize(list);
