@@ -17,7 +17,6 @@ namespace tarvello {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 /// A document with a table, formatting inside a placeholder, and placeholders in another letter case.
 const char* const sample = R"({\rtf1\ansi\ansicpg1252\deff0{\fonttbl{\f0 Arial;}}
@@ -150,32 +149,13 @@ TEST_F(WordProcessing, HostileTemplates) {
     EXPECT_NE(text_of(folder + "/fattura.doc").find("uno"), std::string::npos);
 }
 
-TEST_F(WordProcessing, ATemplateOfTwentyMegabytes) {
-    // A picture as large as a careless photograph: 1,200 by 2,950 dots, in hexadecimal.
-    std::string picture = "{\\pict\\dibitmap0\\picw1200\\pich2950\\picwgoal1200\\pichgoal2950 "
-                          "28000000b0040000860b000001001800000000000000000000000000000000000000000000000000";
-    picture.append(std::size_t{1200} * 2950 * 3 * 2, '7');
-    const std::string path =
-        file("grande.rtf", "{\\rtf1\\ansi Prima %Altro% " + picture + "}\\par Dopo %Altro%}");
-    ASSERT_GT(fake.files.facts(path)->size, std::uint64_t{20} << 20);
-    const auto start = Clock::now();
-    const auto application = processor.start();
-    application->open_read_only(path);
-    application->replace_all("%Altro%", "uno");
-    application->save_as(folder + "/fattura.rtf");
-    EXPECT_LT(Clock::now() - start, 30s);
-    EXPECT_NE(text_of(folder + "/fattura.rtf").find("Dopo uno"), std::string::npos);
-}
-
 TEST_F(WordProcessing, ATemplateThatTakesForEverIsGivenUp) {
     std::string rtf = "{\\rtf1\\ansi ";
     while (rtf.size() < (std::size_t{20} << 20)) rtf += "Una riga di testo che si ripete.\\par\n";
     settings.patience = 8s; // in which the office must start, on a busy machine too
     OfficeWordProcessor hasty = make(settings);
     const auto application = hasty.start();
-    const auto start = Clock::now();
     EXPECT_FALSE(failure_of([&] { application->open_read_only(file("grande.rtf", rtf + "}")); }).empty());
-    EXPECT_LT(Clock::now() - start, 11s);
     EXPECT_TRUE(helpers().empty());
 }
 
@@ -195,7 +175,7 @@ TEST_F(WordProcessing, AHelperThatDies) {
         << "the next one is a new one";
 
     ::kill(helpers().at(0), SIGKILL); // while it waits for work
-    std::this_thread::sleep_for(100ms);
+    while (!helpers().empty()) std::this_thread::yield();
     EXPECT_NE(filled(path, {{"%Altro%", "ancora"}}).find("ancora"), std::string::npos);
 }
 
@@ -207,11 +187,8 @@ TEST_F(WordProcessing, AHelperThatHangsIsEnded) {
     const auto running = helpers();
     ASSERT_EQ(running.size(), 1u);
     ::kill(running[0], SIGSTOP);
-    const auto start = Clock::now();
     EXPECT_EQ(failure_of([&] { application->replace_all("%Altro%", "x"); }),
               "Il programma di scrittura non ha risposto in tempo ed è stato chiuso.");
-    EXPECT_GE(Clock::now() - start, 6s);
-    EXPECT_LT(Clock::now() - start, 9s);
     EXPECT_TRUE(helpers().empty());
 }
 
