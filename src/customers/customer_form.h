@@ -54,7 +54,7 @@ inline constexpr std::size_t close = 9;
 ///
 /// The form has no cursor of its own. Every command runs a statement on the shared rsClienti, copies a row
 /// into the boxes and closes the result: between commands the boxes are the record. The mode lies in the
-/// captions of cmd[5], cmd[6] and cmd[8] alone.
+/// captions of the commands change, new_customer and search alone.
 class frmClienti : public Form, public CustomerView, public DraftedForm {
 public:
     explicit frmClienti(Program& program);

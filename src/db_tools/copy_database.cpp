@@ -13,7 +13,7 @@ bool may_overwrite(Platform& platform, const std::string& target, std::uint64_t 
             sizes.FormatFileSize(needed) + ", ne sono liberi " + sizes.FormatFileSize(free) +
             ".\n\nSovrascrivere la copia che c'è? Fino alla fine della scrittura non ne "
             "resterà nessuna.",
-        "Tarvello 4", BoxIcon::exclamation, BoxButtons::yes_no, 2};
+        program_title, BoxIcon::exclamation, BoxButtons::yes_no, 2};
     return platform.boxes.show(question) == Answer::yes;
 }
 

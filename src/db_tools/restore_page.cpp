@@ -29,17 +29,17 @@ std::string inside(const std::string& folder, const std::string& name, char sepa
 /// What a restore that did not bring its archive has left; empty if it brought it.
 std::string what_is_true(Program& program, const DatabaseCopy& copy, bool opened) {
     const std::string file = "il file\n" + copy.target + "\n";
+    const std::string untouched = "Il ripristino non è stato fatto: " + file + "non è stato toccato";
     const bool there = program.platform().files.exists(copy.target);
     switch (copy.outcome) {
     case CopyOutcome::made:
         return opened ? "" : "Il file ripristinato non si apre come archivio. " + copy.unsound;
     case CopyOutcome::given_up:
         if (!there) return "Il ripristino è stato interrotto: " + file + "non è stato creato.";
-        return "Il ripristino non è stato fatto: " + file + "non è stato toccato" +
-               (opened ? ", ed è ora l'archivio aperto." : ".");
+        return untouched + (opened ? ", ed è ora l'archivio aperto." : ".");
     case CopyOutcome::failed:
         if (!there) return "Il ripristino non è stato fatto e nessun archivio è aperto.";
-        return "Il ripristino non è stato fatto: " + file + "non è stato toccato. Nessun archivio è aperto.";
+        return untouched + ". Nessun archivio è aperto.";
     case CopyOutcome::spoilt:
         break;
     }
@@ -181,7 +181,7 @@ void frmGestioneDatabase::RipristinaBackup() {
 
 void frmGestioneDatabase::offer_former(const std::string& truth, const std::string& former) {
     const MessageBox question{truth + "\n\nL'archivio di prima è intatto. Riaprirlo?\n" + former,
-                              "Tarvello 4", BoxIcon::question, BoxButtons::yes_no, 1};
+                              program_title, BoxIcon::question, BoxButtons::yes_no, 1};
     if (program_.platform().boxes.show(question) != Answer::yes) return;
     program_.session().take_route(former);
     txtPercorsoDatabase.set_text(former);

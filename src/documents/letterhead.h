@@ -10,6 +10,9 @@ class Program;
 /// The folder of the templates, below the program's own.
 std::string templates_folder(Program& program);
 
+/// The same. @throws Failure if it is not there
+std::string existing_templates_folder(Program& program);
+
 /// The file in the folder of the templates that names the template in force, in its one line.
 inline const std::string print_conf = "print.conf";
 

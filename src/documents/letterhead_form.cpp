@@ -99,7 +99,7 @@ void frmIntestazioneFatture::load_letterhead() {
     if (row.is_open()) row.close();
     bool there = false;
     skip_failures([&] {
-        row.open("SELECT * FROM DatiIntestazione", database.dbConnection);
+        row.open(select_letterhead, database.dbConnection);
         there = !row.eof();
     });
     if (!there) return;

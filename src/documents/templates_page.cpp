@@ -63,12 +63,7 @@ std::string TemplatesPage::working_copy(const std::string& name) {
 }
 
 void TemplatesPage::list_templates(const std::string& pattern) {
-    Files& files = program_.platform().files;
-    const std::string folder = templates_folder(program_);
-    if (!files.folder_exists(folder)) {
-        throw Failure(failure_number::file_not_found, "File", "La cartella \"" + folder + "\" non esiste.");
-    }
-    File1.set_items(files.files_in(folder, pattern));
+    File1.set_items(program_.platform().files.files_in(existing_templates_folder(program_), pattern));
 }
 
 void TemplatesPage::save_template() {

@@ -6,9 +6,9 @@
 #include "failure.h"
 #include "program/program.h"
 #include "program/session_fields.h"
+#include "text/ascii.h"
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <sstream>
 #include <vector>
@@ -20,6 +20,11 @@ struct Variable {
     std::string name;
     std::string value;
 };
+
+WordApplication& running(const std::unique_ptr<WordApplication>& application) {
+    if (application) return *application;
+    throw Failure(failure_number::object_not_set, "Word", "Il programma di scrittura non è più in uso.");
+}
 
 std::string with_prefix(const std::string& prefix, const std::string& text) {
     return text.empty() ? std::string() : prefix + text;
@@ -107,11 +112,9 @@ std::size_t extension_start(const std::string& path) {
     constexpr std::size_t longest = 4;
     const std::size_t point = path.rfind('.');
     if (point == path.npos || path.size() - point - 1 > longest) return path.size();
-    const auto is_letter = [](unsigned char c) { return std::isalpha(c) != 0; };
-    const auto is_other = [](unsigned char c) { return std::isalnum(c) == 0; };
     const auto begin = path.begin() + static_cast<std::ptrdiff_t>(point) + 1;
-    const bool extension =
-        std::any_of(begin, path.end(), is_letter) && std::none_of(begin, path.end(), is_other);
+    const bool extension = std::any_of(begin, path.end(), ascii::is_letter) &&
+                           std::all_of(begin, path.end(), ascii::is_letter_or_digit);
     return extension ? point : path.size();
 }
 
@@ -150,11 +153,8 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
     constexpr int milliseconds = 60; // until the dialog has left the screen and the notice is drawn
     program.platform().windows.pause(milliseconds);
 
-    const std::string folder = templates_folder(program);
-    if (!program.platform().files.folder_exists(folder)) {
-        throw Failure(failure_number::file_not_found, "File", "La cartella \"" + folder + "\" non esiste.");
-    }
-    const std::string configuration = folder + program.platform().separator + print_conf;
+    const std::string configuration =
+        existing_templates_folder(program) + program.platform().separator + print_conf;
     if (!program.platform().files.exists(configuration)) {
         program.message("Il modello per la stampa delle fatture non è impostato correttamente.\n"
                         "Selezionarne uno nella finesta 'Intestazione' e ripetere la stampa.",
@@ -175,10 +175,7 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
     for (const Variable& variable : values) {
         InserisciVariabileWord(program, variable.name, variable.value, application);
     }
-    if (!application) {
-        throw Failure(failure_number::object_not_set, "Word", "Il programma di scrittura non è più in uso.");
-    }
-    application->save_as(*path);
+    running(application).save_as(*path);
     application->quit();
     wait.unload();
     program.message("File di Microsoft Word correttamente compilato.\n\nLa fattura è stata salvata in: \n" +
@@ -191,11 +188,7 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
 void InserisciVariabileWord(Program& program, const std::string& name, const std::string& value,
                             std::unique_ptr<WordApplication>& application) {
     try {
-        if (!application) {
-            throw Failure(failure_number::object_not_set, "Word",
-                          "Il programma di scrittura non è più in uso.");
-        }
-        application->replace_all(name, value);
+        running(application).replace_all(name, value);
     } catch (const Failure& failure) {
         program.message("Errore: " + failure.description() + std::to_string(failure.number()),
                         BoxIcon::critical);

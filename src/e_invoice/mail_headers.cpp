@@ -2,6 +2,7 @@
 
 #include "e_invoice/base64.h"
 #include "e_invoice/charset.h"
+#include "text/ascii.h"
 #include "text/letter_case.h"
 
 #include <algorithm>
@@ -41,14 +42,10 @@ bool is_header(std::string_view line) {
 }
 
 std::optional<char> hex_byte(std::string_view digits) {
-    const auto value = [](char c) {
-        if (c >= '0' && c <= '9') return c - '0';
-        if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-        if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-        return -1;
-    };
-    if (digits.size() < 2 || value(digits[0]) < 0 || value(digits[1]) < 0) return std::nullopt;
-    return static_cast<char>(value(digits[0]) * 16 + value(digits[1]));
+    if (digits.size() < 2) return std::nullopt;
+    const int high = ascii::hex_value(digits[0]), low = ascii::hex_value(digits[1]);
+    if (high < 0 || low < 0) return std::nullopt;
+    return static_cast<char>(high * 16 + low);
 }
 
 /// Each mark with two hexadecimal digits behind it replaced by their byte.

@@ -4,6 +4,7 @@
 #include "e_invoice/check_digits.h"
 #include "e_invoice/from_row.h"
 #include "e_invoice/structure.h"
+#include "text/ascii.h"
 #include "text/letter_case.h"
 
 namespace tarvello::e_invoice {
@@ -32,7 +33,7 @@ AnagraficaType name_of(const std::string& nome, const std::string& cognome,
 std::string contact_number(std::string_view typed) {
     std::string number;
     for (const char c : typed) {
-        if ((c >= '0' && c <= '9') || c == '+') number += c;
+        if (ascii::is_digit(c) || c == '+') number += c;
     }
     for (const std::string_view prefix : {"+39", "0039"}) {
         if (number.starts_with(prefix)) number.erase(0, prefix.size());

@@ -32,20 +32,23 @@ constexpr struct {
 };
 
 /// What users may take for a receipt.
+constexpr const char* is_metadata =
+    "Sono i metadati di una fattura ricevuta: SdI li manda a chi riceve, non a chi emette.";
+constexpr const char* is_invoice = "È una fattura elettronica, non una ricevuta di SdI.";
+
 constexpr struct {
     std::string_view root;
     const char* words;
 } others[] = {
-    {"FileMetadati", "Sono i metadati di una fattura ricevuta: SdI li manda a chi riceve, non a chi emette."},
-    {"MetadatiInvioFile",
-     "Sono i metadati di una fattura ricevuta: SdI li manda a chi riceve, non a chi emette."},
+    {"FileMetadati", is_metadata},
+    {"MetadatiInvioFile", is_metadata},
     {"NotificaEsitoCommittente",
      "È la risposta che il cliente ha mandato a SdI: quella che conta per chi emette è la "
      "notifica di esito (NE) che SdI manda in seguito."},
     {"ScartoEsitoCommittente",
      "È lo scarto della risposta di un cliente: SdI lo manda al cliente, non a chi emette."},
-    {"FatturaElettronica", "È una fattura elettronica, non una ricevuta di SdI."},
-    {"FatturaElettronicaSemplificata", "È una fattura elettronica, non una ricevuta di SdI."},
+    {"FatturaElettronica", is_invoice},
+    {"FatturaElettronicaSemplificata", is_invoice},
     {"postacert", "Sono i dati del gestore della posta certificata, non una ricevuta di SdI."},
 };
 

@@ -25,6 +25,10 @@ bool other_content(const Receipt& receipt, const KnownFile& file) {
            !equal_ignoring_case(receipt.hash, file.hash);
 }
 
+std::string concerns_file(const Receipt& receipt) {
+    return "La ricevuta riguarda il file " + receipt.file_name;
+}
+
 } // namespace
 
 std::string file_key(std::string_view file_name) {
@@ -60,8 +64,7 @@ Assessment ReceiptBook::take(const Receipt& receipt) {
                 {},
                 {},
                 {},
-                "La ricevuta riguarda il file " + receipt.file_name +
-                    ", di un altro emittente: non è stata registrata."};
+                concerns_file(receipt) + ", di un altro emittente: non è stata registrata."};
     }
     for (std::size_t i = 0; i < files_.size() && !named && receipt.invoice; ++i) {
         if (files_[i].invoice_year == receipt.invoice->year &&
@@ -81,7 +84,7 @@ Assessment ReceiptBook::take(const Receipt& receipt) {
 }
 
 Assessment ReceiptBook::unclear(const Receipt& receipt, std::vector<std::size_t> candidates) const {
-    std::string words = "La ricevuta riguarda il file " + receipt.file_name;
+    std::string words = concerns_file(receipt);
     if (candidates.empty()) {
         words += ", che qui non risulta creato per nessuna fattura: scegliere la fattura a cui si riferisce.";
     } else if (std::all_of(candidates.begin(), candidates.end(),

@@ -62,7 +62,7 @@ Issuer Records::issuer() {
         if (!row.eof()) read(issuer, row);
     }
     Recordset letterhead;
-    letterhead.open("SELECT * FROM DatiIntestazione", connection_);
+    letterhead.open(select_letterhead, connection_);
     if (letterhead.eof()) return issuer;
     issuer.Nome_Azienda = letterhead.text_or_empty("Nome_Azienda");
     issuer.Indirizzo = letterhead.text_or_empty("Indirizzo");
@@ -125,10 +125,8 @@ std::vector<InvoiceFile> Records::files_where(const std::string& condition, cons
     std::vector<InvoiceFile> files;
     if (!has(file_table)) return files;
     Recordset rows;
-    for (rows.open("SELECT * FROM " + file_table + condition + " ORDER BY ID", connection_, values);
-         !rows.eof(); rows.move_next()) {
-        files.push_back(file_on(rows));
-    }
+    rows.open("SELECT * FROM " + file_table + condition + " ORDER BY ID", connection_, values);
+    for (; !rows.eof(); rows.move_next()) files.push_back(file_on(rows));
     return files;
 }
 

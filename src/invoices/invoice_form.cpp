@@ -354,7 +354,7 @@ void frmTarvello::pagamento_changed() {
     Recordset& rsIntestazione = program_.database().rsIntestazione;
     skip_failures([&] { rsIntestazione.close(); },
                   [&] {
-                      rsIntestazione.open("SELECT * FROM DatiIntestazione", program_.database().dbConnection);
+                      rsIntestazione.open(select_letterhead, program_.database().dbConnection);
                       if (rsIntestazione.eof()) return;
                       txtPagamento.set_text(txtPagamento.text() + rsIntestazione.text_or_empty("Banca") +
                                             "\nABI: " + rsIntestazione.text_or_empty("ABI") +

@@ -71,7 +71,7 @@ frmSelectYear::Listing frmSelectYear::listing_of(std::int16_t year) {
 
 std::string frmSelectYear::total_of(std::size_t invoices) {
     constexpr std::size_t highest = std::numeric_limits<std::int16_t>::max();
-    const std::string count = " - Totale Fatture: " + std::to_string(std::min(invoices, highest));
+    std::string count = " - Totale Fatture: " + std::to_string(std::min(invoices, highest));
     if (invoices <= highest) return count;
     return count + " (il conteggio si ferma qui: le righe in elenco sono " + std::to_string(invoices) + ")";
 }

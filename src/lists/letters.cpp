@@ -1,5 +1,6 @@
 #include "lists/letters.h"
 
+#include "text/ascii.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -67,7 +68,7 @@ void decompose(std::string_view text, OnBase on_base, OnMark on_mark) {
 }
 
 char32_t lower(char32_t code) {
-    if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
+    if (code < 0x80) return static_cast<unsigned char>(ascii::lower(static_cast<char>(code)));
     return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(code)));
 }
 
@@ -104,13 +105,6 @@ char accent_weight(char32_t mark) {
     const auto place = order.find(mark);
     const std::size_t weight = place != std::u32string_view::npos ? place : order.size() + (mark & 0x7F);
     return static_cast<char>(plain + 1 + weight);
-}
-
-bool is_ascii(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) return false;
-    }
-    return true;
 }
 
 /// A level of a key: one weight for each base letter, the plain ones at the end left out.
@@ -179,7 +173,7 @@ void append_any_key(std::string& key, std::string_view text) {
 std::string folded(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    if (is_ascii(text)) {
+    if (ascii::contains_all(text)) {
         for (const char c : text) result += static_cast<char>(lower(static_cast<char32_t>(c)));
         return result;
     }
@@ -189,17 +183,11 @@ std::string folded(std::string_view text) {
 }
 
 void append_order_key(std::string& keys, std::string_view text) {
-    if (is_ascii(text)) {
+    if (ascii::contains_all(text)) {
         append_ascii_key(keys, text);
     } else {
         append_any_key(keys, text);
     }
-}
-
-std::string order_key(std::string_view text) {
-    std::string key;
-    append_order_key(key, text);
-    return key;
 }
 
 } // namespace tarvello::lists

@@ -19,8 +19,8 @@ struct SortOrder {
 };
 
 /// The rows of a list in the order of a column: numbers as numbers, days as days, texts in Italian order (see
-/// order_key). What is no value of the column's kind comes behind those that are; rows that are equal stay as
-/// they came; empty cells are last in both directions.
+/// append_order_key). What is no value of the column's kind comes behind those that are; rows that are equal
+/// stay as they came; empty cells are last in both directions.
 std::vector<std::size_t> sorted_rows(const Table& table, const SortOrder& order,
                                      const RegionalSettings& regional);
 

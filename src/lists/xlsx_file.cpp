@@ -20,11 +20,13 @@ Failure not_made(const std::string& why) {
                    "Il foglio di calcolo non si può creare: " + why);
 }
 
+constexpr const char* no_memory = "non c'è memoria.";
+
 /// A file in memory, for a library that writes to a path.
 class MemoryFile {
 public:
     MemoryFile() : descriptor_(memfd_create("tarvello.xlsx", MFD_CLOEXEC)) {
-        if (descriptor_ < 0) throw not_made("non c'è memoria.");
+        if (descriptor_ < 0) throw not_made(no_memory);
     }
     ~MemoryFile() { close(descriptor_); }
     MemoryFile(const MemoryFile&) = delete;
@@ -34,13 +36,13 @@ public:
 
     std::string bytes() const {
         struct stat facts {};
-        if (fstat(descriptor_, &facts) != 0) throw not_made("non c'è memoria.");
+        if (fstat(descriptor_, &facts) != 0) throw not_made(no_memory);
         std::string bytes(static_cast<std::size_t>(facts.st_size), '\0');
         std::size_t read = 0;
         while (read < bytes.size()) {
             const ssize_t count =
                 pread(descriptor_, bytes.data() + read, bytes.size() - read, static_cast<off_t>(read));
-            if (count <= 0) throw not_made("non c'è memoria.");
+            if (count <= 0) throw not_made(no_memory);
             read += static_cast<std::size_t>(count);
         }
         return bytes;

@@ -35,7 +35,7 @@ bool DatePicker::read() {
     set_focus(); // before the box: its coming and going must not undo it
     if (on_no_date) {
         on_no_date();
-    } else if (typed.find_first_not_of(" ") == std::string::npos) {
+    } else if (typed.find_first_not_of(' ') == std::string::npos) {
         host.warn("Manca la data. Scriverla come " + text() + ".");
     } else {
         const std::string name = date ? short_date_text(*date, host.regional()) : typed;

@@ -30,7 +30,7 @@ frmAbout::frmAbout(Program& program) : Form(program, "frmAbout"), program_(progr
 }
 
 void frmAbout::on_load() {
-    ListView1.add_row(std::array{std::string("Tarvello"), version_text()});
+    ListView1.add_row(std::array{application_name, version_text()});
     ListView1.add_row(std::array{std::string("SQLite"), store::sqlite_version()});
     for (const SystemFact& fact : program_.platform().desktop.system_facts()) {
         ListView1.add_row(std::array{fact.name, fact.value});

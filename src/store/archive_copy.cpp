@@ -57,7 +57,7 @@ private:
     /// Opens a database once, so that its engine sees to what a stopped program has left.
     /// @return why it does not open, empty if it does
     std::string bring_to_rest(const std::string& path) const {
-        const std::string unsound = why_not_open(path, regional_);
+        std::string unsound = why_not_open(path, regional_);
         if (files_.folder_exists(path) || !files_.exists(path)) return unsound; // the copying says so
         if (const std::string left = left_beside(path); !left.empty()) {
             throw refusal("Il file \"" + path + "\" non è completo senza \"" + left +

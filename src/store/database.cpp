@@ -227,7 +227,7 @@ void Recordset::need_open() const {
 
 void Recordset::need_row() const {
     need_open();
-    if (!row_) throw Failure(failure_number::no_current_record, store::source, "Nessuna riga corrente.");
+    if (!row_) throw store::no_current_row();
 }
 
 // Database

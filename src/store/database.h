@@ -136,6 +136,9 @@ private:
     mutable std::size_t next_column_ = 0; // behind the one last looked up: forms mostly read them in order
 };
 
+/// The letterhead: one row, or none.
+inline constexpr const char* select_letterhead = "SELECT * FROM DatiIntestazione";
+
 /// The connection and the shared recordsets of the session.
 struct Database {
     explicit Database(const RegionalSettings& regional) : dbConnection(regional) {}

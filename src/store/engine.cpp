@@ -1,8 +1,6 @@
 #include "store/engine.h"
 
-#include "failure.h"
 #include "store/access/access_engine.h"
-#include "store/failure_source.h"
 #include "store/file_kind.h"
 #include "store/sqlite/sqlite_engine.h"
 
@@ -17,8 +15,7 @@ std::unique_ptr<Engine> open_engine(const std::string& path, const RegionalSetti
     case FileKind::other:
         break;
     }
-    throw Failure(failure_number::database, source,
-                  "Impossibile aprire il database \"" + path + "\": il file non è un database.");
+    throw cannot_open(failure_number::database, path, "il file non è un database");
 }
 
 } // namespace tarvello::store

@@ -1,11 +1,12 @@
 #include "store/file_kind.h"
 
-#include "failure.h"
 #include "platform/posix/disk.h"
+#include "platform/posix/error_words.h"
 #include "store/access/header.h"
 #include "store/failure_source.h"
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -19,10 +20,6 @@ const char* const rollback_journal = "-journal";
 const char* const write_ahead_log = "-wal";
 const char* const its_index = "-shm";
 const char* const old_pages = "-undo";
-
-[[noreturn]] void fail(int number, const std::string& path, const char* why) {
-    throw Failure(number, source, "Impossibile aprire il database \"" + path + "\": " + why + ".");
-}
 
 /// Engines keep their files beside the database itself, also where a link leads to it.
 std::string without_links(const std::string& path) {
@@ -40,17 +37,23 @@ std::string first_bytes(const std::string& path) {
 
 } // namespace
 
+Failure cannot_open(int number, const std::string& path, const std::string& why) {
+    return {number, source, "Impossibile aprire il database \"" + path + "\": " + why + "."};
+}
+
 FileKind kind_of_file(const std::string& path) {
     if (path.find('\0') != std::string::npos)
-        fail(failure_number::file_not_found, path, "il file non esiste");
+        throw cannot_open(failure_number::file_not_found, path, error_words(ENOENT));
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (status.type() == std::filesystem::file_type::not_found)
-        fail(failure_number::file_not_found, path, "il file non esiste");
-    if (error) fail(failure_number::database, path, "il file non è accessibile");
+        throw cannot_open(failure_number::file_not_found, path, error_words(ENOENT));
+    if (error) throw cannot_open(failure_number::database, path, error_words(error.value()));
     // Not a folder, and no pipe either, whose reading would wait for ever.
-    if (!std::filesystem::is_regular_file(status)) fail(failure_number::database, path, "non è un file");
-    if (read_obstacle(path) != 0) fail(failure_number::database, path, "manca il permesso di leggerlo");
+    if (!std::filesystem::is_regular_file(status))
+        throw cannot_open(failure_number::database, path, "non è un file");
+    if (const int obstacle = read_obstacle(path))
+        throw cannot_open(failure_number::database, path, error_words(obstacle));
     const std::string mark = first_bytes(path);
     if (mark.starts_with(sqlite_mark)) return FileKind::sqlite;
     return access::is_access_file(mark) ? FileKind::access : FileKind::other;

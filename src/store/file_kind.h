@@ -1,5 +1,7 @@
 #pragma once
 
+#include "failure.h"
+
 #include <string>
 #include <vector>
 
@@ -7,6 +9,9 @@
 namespace tarvello::store {
 
 enum class FileKind { sqlite, access, other };
+
+/// What to throw for a file that is no database to work with, and why: a sentence without its end.
+Failure cannot_open(int number, const std::string& path, const std::string& why);
 
 /// Told by the first bytes of the file. @throws Failure if there is no such file, or it cannot be read
 FileKind kind_of_file(const std::string& path);

@@ -19,9 +19,7 @@ constexpr std::array<std::string_view, 16> reserved_words{
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 /// Letters, digits and _; every character outside ASCII counts as a letter.
-bool is_name_character(char c) {
-    return ascii::is_letter(c) || ascii::is_digit(c) || c == '_' || !ascii::contains(c);
-}
+bool is_name_character(char c) { return ascii::is_letter_or_digit(c) || c == '_' || !ascii::contains(c); }
 
 bool same_word(std::string_view word, std::string_view upper) {
     return std::equal(word.begin(), word.end(), upper.begin(), upper.end(),
@@ -49,16 +47,21 @@ public:
     }
 
 private:
+    static constexpr const char* table_name = "il nome della tabella";
+    static constexpr const char* column_name = "il nome della colonna";
+    static constexpr const char* no_opening = "manca la parentesi che apre l'elenco dei valori";
+    static constexpr const char* no_closing = "manca la parentesi che chiude l'elenco dei valori";
+
     void select() {
         result_.kind = StatementKind::select;
         if (take_word("TOP")) result_.top = count();
         need_mark('*', "manca l'asterisco dopo SELECT");
         need_word("FROM");
-        result_.table = name("il nome della tabella");
+        result_.table = name(table_name);
         where();
         if (!take_word("ORDER")) return;
         need_word("BY");
-        result_.order_by = name("il nome della colonna");
+        result_.order_by = name(column_name);
         if (take_word("DESC")) {
             result_.descending = true;
         } else {
@@ -69,28 +72,28 @@ private:
     void insert() {
         result_.kind = StatementKind::insert;
         need_word("INTO");
-        result_.table = name("il nome della tabella");
+        result_.table = name(table_name);
         need_mark('(', "manca la parentesi che apre l'elenco delle colonne");
         do {
-            result_.assignments.push_back({name("il nome della colonna"), {}});
+            result_.assignments.push_back({name(column_name), {}});
         } while (take_mark(','));
         need_mark(')', "manca la parentesi che chiude l'elenco delle colonne");
         need_word("VALUES");
-        need_mark('(', "manca la parentesi che apre l'elenco dei valori");
+        need_mark('(', no_opening);
         for (std::size_t i = 0; i < result_.assignments.size(); ++i) {
             if (i > 0) need_mark(',', "i valori sono meno delle colonne");
             result_.assignments[i].literal = literal();
         }
         if (at_ < sql_.size() && sql_[at_] == ',') fail("i valori sono più delle colonne");
-        need_mark(')', "manca la parentesi che chiude l'elenco dei valori");
+        need_mark(')', no_closing);
     }
 
     void update() {
         result_.kind = StatementKind::update;
-        result_.table = name("il nome della tabella");
+        result_.table = name(table_name);
         need_word("SET");
         do {
-            std::string column = name("il nome della colonna");
+            std::string column = name(column_name);
             need_mark('=', "manca il segno = dopo il nome della colonna");
             result_.assignments.push_back({std::move(column), literal()});
         } while (take_mark(','));
@@ -101,7 +104,7 @@ private:
         result_.kind = StatementKind::remove;
         need_mark('*', "manca l'asterisco dopo DELETE");
         need_word("FROM");
-        result_.table = name("il nome della tabella");
+        result_.table = name(table_name);
         where();
     }
 
@@ -109,7 +112,7 @@ private:
         if (!take_word("WHERE")) return;
         do {
             Condition condition;
-            condition.column = name("il nome della colonna");
+            condition.column = name(column_name);
             condition.comparison = comparison();
             if (condition.comparison == Comparison::in) {
                 condition.list = list();
@@ -141,10 +144,10 @@ private:
 
     std::vector<Literal> list() {
         std::vector<Literal> literals;
-        need_mark('(', "manca la parentesi che apre l'elenco dei valori");
+        need_mark('(', no_opening);
         do literals.push_back(literal());
         while (take_mark(','));
-        need_mark(')', "manca la parentesi che chiude l'elenco dei valori");
+        need_mark(')', no_closing);
         return literals;
     }
 

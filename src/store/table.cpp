@@ -77,7 +77,7 @@ std::optional<std::string> decimal_in(std::string_view text, const RegionalSetti
             return std::nullopt;
         return (negative ? "-" : "") + *whole + (fraction.empty() ? "" : "." + std::string(fraction));
     };
-    if (const auto plain = parse(".", "")) return plain;
+    if (auto plain = parse(".", "")) return plain;
     return parse(regional.decimal_separator, regional.thousands_separator);
 }
 

@@ -20,4 +20,10 @@ constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c
 constexpr bool is_letter(char c) { return is_capital(upper(c)); }
 constexpr bool is_letter_or_digit(char c) { return is_letter(c) || is_digit(c); }
 
+/// Of a hexadecimal digit; -1 if it is none.
+constexpr int hex_value(char c) {
+    if (is_digit(c)) return c - '0';
+    return upper(c) >= 'A' && upper(c) <= 'F' ? upper(c) - 'A' + 10 : -1;
+}
+
 } // namespace tarvello::ascii

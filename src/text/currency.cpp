@@ -85,11 +85,13 @@ Decimal parse(std::string_view text, const RegionalSettings& regional) {
     return number;
 }
 
+[[noreturn]] void fail_too_large() {
+    throw Failure(failure_number::overflow, "Importi", "L'importo è troppo grande.");
+}
+
 /// The 15 significant digits of a double.
 Decimal decimal_of(double amount) {
-    if (!std::isfinite(amount)) {
-        throw Failure(failure_number::overflow, "Importi", "L'importo è troppo grande.");
-    }
+    if (!std::isfinite(amount)) fail_too_large();
     char buffer[32];
     const auto end =
         std::to_chars(buffer, buffer + sizeof buffer, std::fabs(amount), std::chars_format::scientific, 14)
@@ -202,9 +204,7 @@ double read_amount(std::string_view text, const RegionalSettings& regional) {
     } else {
         const std::string plain = cents.substr(0, cents.size() - 2) + "." + cents.substr(cents.size() - 2);
         const auto error = std::from_chars(plain.data(), plain.data() + plain.size(), amount).ec;
-        if (error != std::errc{}) {
-            throw Failure(failure_number::overflow, "Importi", "L'importo è troppo grande.");
-        }
+        if (error != std::errc{}) fail_too_large();
     }
     return number.negative && amount != 0 ? -amount : amount;
 }

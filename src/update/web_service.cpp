@@ -27,10 +27,10 @@ frmWebService::frmWebService(Program& program) : Form(program, "frmWebService"),
     Toolbar1.add_button("Indietro", "Indietro", "freccia-sinistra");
     Toolbar1.add_button("Aggiorna", "Aggiorna", "aggiorna");
     Toolbar1.add_button("Avanti", "Avanti", "freccia-destra");
-    Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
+    ToolButton& closing = Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
     order_tabs({&Toolbar1, &WebBrowser1});
     Toolbar1.on_button_click = [this](ToolButton& button) { press(button.key()); };
-    set_keys(nullptr, &Toolbar1.button(5));
+    set_keys(nullptr, &closing);
     TimerBannerVersion.on_timer = [this] { type_banner(); };
 }
 

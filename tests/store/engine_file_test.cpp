@@ -21,12 +21,12 @@ INSTANTIATE_TEST_SUITE_P(Engines, EngineFileTest, ::testing::ValuesIn(engine_kin
 
 TEST_P(EngineFileTest, AFileWithoutReadPermissionDoesNotOpen) {
     ASSERT_EQ(::chmod(path.c_str(), 0), 0);
-    EXPECT_THAT(open_failure(path), HasSubstr("permesso")) << "also for the super-user";
+    EXPECT_THAT(open_failure(path), HasSubstr("permessi")) << "also for the super-user";
     ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
     if (::geteuid() != 0) return;
     ASSERT_EQ(::chmod(folder.path.c_str(), 0755), 0);
     const AsOrdinaryUser someone_else;
-    EXPECT_THAT(open_failure(path), HasSubstr("permesso"));
+    EXPECT_THAT(open_failure(path), HasSubstr("permessi"));
 }
 
 TEST_P(EngineFileTest, AReadOnlyFileIsReadAndNotWritten) {

@@ -19,6 +19,8 @@ std::string error_words(int error) {
     case ENOSPC:
     case EDQUOT:
         return "lo spazio sul disco è esaurito";
+    case EEXIST:
+        return "il file esiste già";
     case EFBIG:
         return "il file è troppo grande";
     case EISDIR:

@@ -17,16 +17,14 @@ namespace {
 /// program's, or another user's that cannot be taken away.
 constexpr int most_attempts = 9;
 
-Failure cannot_write(const std::string& path, const std::string& why) {
+Failure not_written(const std::string& path, const std::string& why) {
     return {failure_number::file_access, "File",
-            "Impossibile scrivere il file \"" + path + "\": " + why + "."};
+            std::string(cannot_write) + " \"" + path + "\": " + why + "."};
 }
 
 /// @throws Failure if the way to it leads nowhere
 std::string without_links(const std::string& destination) {
-    const auto refuse = [&](int error) {
-        return file_failure(error, "Impossibile scrivere il file", destination);
-    };
+    const auto refuse = [&](int error) { return file_failure(error, cannot_write, destination); };
     if (destination.empty() || destination.find('\0') != std::string::npos) throw refuse(ENOENT);
     struct stat status {};
     if (::lstat(destination.c_str(), &status) != 0) {
@@ -36,8 +34,7 @@ std::string without_links(const std::string& destination) {
     if (!S_ISLNK(status.st_mode)) return destination;
     std::error_code error;
     const auto target = std::filesystem::canonical(destination, error);
-    if (error.value() == ENOENT)
-        throw cannot_write(destination, "è un collegamento a un file che non esiste");
+    if (error.value() == ENOENT) throw not_written(destination, "è un collegamento a un file che non esiste");
     if (error) throw refuse(error.value());
     return target.string();
 }
@@ -48,7 +45,7 @@ std::string working_name(const std::string& destination, int attempt) {
     for (const char c : std::filesystem::path(destination).filename().string()) {
         hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
     }
-    char name[48];
+    char name[64];
     std::snprintf(name, sizeof name, "/.tarvello-%016llx-%d.parziale", static_cast<unsigned long long>(hash),
                   attempt);
     return folder_of(destination) + name;
@@ -75,7 +72,7 @@ void NewFile::create(mode_t rights) {
     struct stat former {};
     const bool there = ::stat(destination_.c_str(), &former) == 0;
     if (there && S_ISDIR(former.st_mode)) throw failure(EISDIR);
-    if (there && !S_ISREG(former.st_mode)) throw cannot_write(destination_, "non è un file di dati");
+    if (there && !S_ISREG(former.st_mode)) throw not_written(destination_, "non è un file di dati");
     // A file that the user has made read-only is not replaced behind the user's back.
     if (const int error = there ? write_obstacle(destination_) : 0) throw failure(error);
     for (int attempt = 1; !file_; ++attempt) {
@@ -122,8 +119,6 @@ void NewFile::place() {
     if (const int error = sync_folder(folder_of(destination_))) throw failure(error);
 }
 
-Failure NewFile::failure(int error) const {
-    return file_failure(error, "Impossibile scrivere il file", destination_);
-}
+Failure NewFile::failure(int error) const { return file_failure(error, cannot_write, destination_); }
 
 } // namespace tarvello

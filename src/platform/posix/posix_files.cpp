@@ -169,9 +169,7 @@ std::unique_ptr<PendingCopy> PosixFiles::prepare_copy(const std::string& source,
 
 void PosixFiles::overwrite(const std::string& source, const std::string& destination,
                            const CopyProgress& progress) {
-    const auto failure = [&](int error) {
-        return file_failure(error, "Impossibile scrivere il file", destination);
-    };
+    const auto failure = [&](int error) { return file_failure(error, cannot_write, destination); };
     const SourceFile from(source);
     need_two_files(source, destination);
     if (const int error = write_obstacle(destination)) throw failure(error);
@@ -198,6 +196,7 @@ std::uint64_t PosixFiles::free_bytes(const std::string& path) {
 }
 
 bool PosixFiles::keep_as(const std::string& path, const std::string& name) {
+    const char* const cannot = "Impossibile mettere da parte il file";
     if (::link(path.c_str(), name.c_str()) != 0) {
         if (errno == EEXIST) return false;
         // Sticks and some network folders know one name for a file.
@@ -206,11 +205,10 @@ bool PosixFiles::keep_as(const std::string& path, const std::string& name) {
             const bool unknown = errno == EINVAL || errno == ENOSYS;
             if (unknown && exists(name)) return false;
             if (!unknown || ::rename(path.c_str(), name.c_str()) != 0)
-                throw file_failure(errno, "Impossibile mettere da parte il file", path);
+                throw file_failure(errno, cannot, path);
         }
     }
-    if (const int error = sync_folder(folder_of(name)))
-        throw file_failure(error, "Impossibile mettere da parte il file", path);
+    if (const int error = sync_folder(folder_of(name))) throw file_failure(error, cannot, path);
     return true;
 }
 

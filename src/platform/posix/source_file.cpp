@@ -11,8 +11,6 @@ namespace {
 /// How much is copied between two looks at the progress.
 constexpr std::size_t piece = std::size_t{8} << 20;
 
-const char* const cannot_read = "Impossibile leggere il file";
-
 Failure no_data(const std::string& path) {
     return {failure_number::file_access, "File",
             std::string(cannot_read) + " \"" + path + "\": non è un file di dati."};
@@ -56,7 +54,7 @@ bool SourceFile::copy_to(int to, const std::string& target, const CopyProgress& 
             buffer.resize(piece);
             copied = static_cast<ssize_t>(read(buffer));
             if (const int error = write_all(to, buffer.data(), static_cast<std::size_t>(copied)))
-                throw file_failure(error, "Impossibile scrivere il file", target);
+                throw file_failure(error, cannot_write, target);
         }
         if (copied == 0) break;
         done += static_cast<std::uint64_t>(copied);

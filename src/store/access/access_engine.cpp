@@ -41,15 +41,14 @@ public:
 
     ValueView value(std::size_t column) const override {
         need_open();
-        if (!row_) throw Failure(failure_number::no_current_record, source, "Nessuna riga corrente.");
+        if (!row_) throw no_current_row();
         if (!values_.at(column)) read(column);
         return *values_[column];
     }
 
 private:
     void need_open() const {
-        if (!file_->is_open())
-            throw Failure(failure_number::object_closed, source, "Il database è stato chiuso.");
+        if (!file_->is_open()) throw database_closed();
     }
     void read(std::size_t column) const {
         values_[column] =
@@ -146,6 +145,7 @@ public:
         const auto table = file_->table(name);
         if (!table->why_not_writable.empty()) throw not_writable(table->why_not_writable);
         std::vector<std::size_t> places;
+        places.reserve(columns.size());
         for (const std::string& column : columns) places.push_back(table->table.place_of(column));
         fills_.push_back(std::make_shared<TableFill>(file_->store(), table->definition, std::move(places)));
         return std::make_unique<AccessSink>(fills_.back());
@@ -191,6 +191,7 @@ private:
                                              table->table.columns[places.assignments[i]], file_->regional()));
         }
         std::vector<ValueView> views;
+        views.reserve(values.size());
         for (const Value& value : values) views.push_back(view_of(value));
         // All rows before the first changes: a change may move a row in its index.
         std::vector<RowPointer> rows;

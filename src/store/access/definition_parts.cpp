@@ -54,7 +54,7 @@ DefinitionParts::DefinitionParts(Bytes text) {
     const std::uint32_t logical_count = load32(head.data() + logical_indexes_at);
     const std::uint32_t real_count = load32(head.data() + real_indexes_at);
     if (logical_count > most_logical_indexes || real_count > most_indexes)
-        throw damaged("la definizione di una tabella non è valida");
+        throw damaged(damage::definition_invalid);
     for (std::uint32_t i = 0; i < real_count; ++i) counts.push_back(reader.take(count_size));
     columns.resize(load16(head.data() + columns_at));
     for (Named& column : columns) column.piece = reader.take(format::column::size);

@@ -117,7 +117,7 @@ TableDefinition read_table_definition(PageStore& store, PageNumber page, std::st
     table.owned_pages = map(owned_pages_at);
     table.free_pages = map(free_pages_at);
     if (table.row_columns > most_row_columns || parts.columns.size() > most_columns)
-        throw damaged("la definizione di una tabella non è valida");
+        throw damaged(damage::definition_invalid);
     for (const auto& [piece, column_name] : parts.columns) {
         table.columns.push_back(read_column(piece));
         table.columns.back().name = decode_utf16(column_name);

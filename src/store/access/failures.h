@@ -27,6 +27,13 @@ inline Failure damaged(std::string_view what) {
                    "Il file Access è danneggiato: " + std::string(what) + ".");
 }
 
+/// What more than one place finds damaged.
+namespace damage {
+inline constexpr const char* definition_invalid = "la definizione di una tabella non è valida";
+inline constexpr const char* empty_index_page = "una pagina di un indice è vuota";
+inline constexpr const char* index_too_deep = "un indice è troppo profondo";
+} // namespace damage
+
 inline Failure not_writable(std::string description) {
     return Failure(access_failure::not_supported, source, std::move(description));
 }

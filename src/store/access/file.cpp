@@ -1,5 +1,7 @@
 #include "store/access/file.h"
 
+#include "platform/posix/disk.h"
+#include "platform/posix/error_words.h"
 #include "store/access/failures.h"
 
 #include <cerrno>
@@ -13,33 +15,8 @@ namespace tarvello::store::access {
 namespace {
 
 [[noreturn]] void fail_with(const std::string& path, const std::string& what, int error) {
-    std::string reason;
-    switch (error) {
-    case ENOSPC:
-    case EDQUOT:
-        reason = "il disco è pieno";
-        break;
-    case EACCES:
-    case EPERM:
-        reason = "manca il permesso";
-        break;
-    case EROFS:
-        reason = "il disco è di sola lettura";
-        break;
-    case ENOENT:
-        reason = "non esiste";
-        break;
-    case EEXIST:
-        reason = "esiste già";
-        break;
-    case EISDIR:
-        reason = "è una cartella";
-        break;
-    default:
-        reason = "errore " + std::to_string(error) + " del disco";
-    }
     throw Failure(access_failure::file, source,
-                  what + " del file \"" + path + "\" non riuscita: " + reason + ".");
+                  what + " del file \"" + path + "\" non riuscita: " + error_words(error) + ".");
 }
 
 } // namespace
@@ -163,12 +140,7 @@ std::string File::real_path(const std::string& path) {
     return missing ? path : real.string();
 }
 
-bool File::writable(const std::string& path) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return false;
-    // The superuser may write everything: the owner's wish counts for him too.
-    return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && ::access(path.c_str(), W_OK) == 0;
-}
+bool File::writable(const std::string& path) { return write_obstacle(path) == 0; }
 
 bool File::is_held(const std::string& path) {
     const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -194,15 +166,8 @@ void File::remove(const std::string& path, FileWatch* watch) {
 
 void File::sync_folder_of(const std::string& path, FileWatch* watch) {
     if (watch != nullptr && !watch->allow(FileCall::sync)) fail_with(path, "Scrittura", EIO);
-    std::filesystem::path folder = std::filesystem::path(path).parent_path();
-    if (folder.empty()) folder = ".";
-    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle < 0) fail_with(path, "Scrittura", errno);
-    const int result = ::fsync(handle);
-    const int error = errno;
-    ::close(handle);
-    // Some network folders cannot be synced; they keep their names by themselves.
-    if (result != 0 && error != EINVAL) fail_with(path, "Scrittura", error);
+    const int error = sync_folder(folder_of(path));
+    if (error != 0) fail_with(path, "Scrittura", error);
 }
 
 } // namespace tarvello::store::access

@@ -50,9 +50,8 @@ enum class StoredType : std::uint8_t {
 namespace format {
 
 /// The pages that every file has, in the order in which a new one gets them.
-inline constexpr PageNumber global_map_page = 1; ///< row 0: the free pages
-inline constexpr PageNumber catalogue_page = 2;  ///< the definition of MSysObjects
-inline constexpr PageNumber first_system_page = 1;
+inline constexpr PageNumber global_map_page = 1;  ///< row 0: the free pages
+inline constexpr PageNumber catalogue_page = 2;   ///< the definition of MSysObjects
 inline constexpr PageNumber last_system_page = 5; ///< the definition of MSysRelationships
 
 /// The head of every page but the first.
@@ -148,7 +147,6 @@ inline constexpr PageNumber pages_per_bit_page = (page_size - page_bits_at) * 8;
 
 /// The definition of a table: the text of one page or several joined.
 namespace definition {
-inline constexpr std::uint8_t page_type_mark = 1;
 inline constexpr std::size_t next_page_at = 4;
 inline constexpr std::size_t head_size = 8; ///< of a page behind the first, not part of the text
 inline constexpr std::size_t length_at = 8;

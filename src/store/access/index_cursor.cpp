@@ -22,13 +22,13 @@ void IndexCursor::descend(Way way, KeyView key) {
             return;
         }
         const std::size_t count = page.child_count();
-        if (count == 0) throw damaged("una pagina di un indice è vuota");
+        if (count == 0) throw damaged(damage::empty_index_page);
         std::size_t place = 0;
         if (way == Way::rightmost) place = count - 1;
         if (way == Way::by_key) place = std::min(page.lower_bound(key), count - 1);
         number = page.child(place);
     }
-    throw damaged("un indice è troppo profondo");
+    throw damaged(damage::index_too_deep);
 }
 
 void IndexCursor::take_entry() {

@@ -39,7 +39,7 @@ void IndexWriter::run(const Change& change) {
 
 IndexWriter::Outcome IndexWriter::change_below(PageNumber number, bool rightmost, const Change& change,
                                                int depth) {
-    if (depth == deepest) throw damaged("un indice è troppo profondo");
+    if (depth == deepest) throw damaged(damage::index_too_deep);
     const IndexPage page(store_, number, table_);
     const Place place{number, page.previous(), page.next(), rightmost};
     return page.is_leaf() ? change_leaf(place, page, change) : change_node(place, page, change, depth);
@@ -73,7 +73,7 @@ IndexWriter::Outcome IndexWriter::change_leaf(const Place& place, const IndexPag
 IndexWriter::Outcome IndexWriter::change_node(const Place& place, const IndexPage& page, const Change& change,
                                               int depth) {
     const std::size_t count = page.child_count();
-    if (count == 0) throw damaged("una pagina di un indice è vuota");
+    if (count == 0) throw damaged(damage::empty_index_page);
     const std::size_t index = std::min(page.lower_bound(change.entry), count - 1);
     const bool on_edge = place.rightmost && index + 1 == count;
     const Outcome below = change_below(page.child(index), on_edge, change, depth + 1);
@@ -92,7 +92,7 @@ IndexWriter::Outcome IndexWriter::change_node(const Place& place, const IndexPag
     if (children.empty() && place.page != root_) {
         unlink(place);
     } else if (!children.empty()) {
-        outcome.pages = write_nodes(place, std::move(children));
+        outcome.pages = write_nodes(place, children);
     }
     return outcome;
 }
@@ -104,7 +104,7 @@ bool IndexWriter::mend_right_edge(Children& children) {
     const Place place = place_of(children.back().page, true);
     const IndexPage page(store_, place.page, table_);
     Children own = read_children(page);
-    if (own.empty()) throw damaged("una pagina di un indice è vuota");
+    if (own.empty()) throw damaged(damage::empty_index_page);
     if (own.size() > 1) {
         if (page.tail() != 0) return false;
         mend_right_edge(own); // it has only now come to the right edge
@@ -114,7 +114,7 @@ bool IndexWriter::mend_right_edge(Children& children) {
     IndexChild& beside = children[children.size() - 2];
     const Place left = place_of(beside.page, false);
     Children others = read_children(IndexPage(store_, left.page, table_));
-    if (others.empty()) throw damaged("una pagina di un indice è vuota");
+    if (others.empty()) throw damaged(damage::empty_index_page);
     own.insert(own.begin(), others.back());
     others.pop_back();
     if (others.empty()) {
@@ -261,16 +261,16 @@ Key IndexWriter::last_entry(PageNumber number) {
     for (int depth = 0; depth < deepest; ++depth) {
         const IndexPage page(store_, number, table_);
         if (page.is_leaf()) {
-            if (page.size() == 0) throw damaged("una pagina di un indice è vuota");
+            if (page.size() == 0) throw damaged(damage::empty_index_page);
             Key last;
             page.entry(page.size() - 1, last);
             return last;
         }
         const Children children = read_children(page);
-        if (children.empty()) throw damaged("una pagina di un indice è vuota");
+        if (children.empty()) throw damaged(damage::empty_index_page);
         number = children.back().page;
     }
-    throw damaged("un indice è troppo profondo");
+    throw damaged(damage::index_too_deep);
 }
 
 IndexWriter::Place IndexWriter::place_of(PageNumber number, bool rightmost) {

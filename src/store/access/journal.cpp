@@ -140,10 +140,7 @@ public:
         if (!std::equal(std::begin(magic), std::end(magic), head_.begin())) return;
         pages_ = load32(head_.data() + pages_at);
         end_ = pages_;
-        for (std::uint64_t at = Journal::head_size; const std::uint64_t size = take_segment(at);) {
-            at += size;
-            has_segments_ = true;
-        }
+        for (std::uint64_t at = Journal::head_size; take_segment(at);) has_segments_ = true;
     }
 
     /// False for a journal that has changed nothing, or whose statement has ended.
@@ -171,18 +168,18 @@ public:
     }
 
 private:
-    /// @return its size; 0 at the end of what is whole
-    std::uint64_t take_segment(std::uint64_t at) {
+    /// `at` goes behind it. @return false at the end of what is whole
+    bool take_segment(std::uint64_t& at) {
         std::array<std::uint8_t, segment_head> counts{};
-        if (file_.read(at, counts) != segment_head) return 0;
+        if (file_.read(at, counts) != segment_head) return false;
         const std::uint64_t olds = load32(counts.data());
         const std::uint64_t states = load32(counts.data() + 4);
         const std::uint64_t size = segment_head + olds * old_size + states * state_size + sum_size;
-        if (olds > pages_per_segment || states > pages_per_segment || size > file_.size() - at) return 0;
+        if (olds > pages_per_segment || states > pages_per_segment || size > file_.size() - at) return false;
         segment_.resize(size);
-        if (file_.read(at, segment_) != size) return 0;
+        if (file_.read(at, segment_) != size) return false;
         const Bytes summed = Bytes(segment_).first(size - sum_size);
-        if (load64(segment_.data() + summed.size()) != sum(summed)) return 0;
+        if (load64(segment_.data() + summed.size()) != sum(summed)) return false;
         const std::uint8_t* record = segment_.data() + segment_head;
         for (std::uint64_t i = 0; i < olds; ++i, record += old_size) {
             old_.emplace(load32(record),
@@ -195,7 +192,8 @@ private:
             states_.emplace(load32(record), sums);
             end_ = std::max(end_, load32(record) + 1);
         }
-        return size;
+        at += size;
+        return true;
     }
 
     bool is_known(const File& database, PageNumber number) const {

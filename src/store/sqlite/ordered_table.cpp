@@ -54,14 +54,15 @@ public:
     }
 
     std::string_view text(std::string_view column) const override {
-        if (!row_) throw Failure(failure_number::no_current_record, source, "Nessuna riga corrente.");
+        if (!row_) throw no_current_row();
         for (int i = 0; i < sqlite3_column_count(seek_.get()); ++i) {
             if (!equal_ignoring_case(sqlite3_column_name(seek_.get(), i), column)) continue;
             const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(seek_.get(), i));
             const auto size = static_cast<std::size_t>(sqlite3_column_bytes(seek_.get(), i));
             return text ? std::string_view(text, size) : std::string_view();
         }
-        throw Failure(3265, source, "La colonna \"" + std::string(column) + "\" non esiste.");
+        throw Failure(failure_number::no_such_element, source,
+                      "La colonna \"" + std::string(column) + "\" non esiste.");
     }
 
 private:

@@ -41,7 +41,7 @@ std::string condition_sql(const Table& table, std::size_t place, const Condition
     const std::string value = parameter(parameters);
     if (comparison == Comparison::like) return "matches(" + name + "," + value + ")";
     if (column.type != ColumnType::text) return name + operator_text(comparison) + value;
-    const std::string holds = name + operator_text(comparison) + value + " COLLATE ignoring_case";
+    std::string holds = name + operator_text(comparison) + value + " COLLATE ignoring_case";
     if (comparison != Comparison::equal || !table.key) return holds;
     // A column that is looked up has two indexes, see data/schema.sql. Each answers one half of the list;
     // what holds is decided afterwards on the few rows of it.

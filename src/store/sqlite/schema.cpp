@@ -65,6 +65,7 @@ std::string key_part(const TableDeclaration& table, const std::string& name) {
 
 std::string key_parts(const TableDeclaration& table, const std::vector<std::string>& names) {
     std::vector<std::string> parts;
+    parts.reserve(names.size());
     for (const std::string& name : names) parts.push_back(key_part(table, name));
     return joined(parts);
 }

@@ -36,8 +36,7 @@ public:
 
 private:
     void need_open() const {
-        if (!run_.file().is_open())
-            throw Failure(failure_number::object_closed, source, "Il database è stato chiuso.");
+        if (!run_.file().is_open()) throw database_closed();
     }
 
     Run run_;

@@ -1,6 +1,7 @@
 #include "store/sqlite/sqlite_file.h"
 
 #include "failure.h"
+#include "platform/posix/disk.h"
 #include "store/failure_source.h"
 #include "store/sqlite/query.h"
 #include "store/sqlite/schema.h"
@@ -8,8 +9,6 @@
 #include "text/letter_case.h"
 
 #include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -135,11 +134,8 @@ void SqliteFile::need_in_place() const {
 }
 
 bool SqliteFile::is_writable() const {
-    // The handle may write what the file's owner has forbidden since it was opened; and a super-user always.
-    struct stat status {};
-    constexpr mode_t any_write = S_IWUSR | S_IWGRP | S_IWOTH;
-    if (stat(path_.c_str(), &status) == 0 && (status.st_mode & any_write) == 0) return false;
-    return ::access(path_.c_str(), W_OK) == 0;
+    // The handle may write what the file's owner has forbidden since it was opened.
+    return write_obstacle(path_) == 0;
 }
 
 void SqliteFile::need_writable() const {
