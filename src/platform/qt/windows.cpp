@@ -185,18 +185,28 @@ void QtWindows::make_modal(Open& open) {
 
 void QtWindows::close(Form& form) {
     std::erase_if(waiting_, [&](const auto& it) { return it.get() == &form; });
-    for (auto it = open_.begin(); it != open_.end(); ++it) {
-        if (it->form.get() != &form) continue;
-        it->binder->part();
-        it->frame->removeEventFilter(this);
-        it->frame->hide();
-        if (it->frame == main_) main_ = nullptr;
-        for (QEventLoop* loop : it->waiting) loop->quit();
-        it->waiting.clear();
-        closed_.splice(closed_.end(), open_, it);
-        destroy_closed_later();
-        return;
+    const auto closed =
+        std::find_if(open_.begin(), open_.end(), [&](const Open& open) { return open.form.get() == &form; });
+    if (closed == open_.end()) return;
+    if (closed->frame == main_) {
+        // With it go the windows that are left in its area: their forms have none from now on.
+        for (auto it = open_.begin(); it != open_.end();) {
+            const auto open = it++;
+            if (main_->isAncestorOf(open->frame)) take_off(open);
+        }
+        main_ = nullptr;
     }
+    take_off(closed);
+    destroy_closed_later();
+}
+
+void QtWindows::take_off(std::list<Open>::iterator open) {
+    open->binder->part();
+    open->frame->removeEventFilter(this);
+    open->frame->hide();
+    for (QEventLoop* loop : open->waiting) loop->quit();
+    open->waiting.clear();
+    closed_.splice(closed_.end(), open_, open);
 }
 
 void QtWindows::destroy_closed_later() {

@@ -84,6 +84,8 @@ private:
     /// Lets the window of a form that is on the screen stop all others.
     void make_modal(Open& open);
     void frame_resized(Open& open);
+    /// Takes a window off the screen and parts it from its form; it is destroyed later.
+    void take_off(std::list<Open>::iterator open);
     void destroy_closed_later();
 
     const RegionalSettings& regional_;
