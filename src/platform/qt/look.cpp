@@ -17,43 +17,33 @@ bool is_dark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
-QPalette light_palette() {
-    QPalette palette(QColor(0xF3F4F6));
-    palette.setColor(QPalette::Window, QColor(0xF3F4F6));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::AlternateBase, QColor(0xF5F8FC));
-    palette.setColor(QPalette::Button, QColor(0xE9ECF1));
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, QColor(0x1F2933));
-        palette.setColor(QPalette::Disabled, role, QColor(0x6F7B87));
-    }
-    palette.setColor(QPalette::Highlight, QColor(0x2C6DA4));
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xB8C4D0));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, QColor(0x1B5E97));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x7B8794));
-    palette.setColor(QPalette::ToolTipBase, QColor(0xFFFDF2));
-    palette.setColor(QPalette::ToolTipText, QColor(0x1F2933));
-    return palette;
-}
+struct Tones {
+    QRgb window, base, other_rows, button, text, disabled_text, highlight, disabled_highlight, link, hint,
+        tip;
+};
 
-QPalette dark_palette() {
-    QPalette palette(QColor(0x2B2F36));
-    palette.setColor(QPalette::Window, QColor(0x2B2F36));
-    palette.setColor(QPalette::Base, QColor(0x1A1D21));
-    palette.setColor(QPalette::AlternateBase, QColor(0x22262B));
-    palette.setColor(QPalette::Button, QColor(0x2A2E35));
+constexpr Tones light = {0xF3F4F6, 0xFFFFFF, 0xF5F8FC, 0xE9ECF1, 0x1F2933, 0x6F7B87,
+                         0x2C6DA4, 0xB8C4D0, 0x1B5E97, 0x7B8794, 0xFFFDF2};
+constexpr Tones dark = {0x2B2F36, 0x1A1D21, 0x22262B, 0x2A2E35, 0xE6E9ED, 0x8A939D,
+                        0x2F6FA8, 0x4A525C, 0x7DB9EC, 0x8A939D, 0x363B43};
+
+QPalette palette_of(const Tones& tones) {
+    QPalette palette{QColor(tones.window)};
+    palette.setColor(QPalette::Window, tones.window);
+    palette.setColor(QPalette::Base, tones.base);
+    palette.setColor(QPalette::AlternateBase, tones.other_rows);
+    palette.setColor(QPalette::Button, tones.button);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, QColor(0xE6E9ED));
-        palette.setColor(QPalette::Disabled, role, QColor(0x8A939D));
+        palette.setColor(role, tones.text);
+        palette.setColor(QPalette::Disabled, role, tones.disabled_text);
     }
-    palette.setColor(QPalette::Highlight, QColor(0x2F6FA8));
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4A525C));
+    palette.setColor(QPalette::Highlight, tones.highlight);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, tones.disabled_highlight);
     palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, QColor(0x7DB9EC));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x8A939D));
-    palette.setColor(QPalette::ToolTipBase, QColor(0x363B43));
-    palette.setColor(QPalette::ToolTipText, QColor(0xE6E9ED));
+    palette.setColor(QPalette::Link, tones.link);
+    palette.setColor(QPalette::PlaceholderText, tones.hint);
+    palette.setColor(QPalette::ToolTipBase, tones.tip);
+    palette.setColor(QPalette::ToolTipText, tones.text);
     return palette;
 }
 
@@ -90,9 +80,9 @@ void apply_font() {
 } // namespace
 
 void apply_look(QApplication& application) {
-    const bool dark = is_dark(QApplication::palette());
+    const Tones& tones = is_dark(QApplication::palette()) ? dark : light;
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    application.setPalette(dark ? dark_palette() : light_palette());
+    application.setPalette(palette_of(tones));
     apply_font();
 }
 

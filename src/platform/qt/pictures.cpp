@@ -48,7 +48,7 @@ public:
         QBuffer buffer(&drawing_);
         QImageReader reader(&buffer, "svg");
         reader.setScaledSize(reader.size().scaled(size, Qt::KeepAspectRatio));
-        const QPixmap drawn = QPixmap::fromImage(reader.read());
+        QPixmap drawn = QPixmap::fromImage(reader.read());
         if (mode == QIcon::Normal) return drawn;
         const QStyleOption option;
         return QApplication::style()->generatedIconPixmap(mode, drawn, &option);

@@ -115,9 +115,9 @@ bool break_lines(const QString& paragraph, const QFont& font, QPaintDevice* devi
 
 ReportText::ReportText(const ReportLabel& label, const QSizeF& box, QPaintDevice* device)
     : label_(label), box_(box), device_(device), paragraphs_(paragraphs_of(label.text)) {
-    for (double points = label.font.points; points > smallest_points; points -= points_step) {
-        if (fits_at(points, line_height, false)) return;
-    }
+    double points = label.font.points;
+    while (points > smallest_points && !fits_at(points, line_height, false)) points -= points_step;
+    if (points > smallest_points) return;
     if (fits_at(smallest_points, line_height, false) || fits_at(smallest_points, tight_line_height, false) ||
         fits_at(smallest_points, tight_line_height, true)) {
         return;

@@ -19,19 +19,15 @@ double font_scale(const QWidget& widget) {
 
 } // namespace
 
-int pixels(const QWidget& widget, int twips) {
-    return static_cast<int>(twips * font_scale(widget) / twips_per_dot + 0.5);
-}
+int pixels(const QWidget& widget, int twips) { return qRound(twips * font_scale(widget) / twips_per_dot); }
 
-int twips(const QWidget& widget, int pixels) {
-    return static_cast<int>(pixels * twips_per_dot / font_scale(widget) + 0.5);
-}
+int twips(const QWidget& widget, int pixels) { return qRound(pixels * twips_per_dot / font_scale(widget)); }
 
 void grow_with_font(QWidget& window) {
     const double scale = font_scale(window);
     const auto grown = [scale](const QSize& size) {
         const auto length = [scale](int pixels) {
-            return pixels >= QWIDGETSIZE_MAX ? pixels : static_cast<int>(pixels * scale + 0.5);
+            return pixels >= QWIDGETSIZE_MAX ? pixels : qRound(pixels * scale);
         };
         return QSize(length(size.width()), length(size.height()));
     };
