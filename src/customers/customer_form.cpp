@@ -126,6 +126,13 @@ void frmClienti::connect_commands() {
     cmdmail.set_caption("e-mail");
     cmdmail.on_click = [this] { send_mail(); };
     cmdSendmail.on_click = [this] { send_mail(); };
+    cmdElettronica.set_caption("Fattura elettronica");
+    cmdElettronica.set_tool_tip("Dove vanno le fatture elettroniche del cliente");
+    cmdElettronica.on_click = [this] {
+        if (txtfields[numero].empty()) return;
+        program_.doors().edit_e_invoice_customer(leading_int16(txtfields[numero].text()),
+                                                 txtCurrentClient.text());
+    };
 }
 
 void frmClienti::set_shortcuts() {
@@ -163,6 +170,7 @@ void frmClienti::set_tab_order() {
                 &cmd[command::next],
                 &cmd[command::last],
                 &cmd[command::remove],
+                &cmdElettronica,
                 &cmd[command::search],
                 &Combo1,
                 &Text1,
@@ -194,6 +202,7 @@ void frmClienti::InvertiComandi(const std::string& mode) {
         });
         cmdmail.flip_enabled();
         cmdSendmail.flip_enabled();
+        cmdElettronica.flip_enabled();
         for (std::size_t place = 1; place <= Toolbar1.size(); ++place) {
             if (place != kept_tool && place != tool::cancel) Toolbar1.button(place).flip_visible();
         }

@@ -77,6 +77,7 @@ public:
                                           &Frame3, &Frame1, &Frame3, &Frame3, &Frame3}},
                                         "cmd"};
     CommandButton cmdSendmail{Frame3, "cmdSendmail"};
+    CommandButton cmdElettronica{Frame2, "cmdElettronica"};
     Label Label8{Frame1, "Label8"};
     ComboBox Combo1{Frame1, "Combo1"};
     Label Label2{Frame1, "Label2"};

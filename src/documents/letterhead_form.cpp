@@ -28,6 +28,8 @@ frmIntestazioneFatture::frmIntestazioneFatture(Program& program)
     Command1[close_button].set_caption("&Chiudi");
     Command1[help_button].set_caption("&Aiuto ?");
 
+    cmdElettronica.set_caption("Dati per la fattura &elettronica");
+
     connect();
 }
 
@@ -55,6 +57,7 @@ void frmIntestazioneFatture::connect() {
     Command1[close_button].on_click = [this] { unload(); };
     set_keys(nullptr, &Command1[close_button]);
     Command1[help_button].on_click = [this] { show_help(); };
+    cmdElettronica.on_click = [this] { program_.doors().edit_e_invoice_issuer(); };
 }
 
 void frmIntestazioneFatture::on_load() {

@@ -59,6 +59,7 @@ public:
     TemplatesPage templates;
 
     ControlArray<CommandButton, 3> Command1{*this, "Command1"};
+    CommandButton cmdElettronica{*this, "cmdElettronica"};
 
 protected:
     void on_load() override;

@@ -200,28 +200,8 @@ void add_sending(ReadableView& view, const DatiTrasmissioneType& sending) {
     std::move(section).add_to(view);
 }
 
-std::string escaped(std::string_view text) {
-    std::string html;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            html += "&amp;";
-            break;
-        case '<':
-            html += "&lt;";
-            break;
-        case '>':
-            html += "&gt;";
-            break;
-        default:
-            html += c;
-        }
-    }
-    return html;
-}
-
 void add_cell(std::string& html, const char* kind, const std::string& text, bool right) {
-    html += std::string("<") + kind + (right ? " align=\"right\">" : " align=\"left\">") + escaped(text) +
+    html += std::string("<") + kind + (right ? " align=\"right\">" : " align=\"left\">") + html_text(text) +
             "</" + kind + ">";
 }
 
@@ -247,10 +227,30 @@ ReadableView readable_view(std::string_view xml) {
     return view;
 }
 
+std::string html_text(std::string_view text) {
+    std::string html;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            html += "&amp;";
+            break;
+        case '<':
+            html += "&lt;";
+            break;
+        case '>':
+            html += "&gt;";
+            break;
+        default:
+            html += c;
+        }
+    }
+    return html;
+}
+
 std::string to_html(const ReadableView& view) {
-    std::string html = "<h1>" + escaped(view.title) + "</h1>\n";
+    std::string html = "<h1>" + html_text(view.title) + "</h1>\n";
     for (const ViewSection& section : view.sections) {
-        html += "<h2>" + escaped(section.title) + "</h2>\n";
+        html += "<h2>" + html_text(section.title) + "</h2>\n";
         if (!section.rows.empty()) html += "<table>\n";
         for (const ViewRow& row : section.rows) {
             html += "<tr>";

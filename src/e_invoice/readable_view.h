@@ -36,4 +36,7 @@ ReadableView readable_view(std::string_view xml);
 /// The view as simple HTML: headings, paragraphs and tables, as a text view or a printed page takes it.
 std::string to_html(const ReadableView& view);
 
+/// A text as HTML shows it.
+std::string html_text(std::string_view text);
+
 } // namespace tarvello::e_invoice

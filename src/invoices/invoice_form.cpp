@@ -33,6 +33,7 @@ frmTarvello::frmTarvello(Program& program)
     Toolbar1.add_button("Annulla", "Annulla", "annulla");
     Toolbar1.add_button("Show", "Show", "elenco");
     Toolbar1.add_button("Chiudi", "Chiudi", "chiudi");
+    Toolbar1.add_button("Fattura elettronica", "Fattura elettronica", "fattura-elettronica");
     set_captions();
     set_lists();
     set_first_state();
@@ -40,6 +41,7 @@ frmTarvello::frmTarvello(Program& program)
     connect_fields();
 
     order_tabs({&Toolbar1});
+    order_tabs({&cmdElettronica, &cmdChiudi});
     const auto block = [this](std::size_t box) { return &customer.txtAnagrafica[box]; };
     order_tabs({block(CustomerBlock::cognome), &customer.txtNome, block(CustomerBlock::partita_iva),
                 block(CustomerBlock::codice_fiscale), &customer.cmdCalcolaCF, block(CustomerBlock::indirizzo),
@@ -83,14 +85,17 @@ void frmTarvello::set_captions() {
     StampaWord.set_tool_tip("Crea fattura in formato Microsoft Word (crea file)");
     CheckEmail.set_caption("Invia e-mail");
     cmdChiudi.set_caption("Chiudi");
+    cmdElettronica.set_caption("Fattura elettronica");
+    cmdElettronica.set_tool_tip("Crea e segue la fattura elettronica");
     set_shortcuts();
 }
 
 void frmTarvello::set_shortcuts() {
-    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+D", "Ctrl+P",
-                                 "Ctrl+I", "Alt+A",  "Ctrl+L", "Alt+C"};
-    CommandButton* const below[] = {&cmdNuovaFattura, &cmdModificaDati, &StampaWord, &cmdStampaFattura,
-                                    &CheckEmail,      &cmdAnnulla,      nullptr,     &cmdChiudi};
+    const char* const tools[] = {"Ctrl+N", "Ctrl+M", "Ctrl+D", "Ctrl+P", "Ctrl+I",
+                                 "Alt+A",  "Ctrl+L", "Alt+C",  "Ctrl+E"};
+    CommandButton* const below[] = {&cmdNuovaFattura,  &cmdModificaDati, &StampaWord,
+                                    &cmdStampaFattura, &CheckEmail,      &cmdAnnulla,
+                                    nullptr,           &cmdChiudi,       &cmdElettronica};
     for (std::size_t place = 1; place <= Toolbar1.size(); ++place) {
         Toolbar1.button(place).set_shortcut(tools[place - 1]);
         if (below[place - 1]) below[place - 1]->tell_shortcut(tools[place - 1]);
@@ -175,6 +180,7 @@ void frmTarvello::connect_buttons() {
     cmdEliminaFattura.on_click = [this] { delete_invoice(); };
     cmdCalcola.on_click = [this] { Calcola(); };
     cmdChiudi.on_click = [this] { unload(); };
+    cmdElettronica.on_click = [this] { open_electronic(); };
     CheckEmail.on_click = [this] { write_mail(); };
     StampaWord.on_click = [this] { create_word_document(program_, on_view()); };
     cmdStampaFattura.on_click = [this] { print_invoice(program_, on_view()); };
@@ -195,6 +201,7 @@ void frmTarvello::press_toolbar(const ToolButton& button) {
         {"Invia e-mail", &CheckEmail},
         {"Annulla", &cmdAnnulla},
         {"Chiudi", &cmdChiudi},
+        {"Fattura elettronica", &cmdElettronica},
     };
     for (const auto& [key, command] : same_as) {
         if (button.key() == key && command->on_click) command->on_click();

@@ -15,6 +15,7 @@
 #include "store/column_text.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,6 +23,10 @@
 #include <vector>
 
 namespace tarvello {
+
+namespace e_invoice {
+enum class Field : std::uint8_t;
+} // namespace e_invoice
 
 /// The numbers of the moves through the archive.
 namespace invoice_move {
@@ -109,6 +114,7 @@ public:
     CommandButton CheckEmail{*this, "CheckEmail"};
     CommandButton Command1{*this, "Command1"};
     CommandButton cmdChiudi{*this, "cmdChiudi"};
+    CommandButton cmdElettronica{*this, "cmdElettronica"};
 
     SearchPanel search;
     NotePanel note;
@@ -140,6 +146,12 @@ public:
     /// The whole calculation, as the button "Calcola" runs it.
     /// @throws Failure where an amount of the taxable base, the total or the withholding cannot be read
     void Calcola();
+
+    /// Shows a row of the archive, unless another invoice is being written.
+    void show_stored(int id);
+    /// The control in which a finding on an electronic invoice is mended.
+    /// @param line  1 to 5 for a field of a service line
+    Control& control_of(e_invoice::Field field, int line);
 
     // ExemptionTarget
     void exempt_expenses(const std::optional<std::string>& article) override;
@@ -230,6 +242,11 @@ private:
     bool every_field_is_filled();
     void insert_invoice();
     void update_invoice();
+
+    // invoice_electronic.cpp
+    void open_electronic();
+    /// The user lets an invoice be changed or deleted whose electronic invoice is on its way.
+    bool may_touch(const std::string& deed);
 
     // invoice_navigation.cpp
     /// The move of cmdNavigazione(index).

@@ -56,7 +56,7 @@ void frmTarvello::each_other_tool(std::size_t mode, const std::function<void(Too
 void frmTarvello::ImpostaStato(std::string_view action) {
     const std::initializer_list<CommandButton*> commands = {
         &cmdEliminaFattura, &cmdModificaDati, &cmdStampaFattura, &cmdChiudi,
-        &search.cmdCerca,   &StampaWord,      &CheckEmail};
+        &search.cmdCerca,   &StampaWord,      &CheckEmail,       &cmdElettronica};
     const auto enable_commands = [&] {
         for (CommandButton* command : commands) command->set_enabled(true);
     };
@@ -102,7 +102,7 @@ void frmTarvello::set_search_state(std::string_view action) {
     const bool browsing = action == "OK";
     for (CommandButton& move : cmdNavigazione) move.set_enabled(browsing);
     for (CommandButton* command : {&cmdNuovaFattura, &cmdModificaDati, &cmdEliminaFattura, &cmdStampaFattura,
-                                   &StampaWord, &CheckEmail, &cmdChiudi}) {
+                                   &StampaWord, &CheckEmail, &cmdChiudi, &cmdElettronica}) {
         command->set_enabled(browsing);
     }
     each_other_tool(invoice_tool::cancel, [&](ToolButton& button) { button.set_visible(browsing); });
@@ -131,6 +131,7 @@ void frmTarvello::start_change() {
                          BoxIcon::information);
         return;
     }
+    if (!may_touch("Modificare")) return;
     add_rates();
     SbloccaFattura();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(false);
@@ -160,6 +161,7 @@ void frmTarvello::delete_invoice() {
         with_result(database, database.rsFatture, "SELECT * FROM Fatture",
                     [&](const Recordset& rows) { any = !rows.eof(); });
         if (any && !program_.confirm("\nEliminare la fattura?")) return;
+        if (any && !may_touch("Eliminare")) return;
 
         run_statement(database, database.rsFatture, "DELETE * FROM Fatture WHERE ID=" + std::to_string(id));
         show_no_invoice();

@@ -59,6 +59,11 @@ void ListView::set_selected(std::optional<std::size_t> row) {
     if (row) raise(on_item_click);
 }
 
+void ListView::drop_files(const std::vector<std::string>& paths) {
+    if (!reachable() || !on_files_dropped) return;
+    act([&] { on_files_dropped(paths); });
+}
+
 void ListView::select_row(std::size_t row) {
     if (!reachable() || row >= rows_.size()) return;
     act([&] {

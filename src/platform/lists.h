@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -99,8 +100,11 @@ public:
     /// The user has clicked a row, or moved to it with the keyboard.
     Event on_item_click;
     Event on_double_click;
+    /// Files were dropped on the list; without it none can be.
+    std::function<void(const std::vector<std::string>& paths)> on_files_dropped;
 
     // User acts.
+    void drop_files(const std::vector<std::string>& paths);
     void select_row(std::size_t row);
     /// Takes the selection away.
     void deselect();

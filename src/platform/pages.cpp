@@ -19,6 +19,12 @@ void WebBrowser::refresh() {
     if (browser) browser->refresh();
 }
 
+void HtmlText::set_html(std::string html) {
+    if (html == html_) return;
+    html_ = std::move(html);
+    changed(Aspect::text);
+}
+
 void Document::set_document(std::string document) {
     if (document_ == document) return;
     document_ = std::move(document);

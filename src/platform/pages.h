@@ -57,4 +57,17 @@ private:
     std::string document_;
 };
 
+/// A text of the program's own making, in simple HTML without colours, which the user reads and copies.
+class HtmlText : public Control {
+public:
+    using Control::Control;
+
+    const std::string& html() const { return html_; }
+    void set_html(std::string html);
+    bool takes_focus() const override { return true; }
+
+private:
+    std::string html_;
+};
+
 } // namespace tarvello

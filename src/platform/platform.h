@@ -56,11 +56,13 @@ struct FileDialog {
     /// The dialog itself asks before it gives the name of a file that exists. Who copies by CopiaFile asks
     /// there.
     bool confirm_replace = false;
+    /// What is opened is a folder, whatever the filters.
+    bool folder = false;
 };
 
 class FileDialogs {
 public:
-    /// @return full path of an existing file; nothing if the user cancelled
+    /// @return full path of an existing file, or folder; nothing if the user cancelled
     virtual std::optional<std::string> open_file(const FileDialog& dialog) = 0;
     /// @return full path to save under, which may exist; nothing if the user cancelled
     virtual std::optional<std::string> save_file(const FileDialog& dialog) = 0;

@@ -105,6 +105,8 @@ public:
     /// Shows a report in a window from which it can be printed or made a PDF file. Returns when the user has
     /// closed it. @throws Failure if its picture cannot be drawn
     virtual void show_modal(const Report& report) = 0;
+    /// A text in simple HTML (headings, paragraphs, tables) as a PDF file of A4 pages. @return its bytes
+    virtual std::string pdf_of(const std::string& html, const std::string& title) = 0;
 
 protected:
     ~ReportViewer() = default;

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 
 namespace tarvello {
+
+namespace e_invoice {
+enum class Field : std::uint8_t;
+} // namespace e_invoice
 
 class CustomerTarget;
 class Program;
@@ -36,6 +41,18 @@ public:
     virtual void show_guide() = 0;
     /// Shows a page of help.
     virtual void show_help(const std::string& title, const std::string& text) = 0;
+    /// Opens what the letterhead does not know of who issues electronic invoices.
+    virtual void edit_e_invoice_issuer() = 0;
+    /// Opens what the register does not know of a customer who gets electronic invoices.
+    /// @param name  of the customer, for the heading
+    virtual void edit_e_invoice_customer(int number, const std::string& name) = 0;
+    /// Opens the electronic invoice of a row of Fatture.
+    virtual void open_e_invoice(int invoice) = 0;
+    /// Shows a row of Fatture on the invoice form, and leads to a field of it if one is given.
+    /// @param line  1 to 5 for a field of a service line
+    virtual void show_invoice(int invoice, const e_invoice::Field* field = nullptr, int line = 0) = 0;
+    /// The province of a municipality, two letters; empty if it is not known.
+    virtual std::string province_of(const std::string& municipality) = 0;
 
 protected:
     ~Doors();

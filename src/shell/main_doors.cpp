@@ -1,10 +1,18 @@
 #include "shell/main_window.h"
 
 #include "customers/customer_picker.h"
+#include "e_invoice/customer_data_form.h"
+#include "e_invoice/e_invoice_form.h"
+#include "e_invoice/issuer_data_form.h"
+#include "failure.h"
 #include "fiscal_code/calculator_form.h"
+#include "fiscal_code/municipalities.h"
+#include "invoices/invoice_form.h"
+#include "program/messages.h"
 #include "program/program.h"
 #include "shell/help_form.h"
 #include "shell/issuer_name_form.h"
+#include "text/letter_case.h"
 
 /// The windows that the rooms below open in each other.
 namespace tarvello {
@@ -36,6 +44,51 @@ void MDIForm1::show_guide() { tarvello::show_guide(program_); }
 
 void MDIForm1::show_help(const std::string& title, const std::string& text) {
     tarvello::show_help(program_, title, text);
+}
+
+bool MDIForm1::database_is_open() {
+    if (program_.database().dbConnection.is_open()) return true;
+    program_.message(messages::no_database, BoxIcon::information);
+    return false;
+}
+
+void MDIForm1::edit_e_invoice_issuer() {
+    if (database_is_open()) program_.form<frmDatiFatturaElettronica>().show_modal();
+}
+
+void MDIForm1::edit_e_invoice_customer(int number, const std::string& name) {
+    if (!database_is_open()) return;
+    auto& window = program_.form<frmDatiClienteElettronica>();
+    window.edit(number, name);
+    window.show_modal();
+}
+
+void MDIForm1::open_e_invoice(int invoice) {
+    if (!database_is_open()) return;
+    auto& window = program_.form<frmFatturaElettronica>();
+    if (window.open(invoice)) {
+        window.show_modal();
+        return;
+    }
+    window.unload();
+    program_.message("La fattura non è più in archivio.", BoxIcon::exclamation);
+}
+
+void MDIForm1::show_invoice(int invoice, const e_invoice::Field* field, int line) {
+    auto& window = program_.form<frmTarvello>();
+    window.show();
+    window.show_stored(invoice);
+    if (field) window.control_of(*field, line).set_focus();
+}
+
+std::string MDIForm1::province_of(const std::string& municipality) {
+    std::string province;
+    // Without the list of municipalities nothing is proposed.
+    skip_failures([&] {
+        const auto place = Municipalities(program_.in_program_directory("Comuni.mdb")).seek(municipality);
+        if (place && lower_case(place->name) == lower_case(municipality)) province = place->province;
+    });
+    return province;
 }
 
 } // namespace tarvello

@@ -3,6 +3,7 @@
 #include "customers/customer_form.h"
 #include "db_tools/database_form.h"
 #include "documents/letterhead_form.h"
+#include "e_invoice/e_invoice_list_form.h"
 #include "invoices/invoice_form.h"
 #include "preferences/tax_preferences.h"
 #include "program/open_database.h"
@@ -34,6 +35,8 @@ void MDIForm1::connect_menus() {
     Impostazioni.on_click = [this] { program_.form<frmImpostazioni>().show(); };
     mnuGestioneDatabase.on_click = [this] { program_.form<frmGestioneDatabase>().show(); };
     mnuScaricaAggiornamenti.on_click = [this] { look_for_updates(); };
+    mnuFattureElettroniche.on_click = [this] { show_e_invoices(); };
+    mnuDatiElettronica.on_click = [this] { edit_e_invoice_issuer(); };
 
     Autore.on_click = [this] { program_.form<frmAutore>().show_modal(); };
     AboutTarvello.on_click = [this] { program_.form<frmAbout>().show_modal(); };
@@ -92,6 +95,10 @@ void MDIForm1::look_for_updates() {
         "Se si è collegati a internet premere 'OK' altrimenti premere 'Annulla'",
         program_title, BoxIcon::none, BoxButtons::ok_cancel, 1};
     if (program_.platform().boxes.show(question) == Answer::ok) open_update_page(program_);
+}
+
+void MDIForm1::show_e_invoices() {
+    if (database_is_open()) program_.form<frmFattureElettroniche>().show();
 }
 
 void MDIForm1::run_side_command(std::size_t command) {

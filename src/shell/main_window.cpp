@@ -59,6 +59,8 @@ void MDIForm1::set_texts() {
     Impostazioni.set_caption("&Impostazioni");
     mnuGestioneDatabase.set_caption("&Strumenti");
     mnuScaricaAggiornamenti.set_caption("A&ggiornamenti");
+    mnuFattureElettroniche.set_caption("Fatture &elettroniche");
+    mnuDatiElettronica.set_caption("&Dati per la fattura elettronica");
     Help.set_caption("?");
     Autore.set_caption("&Autore");
     AboutTarvello.set_caption("&Programma");

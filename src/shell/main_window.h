@@ -30,6 +30,8 @@ public:
     MenuItem Impostazioni{*this, "Impostazioni"};
     MenuItem mnuGestioneDatabase{*this, "mnuGestioneDatabase"};
     MenuItem mnuScaricaAggiornamenti{*this, "mnuScaricaAggiornamenti"};
+    MenuItem mnuFattureElettroniche{*this, "mnuFattureElettroniche"};
+    MenuItem mnuDatiElettronica{*this, "mnuDatiElettronica"};
     MenuItem Help{*this, "Help"};
     MenuItem Autore{*this, "Autore"};
     MenuItem AboutTarvello{*this, "AboutTarvello"};
@@ -65,6 +67,11 @@ public:
     void ask_issuer_name() override;
     void show_guide() override;
     void show_help(const std::string& title, const std::string& text) override;
+    void edit_e_invoice_issuer() override;
+    void edit_e_invoice_customer(int number, const std::string& name) override;
+    void open_e_invoice(int invoice) override;
+    void show_invoice(int invoice, const e_invoice::Field* field, int line) override;
+    std::string province_of(const std::string& municipality) override;
 
 protected:
     bool on_query_unload(UnloadReason reason) override;
@@ -86,6 +93,9 @@ private:
     void find_files();
     void exit();
     void look_for_updates();
+    void show_e_invoices();
+    /// Says so where none is open.
+    bool database_is_open();
 
     // Side panel.
     void run_side_command(std::size_t command);

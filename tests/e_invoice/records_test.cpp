@@ -4,7 +4,6 @@
 
 #include "platform/posix/posix_files.h"
 #include "store/store_fixture.h"
-#include "support/invoice_columns.h"
 
 #include <filesystem>
 
@@ -17,13 +16,8 @@ struct EInvoiceArchive : ::testing::TestWithParam<testing::EngineKind> {
         std::filesystem::create_directory(out);
         GetParam().make(path);
         connection.open(path);
-        const Issuer& issuer = worked.issuer;
-        connection.execute("INSERT INTO DatiIntestazione (Nome_Azienda,Indirizzo,Telefono,Codice_Fiscale,"
-                           "Partita_IVA,email,Banca,ABI,CAB,CC) VALUES (?,?,?,?,?,?,?,?,?,?)",
-                           {issuer.Nome_Azienda, issuer.Indirizzo, issuer.Telefono, issuer.Codice_Fiscale,
-                            issuer.Partita_IVA, issuer.email, issuer.Banca, issuer.ABI, issuer.CAB,
-                            issuer.CC});
-        records.save_issuer(issuer);
+        store_letterhead(connection, worked.issuer);
+        records.save_issuer(worked.issuer);
         worked.invoice.ID = 1;
     }
 
@@ -60,55 +54,7 @@ constexpr const char* second = "ITDNGNCL75E14F205Y_00002.xml";
 constexpr const char* third = "ITDNGNCL75E14F205Y_00003.xml";
 
 TEST_P(EInvoiceArchive, CreatesTheFileOfAStoredRow) {
-    StoredInvoice& row = worked.invoice;
-    const std::vector<store::Value> values{row.Numero_Fattura,
-                                           row.Data_Fattura,
-                                           std::int64_t{2026},
-                                           std::int64_t{1},
-                                           row.Codice_Fiscale,
-                                           row.Partita_IVA,
-                                           {},
-                                           row.Cognome_Ragione_Sociale,
-                                           row.Indirizzo,
-                                           row.CAP,
-                                           row.Provincia,
-                                           row.Citta,
-                                           row.Prestazione[0],
-                                           row.Importo[0],
-                                           row.Prestazione[1],
-                                           row.Importo[1],
-                                           "",
-                                           "",
-                                           {},
-                                           {},
-                                           "",
-                                           "",
-                                           row.Rivalsa,
-                                           "Rivalsa",
-                                           row.Percentuale_Rivalsa,
-                                           row.Importo_Rivalsa,
-                                           row.Imponibile,
-                                           row.Aliquota_IVA,
-                                           row.Imposta_IVA,
-                                           row.Spese,
-                                           row.IVA_Spese,
-                                           row.Importo_Spese,
-                                           row.Articolo_Esenzione,
-                                           row.Totale_Fattura,
-                                           row.Ritenuta,
-                                           row.Importo_Ritenuta,
-                                           row.Percentuale_Ritenuta,
-                                           row.Ritenuta_Su,
-                                           row.Importo_Netto,
-                                           row.Check_Pagamento,
-                                           row.Pagamento};
-    std::string names;
-    std::string marks;
-    for (const std::string& name : testing::invoice_columns) {
-        names += (names.empty() ? "" : ",") + name;
-        marks += marks.empty() ? "?" : ",?";
-    }
-    connection.execute("INSERT INTO Fatture (" + names + ") VALUES (" + marks + ")", values);
+    store_row(connection, worked.invoice);
     Recordset rows;
     rows.open("SELECT * FROM Fatture", connection);
     Source from = source();

@@ -201,6 +201,76 @@ std::vector<std::string*> texts_of(Sample& s) {
     return texts;
 }
 
+namespace {
+
+void insert(Connection& connection, const std::string& table,
+            const std::vector<std::pair<std::string, std::string>>& columns) {
+    std::string names;
+    std::string marks;
+    Parameters values;
+    for (const auto& [name, text] : columns) {
+        names += (names.empty() ? "" : ",") + name;
+        marks += marks.empty() ? "?" : ",?";
+        values.push_back(text.empty() ? store::Value() : store::Value(text));
+    }
+    connection.execute("INSERT INTO " + table + " (" + names + ") VALUES (" + marks + ")", values);
+}
+
+} // namespace
+
+void store_row(Connection& connection, const StoredInvoice& row) {
+    std::vector<std::pair<std::string, std::string>> columns{
+        {"Numero_Fattura", row.Numero_Fattura},
+        {"Data_Fattura", short_date_text(row.Data_Fattura, italian)},
+        {"Anno", row.Anno},
+        {"Numero_Cliente", std::to_string(row.Numero_Cliente)},
+        {"Codice_Fiscale", row.Codice_Fiscale},
+        {"Partita_IVA", row.Partita_IVA},
+        {"Nome", row.Nome},
+        {"Cognome_Ragione_Sociale", row.Cognome_Ragione_Sociale},
+        {"Indirizzo", row.Indirizzo},
+        {"CAP", row.CAP},
+        {"Provincia", row.Provincia},
+        {"Città", row.Citta},
+        {"Rivalsa", row.Rivalsa},
+        {"Percentuale_Rivalsa", row.Percentuale_Rivalsa},
+        {"Importo_Rivalsa", row.Importo_Rivalsa},
+        {"Imponibile", row.Imponibile},
+        {"Aliquota_IVA", row.Aliquota_IVA},
+        {"Imposta_IVA", row.Imposta_IVA},
+        {"Spese", row.Spese},
+        {"IVA_Spese", row.IVA_Spese},
+        {"Importo_Spese", row.Importo_Spese},
+        {"Articolo_Esenzione", row.Articolo_Esenzione},
+        {"Totale_Fattura", row.Totale_Fattura},
+        {"Ritenuta", row.Ritenuta},
+        {"Importo_Ritenuta", row.Importo_Ritenuta},
+        {"Percentuale_Ritenuta", row.Percentuale_Ritenuta},
+        {"Ritenuta_Su", row.Ritenuta_Su},
+        {"Importo_Netto", row.Importo_Netto},
+        {"Check_Pagamento", row.Check_Pagamento},
+        {"Pagamento", row.Pagamento}};
+    for (std::size_t i = 0; i < StoredInvoice::lines; ++i) {
+        columns.emplace_back("Prestazione" + std::to_string(i + 1), row.Prestazione[i]);
+        columns.emplace_back("Importo" + std::to_string(i + 1), row.Importo[i]);
+    }
+    insert(connection, "Fatture", columns);
+}
+
+void store_letterhead(Connection& connection, const Issuer& issuer) {
+    insert(connection, "DatiIntestazione",
+           {{"Nome_Azienda", issuer.Nome_Azienda},
+            {"Indirizzo", issuer.Indirizzo},
+            {"Telefono", issuer.Telefono},
+            {"Codice_Fiscale", issuer.Codice_Fiscale},
+            {"Partita_IVA", issuer.Partita_IVA},
+            {"email", issuer.email},
+            {"Banca", issuer.Banca},
+            {"ABI", issuer.ABI},
+            {"CAB", issuer.CAB},
+            {"CC", issuer.CC}});
+}
+
 std::vector<std::string> sample_names() {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {

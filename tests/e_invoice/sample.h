@@ -3,6 +3,7 @@
 #include "e_invoice/checks.h"
 #include "e_invoice/from_row.h"
 #include "e_invoice/source.h"
+#include "store/database.h"
 
 #include <string>
 #include <vector>
@@ -32,6 +33,11 @@ std::vector<std::string*> texts_of(Sample& sample);
 /// The names of the samples, such as "01-worked-a".
 std::vector<std::string> sample_names();
 Sample sample(const std::string& name);
+
+/// Puts the row into Fatture; its key is the next one.
+void store_row(Connection& connection, const StoredInvoice& row);
+/// Puts the letterhead into DatiIntestazione.
+void store_letterhead(Connection& connection, const Issuer& issuer);
 
 inline constexpr const char* firm = "01-worked-a"; ///< with surcharge, expenses and withholding
 inline constexpr const char* reduced_base = "03-worked-c";

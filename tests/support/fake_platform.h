@@ -193,6 +193,7 @@ public:
         shown.push_back(report);
         if (user) user(report);
     }
+    std::string pdf_of(const std::string& html, const std::string&) override { return "%PDF " + html; }
 };
 
 /// All of it, with a folder of its own on disk that goes with it.

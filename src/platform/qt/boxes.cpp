@@ -139,7 +139,8 @@ std::optional<std::string> path_of(QFileDialog& window) {
 std::optional<std::string> QtFileDialogs::open_file(const FileDialog& dialog) {
     if (windows_.deserted()) return std::nullopt;
     QFileDialog window(windows_.parent_of_dialogs(), to_qt(dialog.title), {}, filters_of(dialog));
-    window.setFileMode(QFileDialog::ExistingFile);
+    window.setFileMode(dialog.folder ? QFileDialog::Directory : QFileDialog::ExistingFile);
+    window.setOption(QFileDialog::ShowDirsOnly, dialog.folder);
     return path_of(window);
 }
 

@@ -96,8 +96,39 @@ private:
 
 } // namespace
 
+namespace {
+
+class HtmlTextView final : public WidgetView {
+public:
+    HtmlTextView(WindowBinder& binder, HtmlText& control, QTextBrowser& browser)
+        : WidgetView(binder, control, browser), control_(control), browser_(browser) {
+        browser_.setOpenLinks(false);
+    }
+
+    void show_all() override {
+        WidgetView::show_all();
+        show(Aspect::text);
+    }
+
+protected:
+    void show(Aspect aspect) override {
+        if (aspect != Aspect::text) return WidgetView::show(aspect);
+        browser_.setHtml(to_qt(control_.html()));
+    }
+
+private:
+    HtmlText& control_;
+    QTextBrowser& browser_;
+};
+
+} // namespace
+
 std::unique_ptr<WidgetView> make_document_view(WindowBinder& binder, Control& control, QObject& widget) {
-    return make_if_fits<DocumentView, Document, DocumentBrowser>(binder, control, widget);
+    static constexpr MakeView makers[] = {
+        make_if_fits<DocumentView, Document, DocumentBrowser>,
+        make_if_fits<HtmlTextView, HtmlText, QTextBrowser>,
+    };
+    return first_that_fits(makers, binder, control, widget);
 }
 
 } // namespace tarvello::qt

@@ -6,10 +6,13 @@
 #include "platform/qt/views.h"
 
 #include <QAbstractTableModel>
+#include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QRegularExpression>
 #include <QTreeView>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -86,6 +89,7 @@ public:
         header_.setSectionResizeMode(QHeaderView::Interactive);
         header_.setTextElideMode(Qt::ElideRight);
         header_.setStretchLastSection(true);
+        view_.viewport()->setAcceptDrops(static_cast<bool>(list_.on_files_dropped));
         view_.setModel(&model_);
         // The row that is highlighted is the one that is selected, in whatever way it came to be.
         QObject::connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, &binder,
@@ -109,9 +113,21 @@ public:
         return true; // the list has had it
     }
 
-    bool other_event(QObject&, QEvent& event) override {
+    bool other_event(QObject& watched, QEvent& event) override {
         if (event.type() == QEvent::MouseButtonPress) press_selected_ = false;
-        return false;
+        const bool drags = event.type() == QEvent::DragEnter || event.type() == QEvent::DragMove ||
+                           event.type() == QEvent::Drop;
+        if (!drags || &watched != view_.viewport() || !list_.on_files_dropped) return false;
+        auto& drop = static_cast<QDropEvent&>(event);
+        if (!drop.mimeData()->hasUrls()) return false;
+        drop.acceptProposedAction();
+        if (event.type() != QEvent::Drop) return true;
+        std::vector<std::string> paths;
+        for (const QUrl& address : drop.mimeData()->urls()) {
+            if (address.isLocalFile()) paths.push_back(from_qt(address.toLocalFile()));
+        }
+        by_user([&] { list_.drop_files(paths); }, Aspect::value);
+        return true;
     }
 
     void flush() override { refresh(); }

@@ -11,13 +11,16 @@
 #include "platform/twips.h"
 
 #include <QAction>
+#include <QBuffer>
 #include <QLabel>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -212,6 +215,24 @@ void QtReports::show_modal(const Report& report) {
     const ModalTurn turn;
     ReportWindow window(report, dialogs_, files_, copy_dialog_, boxes_, windows_.parent_of_dialogs());
     window.exec();
+}
+
+std::string QtReports::pdf_of(const std::string& html, const std::string& title) {
+    constexpr double margin = 15; // millimetres
+    constexpr int points = 9;
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&bytes);
+    writer.setTitle(to_qt(title));
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
+    QTextDocument document;
+    QFont font = document.defaultFont();
+    font.setPointSize(points);
+    document.setDefaultFont(font);
+    document.setHtml(to_qt(html));
+    document.print(&writer);
+    return bytes.data().toStdString();
 }
 
 } // namespace tarvello::qt

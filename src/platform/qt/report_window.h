@@ -53,6 +53,7 @@ public:
               MessageBoxes& boxes)
         : windows_(windows), dialogs_(dialogs), files_(files), copy_dialog_(copy_dialog), boxes_(boxes) {}
     void show_modal(const Report& report) override;
+    std::string pdf_of(const std::string& html, const std::string& title) override;
 
 private:
     const QtWindows& windows_;
