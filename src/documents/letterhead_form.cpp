@@ -1,5 +1,6 @@
 #include "documents/letterhead_form.h"
 
+#include "e_invoice/findings.h"
 #include "failure.h"
 #include "program/doors.h"
 #include "program/open_database.h"
@@ -112,6 +113,26 @@ void frmIntestazioneFatture::load_letterhead() {
     }
     row.close();
     skip_failures([&] { templates.read_template_in_force(); });
+}
+
+Control& frmIntestazioneFatture::control_of(e_invoice::Field field) {
+    using e_invoice::Field;
+    switch (field) {
+    case Field::issuer_codice_fiscale:
+        return Text1[codice_fiscale];
+    case Field::issuer_indirizzo:
+        return Text1[indirizzo];
+    case Field::issuer_telefono:
+        return Text1[telefono];
+    case Field::issuer_fax:
+        return Text1[fax];
+    case Field::issuer_email:
+        return Text1[email];
+    case Field::issuer_banca:
+        return txtBanca[banca];
+    default:
+        return Text1[partita_iva];
+    }
 }
 
 bool frmIntestazioneFatture::may_be_saved() {

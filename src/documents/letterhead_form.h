@@ -8,11 +8,16 @@
 #include "program/drafts.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace tarvello {
+
+namespace e_invoice {
+enum class Field : std::uint8_t;
+} // namespace e_invoice
 
 class Program;
 
@@ -60,6 +65,9 @@ public:
 
     ControlArray<CommandButton, 3> Command1{*this, "Command1"};
     CommandButton cmdElettronica{*this, "cmdElettronica"};
+
+    /// The box in which a finding on an electronic invoice is mended.
+    Control& control_of(e_invoice::Field field);
 
 protected:
     void on_load() override;

@@ -60,6 +60,14 @@ void frmDatiClienteElettronica::edit(int number, const std::string& name) {
     country_changed();
 }
 
+void frmDatiClienteElettronica::lead_to(Field field) {
+    Control& control = field == Field::pec                   ? static_cast<Control&>(txtPEC)
+                       : field == Field::nazione             ? static_cast<Control&>(cboNazione)
+                       : field == Field::customer_vat_abroad ? static_cast<Control&>(txtIVAEstera)
+                                                             : static_cast<Control&>(txtCodice);
+    control.set_focus();
+}
+
 Customer frmDatiClienteElettronica::entered() const {
     Customer customer;
     customer.public_administration = chkPA.checked();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "e_invoice/findings.h"
 #include "e_invoice/source.h"
 #include "platform/controls.h"
 #include "platform/form.h"
@@ -33,6 +34,8 @@ public:
 
     /// Whose data they are; before it is shown.
     void edit(int number, const std::string& name);
+    /// The keyboard goes to the field in which a finding is mended.
+    void lead_to(e_invoice::Field field);
 
 private:
     void country_changed();

@@ -1,7 +1,10 @@
 #include "e_invoice/desk.h"
 
+#include "e_invoice/file_name.h"
+#include "e_invoice/from_row.h"
 #include "e_invoice/parties.h"
 #include "e_invoice/proposals.h"
+#include "e_invoice/xml_writer.h"
 #include "failure.h"
 #include "program/program.h"
 #include "program/version.h"
@@ -41,7 +44,7 @@ std::optional<StoredInvoice> Desk::invoice(int id) {
     return read_stored_invoice(row);
 }
 
-Source Desk::source(const StoredInvoice& invoice) {
+Source Desk::source(const StoredInvoice& invoice, const Decisions& last_answers) {
     Source source;
     source.invoice = invoice;
     source.issuer = records_.issuer();
@@ -49,9 +52,20 @@ Source Desk::source(const StoredInvoice& invoice) {
     if (const auto last = records_.newest(invoice.ID)) {
         source.decisions = last->decisions;
     } else {
-        source.decisions = propose(invoice, source.issuer, source.customer, {}, regional());
+        source.decisions = propose(invoice, source.issuer, source.customer, {}, regional(), last_answers);
     }
     return source;
+}
+
+bool Desk::is_up_to_date(const InvoiceFile& file) {
+    const auto stored = invoice(file.invoice);
+    if (!stored) return false;
+    const Source now = source(*stored);
+    const auto number = progressive_in(file.file_name, sender_code(now.issuer));
+    if (!number) return false;
+    const Draft draft = from_row(now.invoice, now.issuer, now.customer, file.decisions,
+                                 progressive_text(*number), regional());
+    return to_xml(draft.document) == records_.xml(file.id);
 }
 
 std::string Desk::folder() const { return setting(folder_key); }

@@ -28,7 +28,10 @@ public:
     /// The row of that key; nothing if it is gone.
     std::optional<StoredInvoice> invoice(int id);
     /// What its electronic invoice is made of, with the decisions that were kept, or else proposed ones.
-    Source source(const StoredInvoice& invoice);
+    /// @param last  answers that are proposed where nothing else tells one; only where the user sees them
+    Source source(const StoredInvoice& invoice, const Decisions& last = {});
+    /// The file says what the invoice, the customer and the issuer say today.
+    bool is_up_to_date(const InvoiceFile& file);
 
     /// The folder that files were last written to; empty for none.
     std::string folder() const;

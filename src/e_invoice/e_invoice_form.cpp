@@ -4,6 +4,7 @@
 #include "e_invoice/courtesy_copy.h"
 #include "e_invoice/desk.h"
 #include "e_invoice/from_row.h"
+#include "e_invoice/proposals.h"
 #include "e_invoice/readable_view.h"
 #include "e_invoice/stamp_duty.h"
 #include "e_invoice/xml_reader.h"
@@ -12,19 +13,27 @@
 #include "program/program.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarvello {
 
 using namespace e_invoice;
 
+namespace {
+
+std::string words_of(const Finding& finding) {
+    return finding.words + (finding.code.empty() ? "" : " (controllo " + finding.code + " di SdI)");
+}
+
+} // namespace
+
 frmFatturaElettronica::frmFatturaElettronica(Program& program)
     : Form(program, "frmFatturaElettronica"), decisions(*this, program.platform().clock.today()),
       program_(program) {
     set_caption("Fattura elettronica");
-    lblControlli.set_caption("Errori e avvisi");
-    lstControlli.add_column({"", "gravita", false, 1300});
-    lstControlli.add_column({"Che cosa", "parole", false, 9000});
-    lstControlli.add_column({"Campo", "campo", false, 3000});
+    lstControlli.add_column({"", "gravita", false, 1000});
+    lstControlli.add_column({"Errori e avvisi", "parole", false, 7600});
+    lstControlli.add_column({"Campo", "campo", false, 2200});
     cmdCorreggi.set_caption("&Vai al campo");
     cmdCliente.set_caption("Dati del c&liente");
     cmdEmittente.set_caption("&I miei dati");
@@ -41,6 +50,7 @@ frmFatturaElettronica::frmFatturaElettronica(Program& program)
 
 void frmFatturaElettronica::connect() {
     decisions.on_change([this] { look_again(); });
+    lstControlli.on_item_click = [this] { show_finding(); };
     lstControlli.on_double_click = [this] { mend(); };
     cmdCorreggi.on_click = [this] { mend(); };
     cmdCliente.on_click = [this] { edit_customer(); };
@@ -68,10 +78,11 @@ bool frmFatturaElettronica::open(int invoice) {
 
 void frmFatturaElettronica::read_source() {
     Desk desk(program_);
-    source_ = desk.source(source_.invoice);
+    source_ = desk.source(source_.invoice, desk.records().last_answers());
     lblTitolo.set_caption("Fattura n. " + source_.invoice.Numero_Fattura + " del " +
                           short_date_text(source_.invoice.Data_Fattura, program_.regional()) + " a " +
                           customer_name());
+    proposed_ = proposed_with(source_.decisions);
     showing_ = true;
     decisions.show(source_.decisions, program_.regional());
     showing_ = false;
@@ -85,10 +96,35 @@ std::string frmFatturaElettronica::customer_name() const {
     return row.Cognome_Ragione_Sociale + (row.Nome.empty() ? "" : " " + row.Nome);
 }
 
+Decisions frmFatturaElettronica::proposed_with(const Decisions& decisions) {
+    Decisions chosen;
+    chosen.TipoDocumento = decisions.TipoDocumento;
+    chosen.Natura = decisions.Natura;
+    chosen.NaturaSpese = decisions.NaturaSpese;
+    return propose(source_.invoice, source_.issuer, source_.customer, chosen, program_.regional());
+}
+
+void frmFatturaElettronica::follow_choices() {
+    Decisions& now = source_.decisions;
+    Decisions fresh = proposed_with(now);
+    const bool stamp_follows = now.bollo == proposed_.bollo && now.bollo != fresh.bollo;
+    if (stamp_follows) now.bollo = fresh.bollo;
+    fresh.Causale =
+        proposed_reasons(source_.invoice, source_.issuer, source_.customer, now, program_.regional());
+    const bool reasons_follow = now.Causale == proposed_.Causale && now.Causale != fresh.Causale;
+    if (reasons_follow) now.Causale = fresh.Causale;
+    proposed_ = std::move(fresh);
+    if (!stamp_follows && !reasons_follow) return;
+    showing_ = true;
+    decisions.show(now, program_.regional());
+    showing_ = false;
+}
+
 void frmFatturaElettronica::look_again() {
     if (showing_ || source_.invoice.ID == 0) return;
     const Decisions before = source_.decisions;
     source_.decisions = decisions.entered(before, program_.regional());
+    follow_choices();
     Desk desk(program_);
     preview_ = preview(desk.records(), source_, desk.today(), program_.regional());
     if (const TextBox* unread = decisions.unread_date(program_.regional())) {
@@ -102,7 +138,9 @@ void frmFatturaElettronica::look_again() {
     const StoredInvoice& row = source_.invoice;
     decisions.enable(is_without_vat(row), row.Spese == "Sì", source_.customer.public_administration,
                      row.Check_Pagamento == "Sì");
-    decisions.lblBollo.set_caption(stamp_reason(stamp_base(read_document(preview_.xml))));
+    decisions.lblBollo.set_caption(is_without_vat(row) && source_.decisions.Natura.empty()
+                                       ? "L'imposta di bollo dipende dalla natura: sceglierla prima."
+                                       : stamp_reason(stamp_base(read_document(preview_.xml))));
     txtVista.set_html(to_html(readable_view(document())));
     show_findings();
     changed_ = changed_ || focus() != nullptr;
@@ -116,7 +154,11 @@ void frmFatturaElettronica::show_state() {
     const DeliveryState state = last ? last->state : DeliveryState::to_create;
     std::string words = "Stato: " + std::string(state_text(state));
     if (last && !last->file_name.empty()) words += ", file " + last->file_name;
-    lblStato.set_caption(words + ". " + std::string(state_advice(state)));
+    const bool waits = state == DeliveryState::created || state == DeliveryState::to_sign;
+    lblStato.set_caption(words + ". " +
+                         (waits && !desk.is_up_to_date(*last)
+                              ? "Dopo la creazione del file qualcosa è cambiato: crearlo di nuovo."
+                              : std::string(state_advice(state))));
     const bool may_create = state_after(state, DeliveryAct::create).has_value();
     cmdCrea.set_enabled(may_create);
     sent_ = may_create ? std::string() : desk.records().xml(last->id);
@@ -125,23 +167,34 @@ void frmFatturaElettronica::show_state() {
 void frmFatturaElettronica::show_findings() {
     lstControlli.clear();
     for (const Finding& finding : preview_.findings) {
-        lstControlli.add_row(std::vector<std::string>{
-            finding.severity == Severity::refusal ? "Errore" : "Avviso",
-            finding.words + (finding.code.empty() ? "" : " (controllo " + finding.code + " di SdI)"),
-            std::string(facts_of(finding.field).words)});
+        lstControlli.add_row(
+            std::vector<std::string>{finding.severity == Severity::refusal ? "Errore" : "Avviso",
+                                     words_of(finding), std::string(facts_of(finding.field).words)});
     }
     if (!preview_.findings.empty()) lstControlli.set_selected(0);
     cmdCorreggi.set_enabled(!preview_.findings.empty());
+    show_finding();
+}
+
+const Finding* frmFatturaElettronica::selected_finding() const {
+    const auto row = lstControlli.selected();
+    return row && *row < preview_.findings.size() ? &preview_.findings[*row] : nullptr;
+}
+
+void frmFatturaElettronica::show_finding() {
+    const Finding* finding = selected_finding();
+    lblControlli.set_caption(finding ? words_of(*finding) : "Nessun errore e nessun avviso.");
 }
 
 void frmFatturaElettronica::mend() {
-    if (!lstControlli.selected() || *lstControlli.selected() >= preview_.findings.size()) return;
-    const Finding finding = preview_.findings[*lstControlli.selected()];
+    const Finding* chosen = selected_finding();
+    if (!chosen) return;
+    const Finding finding = *chosen;
     switch (facts_of(finding.field).place) {
     case Place::issuer:
-        return edit_issuer();
+        return edit_issuer(&finding.field);
     case Place::customer:
-        return edit_customer();
+        return edit_customer(&finding.field);
     case Place::decisions:
         SSTab1.set_tab(0);
         decisions.control_of(finding.field).set_focus();
@@ -149,21 +202,33 @@ void frmFatturaElettronica::mend() {
     case Place::file:
         cmdCartella.set_focus();
         return;
+    case Place::letterhead:
+        afterwards_ = [&program = program_, field = finding.field] {
+            program.doors().show_letterhead(field);
+        };
+        unload();
+        return;
     case Place::invoice:
         break;
     }
-    const int id = source_.invoice.ID;
-    if (unload()) program_.doors().show_invoice(id, &finding.field, finding.line);
+    afterwards_ = [&program = program_, id = source_.invoice.ID, finding] {
+        program.doors().show_invoice(id, &finding.field, finding.line);
+    };
+    unload();
 }
 
-void frmFatturaElettronica::edit_customer() {
-    program_.doors().edit_e_invoice_customer(source_.invoice.Numero_Cliente, customer_name());
+void frmFatturaElettronica::go_on() const {
+    if (afterwards_) afterwards_();
+}
+
+void frmFatturaElettronica::edit_customer(const Field* field) {
+    program_.doors().edit_e_invoice_customer(source_.invoice.Numero_Cliente, customer_name(), field);
     source_.customer = Desk(program_).records().customer(source_.invoice.Numero_Cliente);
     look_again();
 }
 
-void frmFatturaElettronica::edit_issuer() {
-    program_.doors().edit_e_invoice_issuer();
+void frmFatturaElettronica::edit_issuer(const Field* field) {
+    program_.doors().edit_e_invoice_issuer(field);
     source_.issuer = Desk(program_).records().issuer();
     look_again();
 }

@@ -5,6 +5,7 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ public:
     TabControl SSTab1{*this, "SSTab1"};
     DecisionsPage decisions;
     HtmlText txtVista{*this, "txtVista"};
+    /// The selected one of the list in full.
     Label lblControlli{*this, "lblControlli"};
     ListView lstControlli{*this, "lstControlli"};
     CommandButton cmdCorreggi{*this, "cmdCorreggi"};
@@ -39,6 +41,8 @@ public:
     /// told.
     /// @return false if there is no such invoice
     bool open(int invoice);
+    /// Once it is closed: shows the window in which the user wants to mend something.
+    void go_on() const;
 
 protected:
     void on_key_preview(Control& control, int& key) override;
@@ -49,11 +53,18 @@ private:
     void read_source();
     /// Takes the entries, and shows what becomes of them.
     void look_again();
+    /// Stamp duty and reasons as they are proposed with the kind and the natures of these decisions.
+    e_invoice::Decisions proposed_with(const e_invoice::Decisions& decisions);
+    /// Stamp duty and reasons go with kind and natures, as long as the user leaves them as proposed.
+    void follow_choices();
     void show_state();
     void show_findings();
+    void show_finding();
+    /// Null if there is none.
+    const e_invoice::Finding* selected_finding() const;
     void mend();
-    void edit_customer();
-    void edit_issuer();
+    void edit_customer(const e_invoice::Field* field = nullptr);
+    void edit_issuer(const e_invoice::Field* field = nullptr);
     void create();
     void save_copy();
     void write_mail();
@@ -64,8 +75,10 @@ private:
 
     Program& program_;
     e_invoice::Source source_;
+    e_invoice::Decisions proposed_; ///< what was proposed for the decisions as they stand
     e_invoice::Preview preview_;
     std::string sent_;
+    std::function<void()> afterwards_;
     bool changed_ = false; ///< decisions that are not kept yet
     bool showing_ = false; ///< the program fills the boxes
 };

@@ -103,6 +103,13 @@ void frmFattureElettroniche::mark_sent(const YearEntry& entry) {
         }
         return;
     }
+    if (!desk_.is_up_to_date(entry.file) &&
+        !program_.confirm(
+            "Dopo la creazione del file " + entry.file.file_name +
+            " la fattura, il cliente o i propri dati sono cambiati: il file ha ancora quelli di "
+            "prima, e si può creare di nuovo.\n\nSegnarla come inviata così com'è?")) {
+        return;
+    }
     desk_.records().save_state(entry.file.id, DeliveryState::sent, desk_.today());
     prepare_mail(entry.file);
 }

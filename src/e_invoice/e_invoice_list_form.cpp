@@ -39,7 +39,7 @@ void frmFattureElettroniche::set_captions() {
     chkDecrescente.set_caption("decrescente");
     lstFatture.set_tool_tip("Le ricevute di SdI si possono trascinare qui");
     txtFiltro.set_tool_tip("Mostra le righe che contengono tutte le parole");
-    constexpr int widths[] = {900, 1300, 3000, 1500, 2000, 800, 3200, 1300, 1300, 1300, 1600};
+    constexpr int widths[] = {900, 1300, 2700, 1500, 2200, 800, 3500, 1300, 1300, 1300, 1600};
     for (std::size_t i = 0; i < YearList::columns().size(); ++i) {
         const lists::Column& column = YearList::columns()[i];
         const bool right =
@@ -156,11 +156,16 @@ void frmFattureElettroniche::show_selected() {
 }
 
 void frmFattureElettroniche::with_selected(const std::function<void(const YearEntry&)>& act) {
+    if (!selected()) return;
+    const int invoice = selected()->invoice;
+    read_again(invoice);
     const YearEntry* entry = selected();
-    if (!entry) return;
-    const int invoice = entry->invoice;
+    if (!entry || entry->invoice != invoice) return;
     telling_failures(program_, [&] { act(*entry); });
-    if (program_.loaded<frmFattureElettroniche>() != this) return;
+    if (program_.loaded<frmFattureElettroniche>() == this) read_again(invoice);
+}
+
+void frmFattureElettroniche::read_again(int invoice) {
     read_year();
     for (std::size_t row = 0; row < shown_.size(); ++row) {
         if (list_->entries()[shown_[row]].invoice == invoice) lstFatture.set_selected(row);

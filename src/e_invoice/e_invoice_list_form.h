@@ -58,7 +58,9 @@ private:
     void show_selected();
     /// The entry of the selected row; null if none is.
     const e_invoice::YearEntry* selected() const;
-    /// Runs an act on the selected entry and reads the year anew, with the same invoice selected.
+    /// Reads the year anew, with the same invoice selected.
+    void read_again(int invoice);
+    /// Runs an act on the selected entry as it is now, whatever other windows have done to it.
     void with_selected(const std::function<void(const e_invoice::YearEntry&)>& act);
     void export_list();
 

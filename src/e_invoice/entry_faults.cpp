@@ -84,12 +84,16 @@ Issuer proposed_issuer(Issuer issuer) {
     if (person) {
         std::istringstream words(issuer.Nome_Azienda);
         for (std::string word; words >> word;) {
-            std::string& part = word.ends_with('.')   ? issuer.Titolo
-                                : issuer.Nome.empty() ? issuer.Nome
-                                                      : issuer.Cognome;
+            std::string& part = word.find('.') != std::string::npos ? issuer.Titolo
+                                : issuer.Nome.empty()               ? issuer.Nome
+                                                                    : issuer.Cognome;
             part += (part.empty() ? "" : " ") + word;
         }
     }
+    const AddressLine line = parts_of(issuer.Indirizzo);
+    issuer.CAP = line.cap;
+    issuer.Comune = line.town;
+    issuer.Provincia = line.province;
     issuer.RegimeFiscale = "RF01";
     issuer.TipoRitenuta = person ? "RT01" : "RT02";
     issuer.CausalePagamento = "A";

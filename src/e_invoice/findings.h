@@ -10,11 +10,12 @@ namespace tarvello::e_invoice {
 
 /// Where a field is filled in.
 enum class Place : std::uint8_t {
-    issuer,    ///< the data of who issues the invoices
-    customer,  ///< the customer's data for electronic invoices
-    invoice,   ///< the invoice itself, its customer block included
-    decisions, ///< what is decided for this one electronic invoice
-    file,      ///< the file to be written
+    issuer,     ///< the data of who issues the invoices
+    letterhead, ///< the letterhead
+    customer,   ///< the customer's data for electronic invoices
+    invoice,    ///< the invoice itself, its customer block included
+    decisions,  ///< what is decided for this one electronic invoice
+    file,       ///< the file to be written
 };
 
 /// What a form can lead the user to.

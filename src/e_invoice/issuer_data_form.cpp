@@ -76,14 +76,21 @@ void frmDatiFatturaElettronica::check_when_left() {
                {&txtUfficioREA, province_fault},
                {&txtNumeroREA, text(20)},
                {&txtCapitale, money}};
-    for (const auto& [box, check] : checks_) {
-        box->on_lost_focus = [this, box = box, check = check] { lblAvviso.set_caption(check(box->text())); };
-    }
+    for (const auto& [box, check] : checks_) box->on_lost_focus = [this] { tell_fault(); };
     txtComune.on_lost_focus = [this] { leave_comune(); };
 }
 
+std::pair<TextBox*, std::string> frmDatiFatturaElettronica::first_wrong_entry() const {
+    for (const auto& [box, check] : checks_) {
+        if (std::string fault = check(box->text()); !fault.empty()) return {box, fault};
+    }
+    return {nullptr, {}};
+}
+
+void frmDatiFatturaElettronica::tell_fault() { lblAvviso.set_caption(first_wrong_entry().second); }
+
 void frmDatiFatturaElettronica::leave_comune() {
-    lblAvviso.set_caption(text_fault(txtComune.text(), 60));
+    tell_fault();
     if (!txtProvincia.empty() || trim(txtComune.text()).empty()) return;
     txtProvincia.set_text(program_.doors().province_of(trim(txtComune.text())));
 }
@@ -92,23 +99,51 @@ void frmDatiFatturaElettronica::on_load() {
     Desk desk(program_);
     issuer_ = desk.records().issuer();
     if (!desk.records().is_issuer_known()) issuer_ = proposed_issuer(issuer_);
-    show_issuer();
+    show_letterhead();
     show_entries();
+    leave_comune();
 }
 
-void frmDatiFatturaElettronica::show_issuer() {
-    std::string words = "Dall'intestazione: " + issuer_.Nome_Azienda + ", partita IVA " +
-                        issuer_.Partita_IVA + ", codice fiscale " + issuer_.Codice_Fiscale + ".";
-    lblIntestazione.set_caption(words);
-    std::string faults;
+void frmDatiFatturaElettronica::show_letterhead() {
+    std::string words = "Dall'intestazione: " + issuer_.Nome_Azienda;
+    if (!issuer_.Partita_IVA.empty()) words += ", partita IVA " + issuer_.Partita_IVA;
+    if (!issuer_.Codice_Fiscale.empty()) words += ", codice fiscale " + issuer_.Codice_Fiscale;
+    words += ".";
     for (const std::string& fault :
          {issuer_.Partita_IVA.empty() ? std::string("Nell'intestazione manca la partita IVA.")
                                       : partita_iva_fault(issuer_.Partita_IVA),
           issuer_.Codice_Fiscale.empty() ? std::string("Nell'intestazione manca il codice fiscale.")
                                          : codice_fiscale_fault(issuer_.Codice_Fiscale)}) {
-        if (!fault.empty()) faults += (faults.empty() ? "" : " ") + fault;
+        if (!fault.empty()) words += " " + fault;
     }
-    lblAvviso.set_caption(faults);
+    lblIntestazione.set_caption(words);
+}
+
+void frmDatiFatturaElettronica::turn_to(Control& control) {
+    const Control* const registers[] = {&txtAlbo,       &txtProvinciaAlbo, &txtNumeroAlbo, &txtDataAlbo,
+                                        &txtUfficioREA, &txtNumeroREA,     &txtCapitale};
+    const bool of_registers =
+        std::find(std::begin(registers), std::end(registers), &control) != std::end(registers);
+    SSTab1.set_tab(of_registers ? 1 : 0);
+    control.set_focus();
+}
+
+void frmDatiFatturaElettronica::lead_to(Field field) {
+    const std::pair<Field, Control*> places[] = {{Field::issuer_name, &txtCognome},
+                                                 {Field::issuer_title, &txtTitolo},
+                                                 {Field::issuer_cap, &txtCAP},
+                                                 {Field::issuer_comune, &txtComune},
+                                                 {Field::issuer_provincia, &txtProvincia},
+                                                 {Field::issuer_regime, &cboRegime},
+                                                 {Field::issuer_albo, &txtAlbo},
+                                                 {Field::issuer_rea, &txtUfficioREA},
+                                                 {Field::issuer_iban, &txtIBAN},
+                                                 {Field::tipo_ritenuta, &cboTipoRitenuta},
+                                                 {Field::causale_pagamento, &cboCausale},
+                                                 {Field::tipo_cassa, &cboCassa}};
+    for (const auto& [known, control] : places) {
+        if (known == field) turn_to(*control);
+    }
 }
 
 void frmDatiFatturaElettronica::show_entries() {
@@ -172,9 +207,7 @@ Issuer frmDatiFatturaElettronica::entered() const {
 }
 
 std::pair<TextBox*, std::string> frmDatiFatturaElettronica::first_fault() {
-    for (const auto& [box, check] : checks_) {
-        if (std::string fault = check(box->text()); !fault.empty()) return {box, fault};
-    }
+    if (auto wrong = first_wrong_entry(); wrong.first) return wrong;
     if (trim(txtNome.text()).empty() != trim(txtCognome.text()).empty()) {
         return {trim(txtNome.text()).empty() ? &txtNome : &txtCognome,
                 "Di una persona servono nome e cognome; una società li lascia vuoti."};
@@ -186,13 +219,8 @@ std::pair<TextBox*, std::string> frmDatiFatturaElettronica::first_fault() {
 
 void frmDatiFatturaElettronica::save() {
     if (const auto [box, fault] = first_fault(); box) {
-        const Control* const registers[] = {&txtAlbo,       &txtProvinciaAlbo, &txtNumeroAlbo, &txtDataAlbo,
-                                            &txtUfficioREA, &txtNumeroREA,     &txtCapitale};
-        const bool of_registers =
-            std::find(std::begin(registers), std::end(registers), box) != std::end(registers);
-        SSTab1.set_tab(of_registers ? 1 : 0);
         program_.message(fault, BoxIcon::exclamation);
-        box->set_focus();
+        turn_to(*box);
         return;
     }
     telling_failures(program_, [&] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "e_invoice/findings.h"
 #include "e_invoice/source.h"
 #include "platform/controls.h"
 #include "platform/form.h"
@@ -44,10 +45,13 @@ public:
     ComboBox cboSocio{*this, "cboSocio"};
     ComboBox cboLiquidazione{*this, "cboLiquidazione"};
     Label lblSanita{*this, "lblSanita"};
-    /// What is wrong with the entry that was left last.
+    /// What is wrong with the first entry that is.
     Label lblAvviso{*this, "lblAvviso"};
     CommandButton cmdSalva{*this, "cmdSalva"};
     CommandButton cmdChiudi{*this, "cmdChiudi"};
+
+    /// The keyboard goes to the field in which a finding is mended.
+    void lead_to(e_invoice::Field field);
 
 protected:
     void on_load() override;
@@ -58,7 +62,10 @@ private:
     void fill_lists();
     void check_when_left();
     void leave_comune();
-    void show_issuer();
+    std::pair<TextBox*, std::string> first_wrong_entry() const;
+    void tell_fault();
+    void show_letterhead();
+    void turn_to(Control& control);
     void show_entries();
     /// What the boxes say, over the letterhead.
     e_invoice::Issuer entered() const;

@@ -7,6 +7,8 @@
 #include "text/ascii.h"
 #include "text/letter_case.h"
 
+#include <regex>
+
 namespace tarvello::e_invoice {
 namespace {
 
@@ -64,7 +66,10 @@ CedentePrestatoreType issuer_of(const Issuer& issuer) {
     part.DatiAnagrafici.NumeroIscrizioneAlbo = issuer.NumeroIscrizioneAlbo;
     part.DatiAnagrafici.DataIscrizioneAlbo = issuer.DataIscrizioneAlbo;
     part.DatiAnagrafici.RegimeFiscale = issuer.RegimeFiscale;
-    part.Sede = {issuer.Indirizzo, plain_code(issuer.CAP), issuer.Comune, plain_code(issuer.Provincia), "IT"};
+    const AddressLine line = parts_of(issuer.Indirizzo);
+    const bool told_twice = line.cap == plain_code(issuer.CAP);
+    part.Sede = {told_twice ? line.street : issuer.Indirizzo, plain_code(issuer.CAP), issuer.Comune,
+                 plain_code(issuer.Provincia), "IT"};
     const IscrizioneREAType& rea = issuer.IscrizioneREA;
     if (!is_blank(rea.Ufficio) || !is_blank(rea.NumeroREA)) part.IscrizioneREA = rea;
     part.Contatti = contacts_of(issuer);
@@ -151,6 +156,15 @@ FatturaElettronicaHeaderType head_of(const StoredInvoice& invoice, const Issuer&
         sending.PECDestinatario = trim(customer.PECDestinatario);
     }
     return head;
+}
+
+AddressLine parts_of(const std::string& address) {
+    static const std::regex line(
+        R"(^(.*?\S)[\s,;-]+(\d{5})[\s,-]+([^(\d]*[^(\d\s])\s*(?:\(([A-Za-z]{2})\))?\s*$)");
+    std::smatch found;
+    constexpr std::size_t longest = 255; // of a letterhead
+    if (address.size() > longest || !std::regex_match(address, found, line)) return {address, {}, {}, {}};
+    return {found[1], found[2], found[3], upper_case(found[4].str())};
 }
 
 } // namespace tarvello::e_invoice

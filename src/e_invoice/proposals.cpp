@@ -41,18 +41,25 @@ void add_regime(std::vector<std::string>& reasons, const std::string& regime) {
 } // namespace
 
 Decisions propose(const StoredInvoice& invoice, const Issuer& issuer, const Customer& customer,
-                  Decisions decided, const RegionalSettings& regional) {
+                  Decisions decided, const RegionalSettings& regional, const Decisions& last) {
     const RowAmounts amounts = amounts_of(invoice, regional);
     const auto fill = [](std::string& field, std::string proposed) {
         if (field.empty()) field = std::move(proposed);
     };
     fill(decided.TipoDocumento, amounts.total < 0 ? "TD04" : kind_of(issuer, decided));
-    if (is_without_vat(invoice)) fill(decided.Natura, nature_of(issuer, decided));
+    if (is_without_vat(invoice)) {
+        fill(decided.Natura, nature_of(issuer, decided));
+        if (decided.Natura.empty()) {
+            decided.Natura = last.Natura;
+            fill(decided.RiferimentoNormativo, last.RiferimentoNormativo);
+        }
+    }
     if (is_stamp_passed_on(invoice, amounts)) {
         fill(decided.NaturaSpese, is_flat_rate(issuer.RegimeFiscale) ? "N2.2" : "N1");
         fill(decided.DescrizioneSpese, "Imposta di bollo (art. 13 tariffa DPR 642/72)");
     } else if (amounts.expenses != 0) {
         fill(decided.NaturaSpese, nature_of_expenses(invoice, decided));
+        fill(decided.NaturaSpese, last.NaturaSpese);
     }
     const Draft draft = from_row(invoice, issuer, customer, decided, "", regional);
     decided.bollo = is_stamp_proposed(stamp_base(draft.document));

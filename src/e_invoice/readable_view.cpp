@@ -248,10 +248,10 @@ std::string html_text(std::string_view text) {
 }
 
 std::string to_html(const ReadableView& view) {
-    std::string html = "<h1>" + html_text(view.title) + "</h1>\n";
+    std::string html = "<h2>" + html_text(view.title) + "</h2>\n";
     for (const ViewSection& section : view.sections) {
-        html += "<h2>" + html_text(section.title) + "</h2>\n";
-        if (!section.rows.empty()) html += "<table>\n";
+        html += "<h3>" + html_text(section.title) + "</h3>\n";
+        if (!section.rows.empty()) html += "<table cellpadding=\"2\">\n";
         for (const ViewRow& row : section.rows) {
             html += "<tr>";
             add_cell(html, "th", row.label, false);
@@ -260,7 +260,7 @@ std::string to_html(const ReadableView& view) {
         }
         if (!section.rows.empty()) html += "</table>\n";
         if (section.lines.empty()) continue;
-        html += "<table width=\"100%\">\n<tr>";
+        html += "<table width=\"98%\" cellpadding=\"4\">\n<tr>";
         for (const ViewColumn& column : section.columns) add_cell(html, "th", column.header, column.amount);
         html += "</tr>\n";
         for (const std::vector<std::string>& line : section.lines) {

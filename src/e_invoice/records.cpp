@@ -149,6 +149,22 @@ std::optional<InvoiceFile> Records::newest(int invoice) {
     return std::move(files.back());
 }
 
+Decisions Records::last_answers() {
+    Decisions answers;
+    if (!has(file_table)) return answers;
+    const auto newest_with = [this](const std::string& column) {
+        Recordset row;
+        row.open("SELECT TOP 1 * FROM " + file_table + " WHERE " + column + ">'' ORDER BY ID DESC",
+                 connection_);
+        return row.eof() ? Decisions() : file_on(row).decisions;
+    };
+    const Decisions last = newest_with("Natura");
+    answers.Natura = last.Natura;
+    answers.RiferimentoNormativo = last.RiferimentoNormativo;
+    answers.NaturaSpese = newest_with("NaturaSpese").NaturaSpese;
+    return answers;
+}
+
 void Records::save_decisions(int invoice, const Decisions& decisions) {
     need_tables();
     const std::optional<InvoiceFile> last = newest(invoice);

@@ -67,6 +67,8 @@ public:
     std::vector<InvoiceFile> unfinished();
     /// The newest attempt for an invoice; nothing if there was none.
     std::optional<InvoiceFile> newest(int invoice);
+    /// The natures and the law that were chosen last, each as it was for the newest invoice that has one.
+    Decisions last_answers();
     /// Keeps the decisions of the attempt that is not created yet; makes one if there is none.
     void save_decisions(int invoice, const Decisions& decisions);
     /// The content of a created file.

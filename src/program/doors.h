@@ -41,11 +41,14 @@ public:
     virtual void show_guide() = 0;
     /// Shows a page of help.
     virtual void show_help(const std::string& title, const std::string& text) = 0;
-    /// Opens what the letterhead does not know of who issues electronic invoices.
-    virtual void edit_e_invoice_issuer() = 0;
+    /// Opens what the letterhead does not know of who issues electronic invoices, at a field if one is given.
+    virtual void edit_e_invoice_issuer(const e_invoice::Field* field = nullptr) = 0;
     /// Opens what the register does not know of a customer who gets electronic invoices.
     /// @param name  of the customer, for the heading
-    virtual void edit_e_invoice_customer(int number, const std::string& name) = 0;
+    virtual void edit_e_invoice_customer(int number, const std::string& name,
+                                         const e_invoice::Field* field = nullptr) = 0;
+    /// Shows the letterhead, at a field of it.
+    virtual void show_letterhead(e_invoice::Field field) = 0;
     /// Opens the electronic invoice of a row of Fatture.
     virtual void open_e_invoice(int invoice) = 0;
     /// Shows a row of Fatture on the invoice form, and leads to a field of it if one is given.

@@ -1,6 +1,7 @@
 #include "shell/main_window.h"
 
 #include "customers/customer_picker.h"
+#include "documents/letterhead_form.h"
 #include "e_invoice/customer_data_form.h"
 #include "e_invoice/e_invoice_form.h"
 #include "e_invoice/issuer_data_form.h"
@@ -52,26 +53,39 @@ bool MDIForm1::database_is_open() {
     return false;
 }
 
-void MDIForm1::edit_e_invoice_issuer() {
-    if (database_is_open()) program_.form<frmDatiFatturaElettronica>().show_modal();
+void MDIForm1::edit_e_invoice_issuer(const e_invoice::Field* field) {
+    if (!database_is_open()) return;
+    auto& window = program_.form<frmDatiFatturaElettronica>();
+    if (field) window.lead_to(*field);
+    window.show_modal();
 }
 
-void MDIForm1::edit_e_invoice_customer(int number, const std::string& name) {
+void MDIForm1::edit_e_invoice_customer(int number, const std::string& name, const e_invoice::Field* field) {
     if (!database_is_open()) return;
     auto& window = program_.form<frmDatiClienteElettronica>();
     window.edit(number, name);
+    if (field) window.lead_to(*field);
     window.show_modal();
 }
 
 void MDIForm1::open_e_invoice(int invoice) {
     if (!database_is_open()) return;
     auto& window = program_.form<frmFatturaElettronica>();
+    const auto alive = window.shared_from_this(); // what it leads to comes after its end
     if (window.open(invoice)) {
         window.show_modal();
+        window.go_on();
         return;
     }
     window.unload();
     program_.message("La fattura non è più in archivio.", BoxIcon::exclamation);
+}
+
+void MDIForm1::show_letterhead(e_invoice::Field field) {
+    auto& window = program_.form<frmIntestazioneFatture>();
+    window.show();
+    window.SSTab1.set_tab(0);
+    window.control_of(field).set_focus();
 }
 
 void MDIForm1::show_invoice(int invoice, const e_invoice::Field* field, int line) {

@@ -36,7 +36,7 @@ void MDIForm1::connect_menus() {
     mnuGestioneDatabase.on_click = [this] { program_.form<frmGestioneDatabase>().show(); };
     mnuScaricaAggiornamenti.on_click = [this] { look_for_updates(); };
     mnuFattureElettroniche.on_click = [this] { show_e_invoices(); };
-    mnuDatiElettronica.on_click = [this] { edit_e_invoice_issuer(); };
+    mnuDatiElettronica.on_click = [this] { edit_e_invoice_issuer(nullptr); };
 
     Autore.on_click = [this] { program_.form<frmAutore>().show_modal(); };
     AboutTarvello.on_click = [this] { program_.form<frmAbout>().show_modal(); };

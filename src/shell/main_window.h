@@ -67,8 +67,9 @@ public:
     void ask_issuer_name() override;
     void show_guide() override;
     void show_help(const std::string& title, const std::string& text) override;
-    void edit_e_invoice_issuer() override;
-    void edit_e_invoice_customer(int number, const std::string& name) override;
+    void edit_e_invoice_issuer(const e_invoice::Field* field) override;
+    void edit_e_invoice_customer(int number, const std::string& name, const e_invoice::Field* field) override;
+    void show_letterhead(e_invoice::Field field) override;
     void open_e_invoice(int invoice) override;
     void show_invoice(int invoice, const e_invoice::Field* field, int line) override;
     std::string province_of(const std::string& municipality) override;

@@ -83,12 +83,12 @@ Codice destinatario: 1A2B3C
 TEST(EInvoiceView, AsHtmlKeepsItsSigns) {
     const std::string html =
         to_html({"A & B <1>", {{"Righe", {{"Uno", "<b>"}}, {{"N."}, {"Importo", true}}, {{"1", "€ 2"}}}}});
-    EXPECT_EQ(html, R"(<h1>A &amp; B &lt;1&gt;</h1>
-<h2>Righe</h2>
-<table>
+    EXPECT_EQ(html, R"(<h2>A &amp; B &lt;1&gt;</h2>
+<h3>Righe</h3>
+<table cellpadding="2">
 <tr><th align="left">Uno</th><td align="left">&lt;b&gt;</td></tr>
 </table>
-<table width="100%">
+<table width="98%" cellpadding="4">
 <tr><th align="left">N.</th><th align="right">Importo</th></tr>
 <tr><td align="left">1</td><td align="right">€ 2</td></tr>
 </table>

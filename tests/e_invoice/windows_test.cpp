@@ -1,8 +1,12 @@
+#include "documents/letterhead_form.h"
+#include "e_invoice/code_choice.h"
 #include "e_invoice/customer_data_form.h"
+#include "e_invoice/desk.h"
 #include "e_invoice/e_invoice_form.h"
 #include "e_invoice/e_invoice_list_form.h"
 #include "e_invoice/entry_faults.h"
 #include "e_invoice/issuer_data_form.h"
+#include "e_invoice/parties.h"
 #include "e_invoice/receipt_support.h"
 #include "e_invoice/sample.h"
 #include "invoices/invoice_form.h"
@@ -103,6 +107,23 @@ TEST(EntryFaults, AreTold) {
     }
 }
 
+TEST(ProposedIssuer, IsReadOutOfTheLetterhead) {
+    const auto proposed = [](const char* name, const char* address) {
+        Issuer issuer;
+        issuer.Nome_Azienda = name;
+        issuer.Codice_Fiscale = "DNGNCL75E14F205Y";
+        issuer.Indirizzo = address;
+        issuer = proposed_issuer(issuer);
+        return issuer.Titolo + "|" + issuer.Nome + "|" + issuer.Cognome + "|" + issuer.CAP + "|" +
+               issuer.Comune + "|" + issuer.Provincia + "|" + parts_of(issuer.Indirizzo).street;
+    };
+    EXPECT_EQ(proposed("Dott.ssa Elena Ferri", "Via Cavour 21 - 50129 Firenze"),
+              "Dott.ssa|Elena|Ferri|50129|Firenze||Via Cavour 21");
+    EXPECT_EQ(proposed("Niccolò De Luca", "P.za Libertà, 3/a, 67100 L'Aquila (aq)"),
+              "|Niccolò|De Luca|67100|L'Aquila|AQ|P.za Libertà, 3/a");
+    EXPECT_EQ(proposed("Anna Alò", "Via 24 Maggio, 12345"), "|Anna|Alò||||Via 24 Maggio, 12345");
+}
+
 TEST_F(EInvoiceWindows, WhoIssuesIsProposedCheckedAndKept) {
     auto& window = program->form<frmDatiFatturaElettronica>();
     EXPECT_EQ(window.txtNome.text() + "|" + window.txtCognome.text() + "|" + window.txtTitolo.text(),
@@ -117,6 +138,7 @@ TEST_F(EInvoiceWindows, WhoIssuesIsProposedCheckedAndKept) {
     EXPECT_EQ(window.focus(), &window.txtCAP);
     window.txtCAP.type("201");
     window.txtComune.enter();
+    window.txtProvincia.enter();
     EXPECT_EQ(window.lblAvviso.caption(), "Il CAP ha cinque cifre.");
     window.txtCAP.set_text("20122");
     window.txtComune.type("Milano");
@@ -212,6 +234,78 @@ TEST_F(EInvoiceWindows, WhatIsWrongLeadsToItsField) {
     EXPECT_TRUE(std::filesystem::is_empty(out));
 }
 
+TEST_F(EInvoiceWindows, WhatWasToldOnceIsMendedWhereItWasTold) {
+    set_up();
+    connection().execute("UPDATE FE_Emittente SET Comune=''");
+    connection().execute("UPDATE FE_Clienti SET PECDestinatario='no',CodiceDestinatario=''");
+    connection().execute("UPDATE DatiIntestazione SET Partita_IVA='01234560158'");
+    open(1, [&](frmFatturaElettronica& window) {
+        const auto mend = [&](std::string_view field) {
+            for (std::size_t row = 0; row < window.lstControlli.rows().size(); ++row) {
+                if (window.lstControlli.rows().cell(row, 2) == field) window.lstControlli.set_selected(row);
+            }
+            window.cmdCorreggi.click();
+        };
+        windows().expect_modal("frmDatiFatturaElettronica", [&](Form& form) {
+            auto& issuer = static_cast<frmDatiFatturaElettronica&>(form);
+            EXPECT_EQ(issuer.focus(), &issuer.txtComune);
+            EXPECT_THAT(issuer.lblIntestazione.caption(),
+                        HasSubstr("La partita IVA 01234560158 non è valida."));
+        });
+        mend("comune di chi emette la fattura");
+        windows().expect_modal("frmDatiClienteElettronica", [&](Form& form) {
+            EXPECT_EQ(form.focus(), &static_cast<frmDatiClienteElettronica&>(form).txtPEC);
+        });
+        mend("PEC del cliente");
+        mend("partita IVA dell'intestazione");
+    });
+    auto& letterhead = program->form<frmIntestazioneFatture>();
+    EXPECT_EQ(letterhead.focus(), &letterhead.Text1[frmIntestazioneFatture::partita_iva]);
+}
+
+TEST_F(EInvoiceWindows, TheLastNatureIsProposedToWhoSeesItAndNotToManyAtOnce) {
+    set_up();
+    worked.invoice.Aliquota_IVA = "Esente";
+    add_invoice();
+    add_invoice();
+    open(2, [&](frmFatturaElettronica& window) {
+        EXPECT_EQ(window.decisions.cboNatura.text(), "da scegliere");
+        EXPECT_FALSE(window.decisions.chkBollo.checked());
+        choose_code(window.decisions.cboNatura, "N4");
+        EXPECT_TRUE(window.decisions.chkBollo.checked()) << "it goes with the nature";
+        EXPECT_THAT(window.decisions.txtCausale.text(), HasSubstr("bollo"));
+        window.decisions.txtCausale.set_text("Lezioni");
+        window.decisions.chkBollo.click();
+        choose_code(window.decisions.cboNatura, "N2.1");
+        choose_code(window.decisions.cboNatura, "N4");
+        EXPECT_FALSE(window.decisions.chkBollo.checked()) << "the user has decided otherwise";
+        EXPECT_EQ(window.decisions.txtCausale.text(), "Lezioni");
+        window.cmdChiudi.enter();
+    });
+    open(3, [&](frmFatturaElettronica& window) {
+        EXPECT_THAT(window.decisions.cboNatura.text(), HasSubstr("(N4)"));
+    });
+    Desk desk(*program);
+    EXPECT_EQ(desk.source(*desk.invoice(3)).decisions.Natura, "");
+}
+
+TEST_F(EInvoiceWindows, AFileThatIsOlderThanItsInvoiceIsNotSentUnseen) {
+    set_up();
+    create(1);
+    auto& window = list();
+    sql("UPDATE Fatture SET Prestazione1='Altro'");
+    open(1, [&](frmFatturaElettronica& shown) {
+        EXPECT_THAT(shown.lblStato.caption(), HasSubstr("crearlo di nuovo"));
+    });
+    boxes().expect_any(Answer::no);
+    window.cmdInviata.click();
+    EXPECT_EQ(state(), "creata");
+    create(1);
+    boxes().expect_any(Answer::no); // the mail
+    window.cmdInviata.click();
+    EXPECT_EQ(state(), "inviata");
+}
+
 TEST_F(EInvoiceWindows, DecisionsChangeTheDocumentAndAreKept) {
     set_up();
     worked.invoice.Aliquota_IVA = "Esente";
@@ -288,6 +382,30 @@ TEST_F(EInvoiceWindows, ARejectionIsToldAndCured) {
     boxes().expect_any(Answer::yes);
     invoice.cmdModificaDati.click();
     EXPECT_EQ(invoice.cmdModificaDati.caption(), "Aggiorna Dati");
+}
+
+TEST_F(EInvoiceWindows, TheFileForAnAdministrationWaitsForItsSignature) {
+    set_up();
+    Customer office;
+    office.public_administration = true;
+    office.CodiceDestinatario = "UFABC1";
+    records().save_customer(1, office);
+    create(1);
+    auto& window = list();
+    EXPECT_EQ(state(), "da firmare");
+    EXPECT_FALSE(window.cmdInviata.enabled());
+    std::string file = bytes_of(out + "/" + first_file);
+    file.insert(file.rfind("</"), "<ds:Signature xmlns:ds=\"http://www.w3.org/2000/09/xmldsig#\"/>");
+    const auto choose = [&](const std::string& name) {
+        testing::write_bytes(fake.program_directory + "/" + name, file);
+        fake.dialogs.answer_next(fake.program_directory + "/" + name);
+        boxes().expect_any();
+        window.cmdFirmato.click();
+        return state();
+    };
+    EXPECT_EQ(choose(second_file), "da firmare") << "another file's name";
+    EXPECT_EQ(choose(first_file), "creata");
+    EXPECT_TRUE(window.cmdInviata.enabled());
 }
 
 TEST_F(EInvoiceWindows, TheListIsNarrowedSortedCreatedAtOnceAndExported) {
