@@ -12,6 +12,7 @@
 #include "db_tools/database_form.h"
 #include "db_tools/restore_name_form.h"
 #include "documents/letterhead_form.h"
+#include "e_invoice/desk.h"
 #include "failure.h"
 #include "invoices/invoice_form.h"
 #include "places.h"
@@ -172,6 +173,32 @@ void fill_database(const std::string& path, int invoices, const std::string& suf
     for (int i = 0; i < invoices; ++i) connection.execute(insert_text("Fatture", invoice_columns, suffix));
 }
 
+constexpr int electronic_invoice = 501; ///< its key, after those that fill the database
+
+/// An invoice of which an electronic one can be made, and what that needs to be told once.
+void add_electronic_invoice(const std::string& path) {
+    const RegionalSettings regional;
+    Connection connection(regional);
+    connection.open(path);
+    connection.execute("UPDATE DatiIntestazione SET Codice_Fiscale='DNGNCL75E14F205Y',"
+                       "Partita_IVA='01234560157',email=''");
+    e_invoice::Records records(connection);
+    e_invoice::Issuer issuer = records.issuer();
+    issuer.Nome = "Niccolò";
+    issuer.Cognome = "D'Angelo";
+    issuer.CAP = "20122";
+    issuer.Comune = "Milano";
+    issuer.RegimeFiscale = "RF01";
+    records.save_issuer(issuer);
+    records.save_customer(1, {});
+    connection.execute(
+        "INSERT INTO Fatture (Numero_Fattura,Data_Fattura,Anno,Numero_Cliente,Partita_IVA,"
+        "Cognome_Ragione_Sociale,Indirizzo,CAP,Provincia,Città,Prestazione1,Importo1,Imponibile,Aliquota_IVA,"
+        "Imposta_IVA,Totale_Fattura,Importo_Netto) VALUES ('2','05/03/2005','2005',1,'05432100963','Rossi',"
+        "'Via Roma 1','00100','RM','Roma','Parere','€ 100,00','€ 100,00','20','€ 20,00','€ 120,00','€ "
+        "120,00')");
+}
+
 void prepare(const fs::path& home, bool access) {
     const auto database = [&](const fs::path& path, int invoices, const std::string& suffix) {
         fs::create_directories(path.parent_path());
@@ -186,7 +213,9 @@ void prepare(const fs::path& home, bool access) {
     database(home / "originali/tarvello.mdb", 0, " nuovo");
     put(home / "originali/Comuni.mdb", std::string(60, '-') + "0001....TvCo");
     put(home / "originali/modelli/Standard.rtf", "%Anno%");
-    database(home / "program/tarvello.mdb", 500, "");
+    database(home / "program/tarvello.mdb", electronic_invoice - 1, "");
+    add_electronic_invoice((home / "program/tarvello.mdb").string());
+    put(home / "fatture/altro.txt", "");
     put(home / "program/Comuni.mdb", std::string(60, '-') + "0001....TvCo");
     put(home / "program/modelli/Standard.rtf", "%Anno%");
     put(home / "program/modelli/mio.rtf", "vecchio");
@@ -240,6 +269,16 @@ void save_invoice(Program& program, Home&) {
     form.PrestazioneSingola[0].set_text("Parere");
     form.txtImportoPrestazioni[0].set_text("€ 100,00");
     form.Toolbar1.press("Nuova Fattura");
+}
+
+void create_electronic_invoice(Program& program, Home& home) {
+    e_invoice::telling_failures(program, [&] {
+        e_invoice::Desk desk(program);
+        desk.settle();
+        const e_invoice::Source source = desk.source(desk.invoice(electronic_invoice).value());
+        e_invoice::FileCreator creator = desk.creator(home.in("fatture"), source.issuer);
+        desk.create(creator, source);
+    });
 }
 
 void change_preferences(Program& program, Home&) {
@@ -304,6 +343,7 @@ const std::map<std::string, Road>& roads() {
         {"customer", save_customer},
         {"carried-change", change_customer},
         {"invoice", save_invoice},
+        {"e-invoice", create_electronic_invoice},
         {"letterhead", save_letterhead},
         {"template", import_template},
         {"print-conf", choose_template},
@@ -365,6 +405,24 @@ void tell_database(const std::string& name, const std::string& path) {
     }
 }
 
+/// The files of electronic invoices against their entries in the archive, once settle() has had its turn.
+void tell_electronic_invoices(Program& program, const fs::path& folder) {
+    std::size_t entries = 0;
+    bool agree = true;
+    skip_failures([&] {
+        e_invoice::Desk desk(program);
+        desk.settle();
+        for (const e_invoice::InvoiceFile& file : desk.records().files()) {
+            ++entries;
+            agree = agree && file.state == e_invoice::DeliveryState::created &&
+                    program.platform().files.read(path_of(file)) == desk.records().xml(file.id);
+        }
+    });
+    const auto files = fs::exists(folder) ? std::distance(fs::directory_iterator(folder), {}) - 1 : 0;
+    agree = agree && files == static_cast<std::ptrdiff_t>(entries);
+    say("e-invoices\t" + std::string(agree ? "agree" : "differ"));
+}
+
 void tell_state(const fs::path& folder) {
     {
         Home home(folder);
@@ -379,6 +437,7 @@ void tell_state(const fs::path& folder) {
             say("setting:" + field->name() + "\t" + field->text());
         }
         say("setting:name\t" + program.NomeIntestatario);
+        tell_electronic_invoices(program, folder / "fatture");
     }
     std::vector<fs::path> files;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
