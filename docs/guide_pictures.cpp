@@ -1,8 +1,12 @@
 #include "desktop/desktop_test.h"
+#include "e_invoice/delivery_state.h"
+#include "e_invoice/receipt_support.h"
 #include "platform/qt/qt_text.h"
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QComboBox>
+#include <QDir>
 #include <QImageWriter>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -182,6 +186,9 @@ protected:
     void find_again();
     void print();
     void word_document();
+    void told_once();
+    void electronic_invoice();
+    void electronic_list();
     void new_year();
     void fiscal_code();
     void tools();
@@ -272,8 +279,8 @@ void Guide::letterhead() {
     const std::string form = "frmIntestazioneFatture";
     user.click("MDIForm1", "Label2_2");
     const std::pair<const char*, const char*> boxes[] = {
-        {"Text1_3", "FRRLNE79E52D612K"},
-        {"Text1_6", "05512345678"},
+        {"Text1_3", "FRRLNE79E52D612M"},
+        {"Text1_6", "05512340489"},
         {"Text1_1", "Via Cavour 21 - 50129 Firenze"},
         {"Text1_4", "studio@elenaferri.example"},
         {"Text1_2", "055 0123456"},
@@ -319,7 +326,7 @@ void Guide::tax_preferences() {
 void Guide::first_customer() {
     expect_modal("frmClienti", [this] {
         type_customer({{11, "Officine Valdarno S.r.l."},
-                       {12, "01987654321"},
+                       {12, "01987650452"},
                        {2, "via dell'industria 14"},
                        {3, "52025"},
                        {4, "AR"},
@@ -378,13 +385,13 @@ void Guide::more_customers_and_invoices() {
                                                                        {4, "FI"},
                                                                        {5, "Firenze"}},
                                                                       {{11, "Condominio Via dei Tigli 18"},
-                                                                       {0, "94012345678"},
+                                                                       {0, "94012345677"},
                                                                        {2, "Via Dei Tigli 18"},
                                                                        {3, "50019"},
                                                                        {4, "FI"},
                                                                        {5, "Sesto Fiorentino"}},
                                                                       {{11, "Studio Conti & Neri"},
-                                                                       {12, "02345678901"},
+                                                                       {12, "02345670521"},
                                                                        {2, "Piazza Dante 3"},
                                                                        {3, "53100"},
                                                                        {4, "SI"},
@@ -476,6 +483,95 @@ void Guide::word_document() {
                              to_qt(document)});
     EXPECT_TRUE(office.waitForFinished());
     take_paper(folders_.path("home") + "/documento.pdf", "documento");
+}
+
+void Guide::told_once() {
+    const char* const form = "frmDatiFatturaElettronica";
+    expect_modal(form, [&] {
+        EXPECT_EQ(user.shown(form, "txtTitolo") + user.shown(form, "txtNome") +
+                      user.shown(form, "txtCognome"),
+                  "Dott.ssaElenaFerri");
+        EXPECT_EQ(user.shown(form, "txtCAP") + user.shown(form, "txtComune"), "50129Firenze");
+        const auto* funds = user.widget<QComboBox>(form, "cboCassa");
+        user.choose(form, "cboCassa", funds->findText(QStringLiteral("(TC22)"), Qt::MatchEndsWith));
+        EXPECT_EQ(user.shown(form, "txtProvincia"), "FI");
+        take(form, "elettronica-dati");
+        user.expect_box("Dati per la fattura elettronica salvati correttamente.");
+        user.click(form, "cmdSalva");
+    });
+    user.choose_menu("MDIForm1", "mnuDatiElettronica");
+    user.expect_none_left();
+}
+
+void Guide::electronic_invoice() {
+    const char* const form = "frmFatturaElettronica";
+    const std::string folder = folders_.path("home") + "/fatture";
+    ASSERT_TRUE(QDir().mkpath(to_qt(folder)));
+    expect_modal("frmDatiClienteElettronica", [this] {
+        user.type("frmDatiClienteElettronica", "txtCodice", "M5UXCR1");
+        take("frmDatiClienteElettronica", "elettronica-cliente");
+        user.click("frmDatiClienteElettronica", "cmdSalva");
+    });
+    expect_modal(form, [&] {
+        take(form, "elettronica-decidere");
+        turn_to(form, 1);
+        take(form, "elettronica-documento");
+        user.expect_file_dialog(folder);
+        user.expect_box("La fattura elettronica è stata creata:\n" + folder +
+                        "/ITFRRLNE79E52D612M_00001.xml\n\n" +
+                        std::string(e_invoice::state_advice(e_invoice::DeliveryState::created)));
+        user.click(form, "cmdCrea");
+        user.click(form, "cmdChiudi");
+    });
+    user.click(invoice, "Toolbar1_9");
+    user.expect_none_left();
+}
+
+void Guide::electronic_list() {
+    const char* const form = "frmFattureElettroniche";
+    const auto name = [](int file) { return "ITFRRLNE79E52D612M_0000" + std::to_string(file) + ".xml"; };
+    const std::string receipts = folders_.path("home") + "/ricevute";
+    ASSERT_TRUE(QDir().mkpath(to_qt(receipts)));
+    user.choose_menu("MDIForm1", "mnuFattureElettroniche");
+    user.type(form, "txtFiltro", "valdarno");
+    user.expect_box("Creare i file di 2 fatture?", Answer::yes);
+    user.expect_box("Fatture elettroniche create: 2.");
+    user.click(form, "cmdCreaTutte");
+    for (int file = 1; file <= 3; ++file) {
+        user.click_row(form, "lstFatture", file - 1);
+        user.expect_box(
+            "La fattura è segnata come inviata.\n\nPreparare il messaggio di posta certificata a "
+            "sdi01@pec.fatturapa.it, a cui allegare il file " +
+                name(file) +
+                "?\nDopo il primo invio si usa l'indirizzo che SdI indica nella sua risposta. Chi usa "
+                "il sito Fatture e Corrispettivi risponda No.",
+            Answer::no);
+        user.click(form, "cmdInviata");
+    }
+    const std::pair<const char*, const char*> answers[] = {
+        {"RicevutaConsegna", ""},
+        {"RicevutaScarto",
+         "<ListaErrori><Errore><Codice>00311</Codice><Descrizione>CodiceDestinatario non "
+         "valido</Descrizione><Suggerimento>Verificare il codice con il cliente</Suggerimento>"
+         "</Errore></ListaErrori>"}};
+    int file = 0;
+    for (const auto& [root, more] : answers) {
+        ++file;
+        program().platform().files.write(receipts + "/" + std::to_string(file) + ".xml",
+                                         receipt_text(root, private_namespace,
+                                                      "<IdentificativoSdI>1203948571" + std::to_string(file) +
+                                                          "</IdentificativoSdI><NomeFile>" + name(file) +
+                                                          "</NomeFile>" + more));
+    }
+    user.expect_file_dialog(receipts);
+    user.expect_box("Ricevute registrate: 2.\n- Fattura 1/2026: consegnata.\n- Fattura 3/2026: scartata.");
+    user.click(form, "cmdRicevute");
+    user.window("MDIForm1")->activateWindow(); // offscreen no window manager gives the keyboard back
+    user.settle();
+    user.click_row(form, "lstFatture", 1);
+    take(form, "elettronica-elenco");
+    user.click(form, "cmdChiudi");
+    user.expect_none_left();
 }
 
 void Guide::new_year() {
@@ -573,6 +669,9 @@ TEST_F(Guide, Pictures) {
     find_again();
     print();
     word_document();
+    told_once();
+    electronic_invoice();
+    electronic_list();
     new_year();
     fiscal_code();
     tools();
