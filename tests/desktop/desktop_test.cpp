@@ -21,6 +21,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProcessEnvironment>
+#include <QProgressDialog>
 #include <QScrollArea>
 #include <QTest>
 #include <QTimer>
@@ -75,6 +76,7 @@ bool DesktopUser::eventFilter(QObject* watched, QEvent* event) {
 void DesktopUser::came(QWidget* window) {
     if (qobject_cast<QMessageBox*>(window)) return answer_box(*window);
     if (qobject_cast<QFileDialog*>(window)) return answer_file_dialog(*window);
+    if (qobject_cast<QProgressDialog*>(window)) return; // comes on a slow machine, and goes by itself
     act_in_modal(*window);
 }
 
