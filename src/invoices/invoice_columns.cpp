@@ -21,6 +21,7 @@ std::string yes_or_empty(const CheckBox& box) { return box.checked() ? "Sì" : "
 
 void frmTarvello::MostraFattura() {
     Recordset& row = program_.database().rsFatture;
+    archive_ = program_.database().dbConnection.path();
     copy_column("ID", txtCurrent_ID);
     skip_failures([&] {
         if (row.is_null("Data_Fattura")) return;

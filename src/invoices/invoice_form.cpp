@@ -159,31 +159,31 @@ void frmTarvello::set_first_state() {
 void frmTarvello::connect_buttons() {
     Toolbar1.on_button_click = [this](ToolButton& button) { press_toolbar(button); };
     for (std::size_t i = 0; i < cmdNavigazione.size(); ++i) {
-        cmdNavigazione[i].on_click = [this, i] { navigate(i); };
+        cmdNavigazione[i].on_click = in_its_archive([this, i] { navigate(i); });
     }
     search.cmdCerca.on_click = [this] { run_search(); };
-    cmdNuovaFattura.on_click = [this] {
+    cmdNuovaFattura.on_click = in_its_archive([this] {
         if (cmdNuovaFattura.caption() == "Nuova Fattura") {
             start_new_invoice();
         } else {
             save_new_invoice();
         }
-    };
-    cmdModificaDati.on_click = [this] {
+    });
+    cmdModificaDati.on_click = in_its_archive([this] {
         if (cmdModificaDati.caption() == "Modifica Dati") {
             start_change();
         } else {
             save_changed_invoice();
         }
-    };
-    cmdAnnulla.on_click = [this] { cancel(); };
-    cmdEliminaFattura.on_click = [this] { delete_invoice(); };
+    });
+    cmdAnnulla.on_click = in_its_archive([this] { cancel(); });
+    cmdEliminaFattura.on_click = in_its_archive([this] { delete_invoice(); });
     cmdCalcola.on_click = [this] { Calcola(); };
     cmdChiudi.on_click = [this] { unload(); };
-    cmdElettronica.on_click = [this] { open_electronic(); };
-    CheckEmail.on_click = [this] { write_mail(); };
-    StampaWord.on_click = [this] { create_word_document(program_, on_view()); };
-    cmdStampaFattura.on_click = [this] { print_invoice(program_, on_view()); };
+    cmdElettronica.on_click = in_its_archive([this] { open_electronic(); });
+    CheckEmail.on_click = in_its_archive([this] { write_mail(); });
+    StampaWord.on_click = in_its_archive([this] { create_word_document(program_, on_view()); });
+    cmdStampaFattura.on_click = in_its_archive([this] { print_invoice(program_, on_view()); });
     cmdNuovoAnnoFatturazione.on_click = [this] { start_numbering_year(); };
     customer.cmdCercaCliente.on_click = [this] {
         customer.pick();
@@ -253,10 +253,7 @@ void frmTarvello::on_load() {
     const bool none = wording.empty() || wording == missing_setting || wording == "Falso";
     CheckRivalsa.set_caption(none ? default_wording : wording);
 
-    Database& database = program_.database();
-    with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
-        if (!rows.eof()) MostraFattura();
-    });
+    show_newest();
     add_rates();
     txtfield_CURRENT_YEAR.set_text(std::to_string(year_of(DTPicker1.date())));
     txtfield_CURRENT_MONTH.set_text(std::to_string(month_of(DTPicker1.date())));

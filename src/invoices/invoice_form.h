@@ -202,6 +202,13 @@ private:
     void start_new_invoice();
     void start_change();
     void cancel();
+    /// From any mode to that of looking at invoices.
+    void leave_mode();
+    /// Shows the newest invoice, if there is one.
+    void show_newest();
+    /// The command on what is on view: if another archive has been opened since it came there, nothing is
+    /// done but to say so, and the newest invoice of that one comes on view.
+    std::function<void()> in_its_archive(std::function<void()> command);
     void delete_invoice();
 
     // invoice_columns.cpp
@@ -262,6 +269,7 @@ private:
     bool show_invoice(const std::string& id);
 
     Program& program_;
+    std::string archive_; ///< path of the one that holds what is on view
     DraftKeeper draft_{program_, *this, *this};
 };
 

@@ -144,13 +144,37 @@ void frmTarvello::start_change() {
 
 void frmTarvello::cancel() {
     draft_.give_up();
+    leave_mode();
+    if (!show_invoice(txtCurrent_ID.text())) show_no_invoice();
+}
+
+void frmTarvello::leave_mode() {
     customer.end_new_customer();
     for (CommandButton& move : cmdNavigazione) move.set_enabled(true);
     BloccaFattura();
     txtNumeroFattura.set_locked(true);
     ImpostaStato("Annulla");
+}
 
-    if (!show_invoice(txtCurrent_ID.text())) show_no_invoice();
+void frmTarvello::show_newest() {
+    Database& database = program_.database();
+    archive_ = database.dbConnection.path();
+    with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
+        if (!rows.eof()) MostraFattura();
+    });
+}
+
+std::function<void()> frmTarvello::in_its_archive(std::function<void()> command) {
+    return [this, command = std::move(command)] {
+        const Connection& connection = program_.database().dbConnection;
+        if (!connection.is_open() || connection.path() == archive_) return command();
+        program_.message("È stato aperto un altro archivio, e la fattura a video non ne fa parte.\nOra "
+                         "compare l'ultima fattura di quello aperto.",
+                         BoxIcon::exclamation);
+        leave_mode(); // a draft of what was typed stays with its own archive
+        show_no_invoice();
+        show_newest();
+    };
 }
 
 void frmTarvello::delete_invoice() {
@@ -165,9 +189,7 @@ void frmTarvello::delete_invoice() {
 
         run_statement(database, database.rsFatture, "DELETE * FROM Fatture WHERE ID=" + std::to_string(id));
         show_no_invoice();
-        with_result(database, database.rsFatture, newest_first, [this](const Recordset& rows) {
-            if (!rows.eof()) MostraFattura();
-        });
+        show_newest();
     } catch (const Failure&) {
         // The form goes on with what it shows.
         program_.message("Errore nell'eliminazione della fattura.", BoxIcon::critical);

@@ -33,6 +33,7 @@ auto Connection::within_transaction(Act act) {
 void Connection::open(const std::string& path) {
     if (engine_) throw Failure(failure_number::object_open, store::source, "Un database è già aperto.");
     engine_ = store::open_engine(path, regional_);
+    path_ = path;
 }
 
 void Connection::close() {

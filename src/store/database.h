@@ -22,6 +22,8 @@ public:
     explicit Connection(const RegionalSettings& regional) : regional_(regional) {}
 
     bool is_open() const { return engine_ != nullptr; }
+    /// The file that is open, or was open last; empty before the first.
+    const std::string& path() const { return path_; }
     /// @throws Failure if it is open already, or the file cannot be opened as a database; nothing is created
     void open(const std::string& path);
     /// @throws Failure if it is not open
@@ -48,6 +50,7 @@ private:
 
     const RegionalSettings& regional_;
     std::unique_ptr<store::Engine> engine_;
+    std::string path_;
     std::vector<store::TableDeclaration> needed_; // tables that are there for sure
     Transaction* transaction_ = nullptr;
 };

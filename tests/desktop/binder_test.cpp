@@ -274,6 +274,7 @@ TEST_F(Binder, EnterMovesOnAndWritesNothing) {
     click(form->text);
     user.press(Qt::Key_Return);
     EXPECT_EQ(user.focus(), "area");
+    EXPECT_TRUE(QApplication::activeWindow()->testAttribute(Qt::WA_KeyboardFocusChange)) << "it is marked";
     user.type("a");
     user.press(Qt::Key_Enter);
     EXPECT_EQ(user.focus(), "combo");

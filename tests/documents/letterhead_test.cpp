@@ -110,6 +110,9 @@ TEST_F(Letterhead, AsksBeforeChangesAreLost) {
     form().Command1[1].click();
     EXPECT_TRUE(program->loaded<frmIntestazioneFatture>()) << "stays open after the save";
     form().txtDescrizione.type("x");
+    boxes().expect(question, Answer::cancel);
+    form().Command1[1].click();
+    EXPECT_TRUE(boxes().last().may_go_back && form().Command1[0].enabled()) << "as Escape does";
     boxes().expect(question, Answer::no);
     form().Command1[1].click();
     EXPECT_FALSE(program->loaded<frmIntestazioneFatture>());

@@ -82,6 +82,22 @@ TEST_F(MainWindow, WithoutADatabaseTheSessionLivesOn) {
     expect_process_end([&] { main.mnuFatture.click(); });
 }
 
+TEST_F(MainWindow, AnInvoiceOfOneArchiveIsNotWrittenIntoAnother) {
+    given_invoice();
+    auto& form = program->form<frmTarvello>();
+    form.Toolbar1.press("Modifica Dati");
+    program->database().dbConnection.close();
+    program->database().dbConnection.open(another_database());
+    given_invoice({{"Cognome_Ragione_Sociale", "Neri"}});
+    boxes().expect("È stato aperto un altro archivio, e la fattura a video non ne fa parte.\nOra "
+                   "compare l'ultima fattura di quello aperto.");
+    form.Toolbar1.press("Modifica Dati");
+    EXPECT_EQ(form.cmdModificaDati.caption(), "Modifica Dati");
+    EXPECT_EQ(form.customer.txtAnagrafica[CustomerBlock::cognome].text(), "Neri");
+    form.Toolbar1.press("Modifica Dati");
+    EXPECT_EQ(form.cmdModificaDati.caption(), "Aggiorna Dati");
+}
+
 TEST_F(MainWindow, CloseThenOpenAnother) {
     const MessageBox question{"Chiudere: " + database_path + "?", "Tarvello 4", BoxIcon::question,
                               BoxButtons::yes_no, 1};

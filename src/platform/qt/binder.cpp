@@ -63,8 +63,6 @@ WindowBinder::WindowBinder(std::shared_ptr<Form> form, QWidget& window, const Re
     }
     window.setMouseTracking(true);
     window.installEventFilter(this);
-    // Else what has the focus shows it from the first Tab on only, not after Enter or at the start.
-    window.setAttribute(Qt::WA_KeyboardFocusChange);
     form_->view = this;
     follow(*form_, FormAspect::caption);
 }

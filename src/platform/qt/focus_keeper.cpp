@@ -19,6 +19,8 @@ void FocusKeeper::show(Qt::FocusReason reason) {
     WidgetView* view = control ? binder_.view_of(*control) : nullptr;
     if (!view || !view->widget()) return;
     const WindowBinder::Following following(binder_);
+    // Else what has the focus shows it from the first Tab on only, not after Enter or at the start.
+    if (reason == Qt::TabFocusReason) view->widget()->window()->setAttribute(Qt::WA_KeyboardFocusChange);
     if (!view->widget()->hasFocus()) view->widget()->setFocus(reason);
     view->focus_settled();
 }
