@@ -44,6 +44,11 @@ struct DatabaseTools : testing::ProgramTest {
         form().ListView1.select_row(row_of(path));
         ASSERT_EQ(form().txtSelectedFile.text(), path);
     }
+    void expect_copied(const std::string& source, const std::string& destination) {
+        boxes().expect(
+            {"Copia file completata\nOrigine Dati:      " + source + "\nDestinazione:    " + destination,
+             "Tarvello 4", BoxIcon::information});
+    }
     static std::string bytes_of(const std::string& path) {
         std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
@@ -332,6 +337,64 @@ TEST_F(RestoreThatDidNotHappen, ACopyThatIsNoArchiveIsToldAsOne) {
     form().cmdImpExp.click();
 }
 
+TEST_F(DatabaseTools, AnotherDatabaseIsChosenByItsPathAndTheDefaultAgain) {
+    const std::string other = database_with("altro.mdb", "Carla");
+    EXPECT_TRUE(form().Option1[0].selected()) << "the one that is open";
+    form().Option1[1].click();
+    boxes().expect({"Selezionare il database.", "Tarvello 4", BoxIcon::exclamation});
+    form().cmdApriDB.click();
+    form().Text1.enter();
+    EXPECT_EQ(form().Text1.text(), "") << "the prompt goes when the field is reached";
+    fake.dialogs.answer_next(other);
+    form().Command1.click();
+    EXPECT_EQ(fake.dialogs.last().title, "Apri Database");
+    boxes().expect({"Nuovo database caricato.", "Tarvello 4", BoxIcon::information});
+    form().cmdApriDB.click();
+    EXPECT_EQ(first_customer(), "Carla");
+    EXPECT_EQ(form().txtPercorsoDatabase.text() + main().session.txtDatabaseRoute.text(), other + other);
+    form().unload();
+    EXPECT_TRUE(form().Option1[1].selected());
+
+    fs::rename(database_path, in_folder("via"));
+    form().Option1[0].click();
+    EXPECT_FALSE(form().Text1.enabled() || form().Command1.enabled());
+    form().cmdApriDB.click(); // not a word, and no database
+    EXPECT_FALSE(connected() || main().session.mnuChiudiDatabase.enabled());
+    EXPECT_EQ(main().caption(), "Tarvello 4 - [" + database_path + "]");
+    fs::rename(in_folder("via"), database_path);
+    boxes().expect("Nuovo database caricato.");
+    form().cmdApriDB.click();
+    EXPECT_TRUE(connected() && main().session.mnuChiudiDatabase.enabled());
+}
+
+TEST_F(DatabaseTools, DatabasesAreImportedAndExported) {
+    const std::string other = database_with("altro.mdb", "Carla");
+    const std::string exported = in_folder("esportato.mdb");
+    form().CheckBoxImportaEsporta.click();
+    for (TextBox* path : {&form().txtOrigine, &form().txtDest}) {
+        path->enter();
+        EXPECT_EQ(path->text(), "") << "the prompt goes when the field is reached";
+    }
+    fake.dialogs.answer_next(other);
+    form().Command2[0].click();
+    fake.dialogs.answer_next(database_path);
+    form().Command2[1].click();
+    expect_copied(other, database_path);
+    form().cmdImpExp.click();
+    EXPECT_EQ(fake.copy_dialog.asked, std::vector{database_path});
+    EXPECT_EQ(first_customer(), "Carla") << "the open database has the new content";
+    EXPECT_FALSE(form().cmdImpExp.enabled());
+    form().txtOrigine.set_text(database_path);
+    EXPECT_TRUE(form().cmdImpExp.enabled()) << "wanted again";
+    form().txtDest.set_text(exported);
+    expect_copied(database_path, exported);
+    form().cmdImpExp.click();
+    EXPECT_EQ(bytes_of(exported), bytes_of(database_path));
+    EXPECT_TRUE(connected());
+    form().CheckBoxImportaEsporta.click();
+    EXPECT_FALSE(form().txtOrigine.enabled() || form().cmdImpExp.enabled());
+}
+
 TEST_F(DatabaseTools, ACopyThatFailsOrIsGivenUpReopensTheDatabase) {
     form().CheckBoxImportaEsporta.click();
     form().cmdImpExp.click(); // the prompts are no paths
@@ -343,8 +406,7 @@ TEST_F(DatabaseTools, ACopyThatFailsOrIsGivenUpReopensTheDatabase) {
     fake.copy_dialog.answer_replace = false;
     form().txtOrigine.set_text(other);
     form().txtDest.set_text(database_path);
-    boxes().expect("Copia file completata\nOrigine Dati:      " + other +
-                   "\nDestinazione:    " + database_path);
+    expect_copied(other, database_path);
     boxes().expect({"La copia non è stata fatta: il file\n" + database_path + "\nnon è stato toccato.",
                     "Tarvello 4", BoxIcon::information});
     form().cmdImpExp.click();

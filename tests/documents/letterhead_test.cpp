@@ -135,10 +135,13 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
     EXPECT_EQ(main().session.txtPercorsoLogo.text(), logo);
     EXPECT_EQ(form().logo.PicDest.picture(), logo);
     EXPECT_FALSE(form().logo.PicDest.painted()) << "at its own size";
+    EXPECT_FALSE(form().logo.PicInStampa.visible() || form().logo.LabelInStampa.visible());
 
     form().logo.CheckAdattaLogo.click();
     EXPECT_EQ(fake.settings.get("CheckAdattaLogo", "value"), "1") << "stored without a save";
     EXPECT_EQ(form().logo.PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
+    EXPECT_TRUE(form().logo.PicInStampa.visible() && form().logo.LabelInStampa.visible());
+    EXPECT_EQ(form().logo.PicInStampa.painted()->width, 1320) << "the paper shows it in the whole box";
 
     form().Command1[1].click(); // and once more, from what is stored
     EXPECT_TRUE(form().logo.CheckAdattaLogo.checked());
@@ -147,6 +150,7 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
     form().logo.Command8.click();
     EXPECT_EQ(main().session.txtPercorsoLogo.text(), "");
     EXPECT_EQ(form().logo.PicDest.picture(), "");
+    EXPECT_FALSE(form().logo.PicInStampa.visible());
     EXPECT_FALSE(form().logo.CheckAdattaLogo.enabled());
     EXPECT_FALSE(form().logo.Command8.enabled());
 }
