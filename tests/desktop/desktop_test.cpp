@@ -159,7 +159,7 @@ QWidget* DesktopUser::widget(const std::string& form, const std::string& control
 void DesktopUser::activate(QWidget& window) {
     if (QApplication::activeWindow() == &window) return;
     window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }))
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }, longest_wait))
         << from_qt(window.objectName()) << " never became active";
 }
 
@@ -362,7 +362,7 @@ void DesktopTest::start_with_splash() {
     make_program();
     program_->run([&] { start_program(*program_); });
     EXPECT_TRUE(user.is_shown("frmSplash"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return user.is_shown("MDIForm1"); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return user.is_shown("MDIForm1"); }, longest_wait));
 }
 
 void DesktopTest::answer_first_run() {
@@ -380,7 +380,7 @@ void DesktopTest::answer_first_run() {
 void DesktopTest::finish() {
     bool ended = true;
     QTimer::singleShot(0, qApp, [this] { user.close_window("MDIForm1"); });
-    QTimer::singleShot(20000, &user, [&ended] {
+    QTimer::singleShot(longest_wait, &user, [&ended] {
         ended = false;
         QCoreApplication::exit(1);
     });

@@ -22,6 +22,10 @@
 
 namespace tarvello::testing {
 
+/// What is waited for without fail comes sooner on any machine, however busy: this ends a test that hangs. In
+/// ms.
+inline constexpr int longest_wait = 100'000;
+
 /// The user in front of the real windows: everything is done with mouse and keyboard events on the widgets,
 /// which are found by the names of form and control ("frmClienti", "txtfields_11").
 ///

@@ -215,7 +215,7 @@ TEST_F(Printing, ThePreviewEnlargesNamesWhatIsCutAndMakesAPdf) {
         user.expect_none_left();
         QProcess reader;
         reader.start("pdftotext", {"-layout", to_qt(path + ".pdf"), "-"});
-        ASSERT_TRUE(reader.waitForFinished());
+        ASSERT_TRUE(reader.waitForFinished(longest_wait));
         EXPECT_TRUE(
             QString::fromUtf8(reader.readAllStandardOutput()).contains(QStringLiteral("€ 13.874,01")));
     }

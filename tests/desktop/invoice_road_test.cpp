@@ -14,7 +14,7 @@ struct InvoiceRoad : DesktopTest {
     void expect_modal(const std::string& form, const std::function<void()>& acts = {}) {
         user.expect_modal(form, [this, form, acts] {
             QWidget* window = user.window(form);
-            EXPECT_TRUE(QTest::qWaitFor([window] { return window->isActiveWindow(); }, 5000)) << form;
+            EXPECT_TRUE(QTest::qWaitFor([window] { return window->isActiveWindow(); }, longest_wait)) << form;
             if (acts) acts();
         });
     }

@@ -1,3 +1,4 @@
+#include "desktop/desktop_test.h"
 #include "documents/print_reports.h"
 #include "documents/report_table.h"
 #include "platform/qt/qt_text.h"
@@ -24,7 +25,7 @@ QString read_pdf(const Report& report, const QString& program, const QStringList
     QProcess reader;
     reader.start(program, arguments + QStringList{file.fileName()} +
                               (program == "pdftotext" ? QStringList{"-"} : QStringList{}));
-    EXPECT_TRUE(reader.waitForFinished());
+    EXPECT_TRUE(reader.waitForFinished(longest_wait));
     return QString::fromUtf8(reader.readAllStandardOutput());
 }
 

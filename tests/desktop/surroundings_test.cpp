@@ -140,9 +140,9 @@ TEST_F(Process, OfTwoStartsWithinMillisecondsOneGoesOnOnAnEmptyHome) {
     const auto second = start();
     ASSERT_TRUE(first->waitForStarted() && second->waitForStarted());
     const auto ended = [](const auto& process) { return process->state() == QProcess::NotRunning; };
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ended(first) || ended(second); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ended(first) || ended(second); }, longest_wait));
     // The first thing that is written: the reminder's dates, with the load of the main window.
-    EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(config); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(config); }, longest_wait));
     EXPECT_NE(ended(first), ended(second)) << first->readAll().toStdString();
     EXPECT_EQ((ended(first) ? first : second)->exitStatus(), QProcess::NormalExit);
     for (QProcess* process : {first.get(), second.get()}) {
@@ -153,7 +153,7 @@ TEST_F(Process, OfTwoStartsWithinMillisecondsOneGoesOnOnAnEmptyHome) {
     // However it ends, the lock ends with it.
     fs::remove(config);
     const auto third = start();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(config) || ended(third); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(config) || ended(third); }, longest_wait));
     EXPECT_FALSE(ended(third));
     third->kill();
     third->waitForFinished();
@@ -176,10 +176,10 @@ TEST_F(Process, AskedToEndItClosesAsByHandAndWaitsForNobody) {
         [&] {
             return SettingsFile(config).read(application_name, "txtGiorniTraCuiAvvisare", "text").has_value();
         },
-        20000));
+        longest_wait));
     process->terminate();
     process->terminate();
-    ASSERT_TRUE(process->waitForFinished(20000));
+    ASSERT_TRUE(process->waitForFinished(longest_wait));
     EXPECT_EQ(process->exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(SettingsFile(config).read(application_name, "txtContatoreAccessi", "text"), "6");
 }

@@ -30,7 +30,7 @@ public:
         server_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         server_.start("python3",
                       {"-u", "-m", "http.server", "0", "--bind", "127.0.0.1", "--directory", folder_.path()});
-        EXPECT_TRUE(server_.waitForReadyRead(20000)) << "no server";
+        EXPECT_TRUE(server_.waitForReadyRead(longest_wait)) << "no server";
         const QString started = QString::fromUtf8(server_.readAllStandardOutput());
         port_ = started.section(" port ", 1).section(' ', 0, 0);
     }
@@ -71,7 +71,7 @@ struct UpdateWindows : DesktopTest {
                     if (page->property("title").toString() == title) return true;
                 return false;
             },
-            40000);
+            longest_wait);
     }
 };
 
@@ -87,7 +87,8 @@ TEST_F(UpdateWindows, AtTheFirstStartTheReminderComesFirstAndItsPageStandsInTheM
     EXPECT_EQ(children(), std::vector<std::string>{"frmWebService"});
     EXPECT_GE(user.window("frmWebService")->parentWidget()->x(), 0) << "all of it is in view";
     const std::string banner = "Versione installata: " + version_text();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return user.shown("frmWebService", "labelVersion") == banner; }, 5000));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return user.shown("frmWebService", "labelVersion") == banner; }, longest_wait));
     finish();
 
     start_with_splash(); // without a reminder
@@ -104,9 +105,10 @@ TEST_F(UpdateWindows, ThePageOpensAfterTheWaitAndTheButtonsTurnItsPages) {
         Answer::ok);
     user.expect_modal("frmAttesaControlloAggiornamenti", [&] {
         auto* bar = user.widget<QProgressBar>("frmAttesaControlloAggiornamenti", "ProgressBar1");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() > 50; }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() > 50; }, longest_wait));
         user.take_picture("frmAttesaControlloAggiornamenti", "attesa");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !user.is_shown("frmAttesaControlloAggiornamenti"); }));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return !user.is_shown("frmAttesaControlloAggiornamenti"); }, longest_wait));
     });
     user.choose_menu("MDIForm1", "mnuScaricaAggiornamenti");
     auto& form = program().form<frmWebService>();
