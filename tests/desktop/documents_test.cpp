@@ -175,7 +175,10 @@ TEST_F(Printing, ADocumentIsMadeAndWithoutATemplateTheLetterheadComes) {
         user.expect_box(
             "Il modello per la stampa delle fatture non è impostato correttamente.\nSelezionarne uno nella "
             "finesta 'Intestazione' e ripetere la stampa.");
-        user.expect_modal(letterhead, [&] { user.click(letterhead, "Command1_1"); });
+        user.expect_modal(letterhead, [&] {
+            EXPECT_TRUE(user.window(letterhead)->window()->isModal());
+            user.click(letterhead, "Command1_1");
+        });
         user.click("frmTarvello", "Toolbar1_3");
         user.expect_none_left();
         EXPECT_FALSE(user.is_shown(letterhead));

@@ -98,10 +98,10 @@ TEST_P(Reports, ALongTextIsSetSmallerThenBrokenAndOnlyThenCut) {
     const Case cases[] = {
         {"NomeDitta", "Associazione Professionale Ingegneri e Architetti", "", {}},
         {"IndirizzoCliente", "Via dei Martiri della Libertà e della Resistenza 127/bis int. 4", "", {}},
-        {"Descrizione1", service.substr(1, 120), "", {}},
+        {"Descrizione1", std::string(110, 'm'), "", {}},
         {"Descrizione2", service.substr(1), "", {}},
         {"Descrizione3", std::string(300, 'm'), "mmm", {"prestazione 3"}},
-        {"Descrizione4", "Consulenza tecnica, febbraio 2006\n", "", {}},
+        {"Descrizione4", service.substr(1) + "\n\n", "", {}},
         {"Descrizione5", "uno\vdue\fdieci\u2028venti\u2029trenta\u0085mille", "uno due", {"prestazione 5"}},
         {"Pagamento",
          "Banca di Roma, filiale di Milano\nABI: 03002\nCAB: 03200\nC/C: 000123456\ncinque\nsei",
@@ -125,7 +125,7 @@ TEST_P(Reports, ALongTextIsSetSmallerThenBrokenAndOnlyThenCut) {
         EXPECT_EQ(qt::ReportPage(report).cut_texts(), it.cut);
         EXPECT_EQ(printed.ends_with("…"), !it.cut.empty()) << printed;
         if (it.cut.empty()) {
-            EXPECT_EQ(printed, qt::from_qt(qt::to_qt(it.text).simplified()));
+            EXPECT_EQ(qt::to_qt(printed).remove(' '), qt::to_qt(it.text).simplified().remove(' ')) << printed;
         } else {
             EXPECT_TRUE(printed.starts_with(it.printed)) << printed;
         }

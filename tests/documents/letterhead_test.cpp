@@ -139,6 +139,7 @@ TEST_F(Letterhead, TheLogoIsChosenFittedAndRemoved) {
 
     form().logo.CheckAdattaLogo.click();
     EXPECT_EQ(fake.settings.get("CheckAdattaLogo", "value"), "1") << "stored without a save";
+    EXPECT_TRUE(form().logo.PicInStampa.visible() && form().logo.PicInStampa.painted()) << "as it is printed";
     EXPECT_EQ(form().logo.PicDest.painted(), (PictureBox{0, 682.5, 2640, 660}));
     EXPECT_TRUE(form().logo.PicInStampa.visible() && form().logo.LabelInStampa.visible());
     EXPECT_EQ(form().logo.PicInStampa.painted()->width, 1320) << "the paper shows it in the whole box";
