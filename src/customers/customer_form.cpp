@@ -145,6 +145,7 @@ void frmClienti::set_shortcuts() {
     for (const auto& [index, keys] : commands) cmd[index].set_shortcut(keys);
     cmdCalcolaCF.set_shortcut("F8");
     cmdmail.set_shortcut("Alt+I");
+    cmdElettronica.set_shortcut("Ctrl+E");
     Text1.lead_enter_to(cmd[command::search]);
 }
 
