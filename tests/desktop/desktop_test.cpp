@@ -76,7 +76,8 @@ bool DesktopUser::eventFilter(QObject* watched, QEvent* event) {
 void DesktopUser::came(QWidget* window) {
     if (qobject_cast<QMessageBox*>(window)) return answer_box(*window);
     if (qobject_cast<QFileDialog*>(window)) return answer_file_dialog(*window);
-    if (qobject_cast<QProgressDialog*>(window)) return; // comes on a slow machine, and goes by itself
+    const bool wanted = !expected_.empty() && expected_.front().kind == Expected::modal;
+    if (qobject_cast<QProgressDialog*>(window) && !wanted) return; // comes on a slow machine, goes by itself
     act_in_modal(*window);
 }
 
