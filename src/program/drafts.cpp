@@ -99,11 +99,11 @@ void DraftKeeper::keep() {
     if (!anything_typed()) return;
     const std::string content = content_of({drafted_.draft_mode(), drafted_.draft_record(), values()});
     if (content == written_) return;
-    written_ = content;
     pause_.set_enabled(true);
     skip_failures([&] {
         program_.platform().files.make_folder(folder_of_drafts(program_));
         program_.platform().files.write_private(path(), content);
+        written_ = content; // what could not be written is tried again when the next field is left
     });
 }
 
@@ -156,11 +156,15 @@ void DraftKeeper::offer() {
     }
     const MessageBox question{"Non è stato salvato quanto scritto " + drafted_.draft_words(*draft) + when +
                                   ".\n\nRiprenderlo? Con No viene eliminato.",
-                              program_title, BoxIcon::question, BoxButtons::yes_no, 1};
-    if (program_.platform().boxes.show(question) != Answer::yes) {
-        if (!program_.platform().windows.deserted()) drop();
-        return;
-    }
+                              program_title,
+                              BoxIcon::question,
+                              BoxButtons::yes_no,
+                              1,
+                              true};
+    const Answer answer = program_.platform().boxes.show(question);
+    if (answer == Answer::cancel) offered_ = false; // the question was closed: it comes again
+    if (answer == Answer::no && !program_.platform().windows.deserted()) drop();
+    if (answer != Answer::yes) return;
     std::string why_not = "in questo archivio non c'è più";
     try {
         if (drafted_.take_up(*draft)) return;

@@ -68,7 +68,8 @@ public:
     void form_closes(UnloadReason reason);
 
     bool is_of(const Form& form) const { return &form_ == &form; }
-    /// If there is a draft, lets the user take it up or throw it away; once in the life of the form.
+    /// If there is a draft, lets the user take it up or throw it away; once in the life of the form,
+    /// or again if the user does neither.
     void offer();
 
 private:

@@ -296,7 +296,8 @@ TEST_F(Session, EditsThatCouldNotBeSavedAtClosingAreOfferedAgain) {
     load_session(*program);
     program->form<frmIntestazioneFatture>().show();
     set("txtDatabaseRoute", in_directory("tarvello.mdb"));
-    for (const std::optional<Answer> answer : {std::optional(Answer::yes), std::optional(Answer::no), {}}) {
+    for (const std::optional<Answer> answer :
+         {std::optional(Answer::cancel), std::optional(Answer::yes), std::optional(Answer::no), {}}) {
         restart();
         load_session(*program);
         if (answer) fake.boxes.expect_any(*answer);
