@@ -32,6 +32,7 @@ DatabaseCopy copy(Platform& platform, const std::string& source, const std::stri
     };
     result.target = destination;
     result.outcome = run_copy(platform, source, destination, !is_backup, !is_backup, step);
+    if (!copied.notice.empty()) platform.boxes.show({copied.notice, program_title, BoxIcon::exclamation});
     result.unsound = copied.unsound;
     result.kept_as = copied.kept_as;
     return result;

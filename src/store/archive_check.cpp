@@ -2,21 +2,14 @@
 
 #include "failure.h"
 #include "store/engine.h"
-#include "store/file_kind.h"
-#include "store/sqlite/sqlite_check.h"
 
 namespace tarvello::store {
 namespace {
 
-/// Reads every value of a table. One that is not there is no fault.
 void read_all(Engine& engine, const std::string& table) {
-    std::unique_ptr<RowSource> rows;
-    try {
-        rows = engine.run(parse_statement("SELECT * FROM " + table));
-    } catch (const Failure& failure) {
-        if (failure.number() == failure_number::no_such_element) return;
-        throw;
-    }
+    Statement everything;
+    everything.table = table;
+    const auto rows = engine.run(everything);
     while (rows->next()) {
         for (std::size_t column = 0; column < rows->columns().size(); ++column) rows->value(column);
     }
@@ -24,9 +17,11 @@ void read_all(Engine& engine, const std::string& table) {
 
 } // namespace
 
-std::string why_not_open(const std::string& path, const RegionalSettings& regional) {
+std::string why_not_open(const std::string& path, const RegionalSettings& regional, std::string* notice) {
     try {
-        open_engine(path, regional);
+        const auto engine = open_engine(path, regional);
+        if (notice && !engine->notice().empty())
+            *notice += (notice->empty() ? "" : "\n\n") + engine->notice();
         return {};
     } catch (const Failure& failure) {
         if (failure.number() == failure_number::in_use) throw;
@@ -36,9 +31,9 @@ std::string why_not_open(const std::string& path, const RegionalSettings& region
 
 std::string why_unsound(const std::string& path, const RegionalSettings& regional) {
     try {
-        if (kind_of_file(path) == FileKind::sqlite) check_sqlite_file(path);
         const auto engine = open_engine(path, regional);
-        for (const char* table : {"Clienti", "Fatture", "DatiIntestazione"}) read_all(*engine, table);
+        engine->check();
+        for (const StoredTable& table : engine->tables()) read_all(*engine, table.declaration.name);
         return {};
     } catch (const Failure& failure) {
         return failure.description();

@@ -56,8 +56,8 @@ public:
 private:
     /// Opens a database once, so that its engine sees to what a stopped program has left.
     /// @return why it does not open, empty if it does
-    std::string bring_to_rest(const std::string& path) const {
-        std::string unsound = why_not_open(path, regional_);
+    std::string bring_to_rest(const std::string& path) {
+        const std::string unsound = why_not_open(path, regional_, &result_.notice);
         if (files_.folder_exists(path) || !files_.exists(path)) return unsound; // the copying says so
         if (const std::string left = left_beside(path); !left.empty()) {
             throw refusal("Il file \"" + path + "\" non è completo senza \"" + left +
@@ -69,7 +69,7 @@ private:
 
     void look_at_former() {
         if (files_.exists(order_.destination))
-            former_opens_ = why_not_open(order_.destination, regional_).empty();
+            former_opens_ = why_not_open(order_.destination, regional_, &result_.notice).empty();
     }
 
     /// @param content  a file with the bytes of the copy

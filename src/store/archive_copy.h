@@ -30,6 +30,7 @@ struct ArchiveCopy {
 struct ArchiveCopied {
     bool made = false;   ///< false: given up, and the destination is what it was
     std::string unsound; ///< why the copy, as its source, does not open as an archive; empty if it does
+    std::string notice;  ///< what the user is to know of the two files as they were found; empty for nothing
     std::string kept_as; ///< where the former file lies now; empty if it was not put aside
 };
 

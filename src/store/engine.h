@@ -68,6 +68,9 @@ public:
     /// What the user must be told of the file as it was opened; empty for nothing.
     virtual std::string notice() const { return {}; }
 
+    /// Looks at all that the file holds, indexes too. @throws Failure that says what is wrong with it
+    virtual void check() = 0;
+
     /// Runs one statement. @return the rows of a SELECT, null for every other statement
     /// @throws Failure
     virtual std::unique_ptr<RowSource> run(const Statement& statement) = 0;

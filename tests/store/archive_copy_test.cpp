@@ -175,6 +175,19 @@ TEST_P(ArchiveCopies, ACopyThatDoesNotOpenReplacesNoneThatDoes) {
     }
 }
 
+TEST_P(ArchiveCopies, TablesOfTheProgramsOwnAreLookedAtToo) {
+    connection.open(path);
+    connection.need_table(
+        {"Scadenze", {{"ID", store::ColumnKind::autonumber}, {"Nota", store::ColumnKind::memo}}, {"ID"}, {}});
+    run(connection, "INSERT INTO Scadenze (Nota) VALUES ('segno di riconoscimento')");
+    connection.close();
+    write_bytes(copy, bytes_of(path));
+    std::string bytes = bytes_of(path);
+    bytes.replace(bytes.find("segno di riconoscimento") / 4096 * 4096, 64, 64, '\xA5');
+    write_bytes(path, bytes);
+    EXPECT_THAT(refusal(), HasSubstr("non è stato sostituito"));
+}
+
 TEST_P(ArchiveCopies, AFileThatAnotherProgramHasIsNeitherCopiedNorReplaced) {
     write_bytes(copy, bytes_of(path));
     for (const std::string& used : {path, copy}) {

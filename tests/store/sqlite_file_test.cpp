@@ -146,7 +146,7 @@ TEST_F(SqliteFileTest, RowsThatAnotherProgramLeftBesideTheFileAreBroughtIn) {
         OtherProgram other(path);
         EXPECT_EQ(other.run("PRAGMA journal_mode = WAL"), "wal");
         EXPECT_EQ(other.run("INSERT INTO Clienti (Nome) VALUES ('suo')"), "");
-        EXPECT_THAT(open_failure(path), HasSubstr("occupato")) << "a copy would miss what it writes";
+        EXPECT_THAT(open_failure(path), HasSubstr("in uso")) << "a copy would miss what it writes";
         for (const char* part : {"", "-wal"}) write_bytes(left + part, bytes_of(path + part));
     }
     connection.open(left);
@@ -164,8 +164,8 @@ TEST_F(SqliteFileTest, AFileThatAnotherProgramHasLockedFailsAndWorksAgainAfterwa
     {
         OtherProgram other(path);
         EXPECT_EQ(other.run("BEGIN EXCLUSIVE"), "");
-        EXPECT_THAT(failure_of([&] { run(connection, "SELECT * FROM Fatture"); }), HasSubstr("occupato"));
-        EXPECT_THAT(write_failure(), HasSubstr("occupato"));
+        EXPECT_THAT(failure_of([&] { run(connection, "SELECT * FROM Fatture"); }), HasSubstr("in uso"));
+        EXPECT_THAT(write_failure(), HasSubstr("in uso"));
     }
     run(connection, insert_of_invoice(41));
     EXPECT_EQ(run(connection, "SELECT * FROM Fatture").size(), 41U);

@@ -1,5 +1,6 @@
 #include "store/access/access_engine.h"
 
+#include "store/access/access_check.h"
 #include "store/access/access_file.h"
 #include "store/access/empty_file.h"
 #include "store/access/selection.h"
@@ -92,6 +93,11 @@ public:
         }
         write(std::move(table), statement);
         return nullptr;
+    }
+
+    void check() override {
+        start();
+        check_tables(file_->store());
     }
 
     std::string notice() const override { return file_->store().notice(); }

@@ -1,9 +1,9 @@
 #include "store/access/journal.h"
 
 #include "store/access/bytes.h"
+#include "store/stale_journal.h"
 
 #include <algorithm>
-#include <ctime>
 
 namespace tarvello::store::access {
 namespace {
@@ -228,13 +228,7 @@ namespace {
 
 /// Renames a journal so that nobody takes it for one. @return the new name
 std::string put_aside(const std::string& path, FileWatch* watch) {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    char date[32] = "";
-    if (::localtime_r(&now, &parts) != nullptr)
-        std::strftime(date, sizeof date, "-%Y-%m-%d-%H.%M.%S", &parts);
-    std::string name = path + date;
-    for (int number = 2; File::exists(name); ++number) name = path + date + "-" + std::to_string(number);
+    const std::string name = name_put_aside(path);
     File::rename(path, name, watch);
     File::sync_folder_of(path, watch);
     return name;
@@ -249,14 +243,7 @@ std::string Journal::roll_back(File& database, FileWatch* watch, Origin origin) 
         const FoundJournal journal(path, watch);
         if (journal.is_to_be_put_back()) {
             if (origin == Origin::found && !journal.goes_with(database)) {
-                return "Una scrittura nel file \"" + database.path() +
-                       "\" si era interrotta, e da allora il file è stato cambiato o sostituito. Il diario "
-                       "che "
-                       "serviva ad annullarla non vale più: è stato messo da parte con il nome \"" +
-                       put_aside(path, watch) +
-                       "\" e il file è rimasto com'era. Controllare che non vi manchi nulla; se manca "
-                       "qualcosa, "
-                       "ripristinare l'ultima copia.";
+                return words_of_stale_journal(database.path(), put_aside(path, watch));
             }
             journal.put_back(database);
         }

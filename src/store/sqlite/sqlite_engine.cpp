@@ -84,6 +84,13 @@ public:
         : regional_(regional), file_(std::move(file)) {}
     ~SqliteEngine() override { file_->close(); }
 
+    std::string notice() const override { return file_->notice(); }
+
+    void check() override {
+        Query look(*file_, "PRAGMA integrity_check(1)");
+        if (!look.next() || look.text(0) != "ok") file_->fail(SQLITE_CORRUPT);
+    }
+
     std::unique_ptr<RowSource> run(const Statement& statement) override {
         if (file_->forget_what_is_in_doubt()) plans_.clear();
         file_->need_in_place();

@@ -2,7 +2,9 @@
 
 #include "failure.h"
 #include "platform/posix/disk.h"
+#include "platform/posix/error_words.h"
 #include "store/failure_source.h"
+#include "store/sqlite/left_journal.h"
 #include "store/sqlite/query.h"
 #include "store/sqlite/schema.h"
 #include "store/sqlite/sqlite_functions.h"
@@ -10,6 +12,7 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 
@@ -25,7 +28,7 @@ constexpr int cache_kib = 8000;
 constexpr std::int64_t whole_check_bytes = std::int64_t{16} * 1024 * 1024;
 
 /// What an error means to the user.
-const char* meaning(int code) {
+std::string meaning(int code) {
     switch (code) {
     case SQLITE_READONLY_DBMOVED:
         return "il file è stato spostato, sostituito o eliminato da un altro programma";
@@ -39,12 +42,12 @@ const char* meaning(int code) {
     switch (code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return "il file è occupato da un altro programma";
+        return error_words(EBUSY);
     case SQLITE_READONLY:
     case SQLITE_PERM:
         return "il file è in sola lettura";
     case SQLITE_FULL:
-        return "il disco è pieno";
+        return error_words(ENOSPC);
     case SQLITE_CORRUPT:
         return "il file è danneggiato";
     case SQLITE_NOTADB:
@@ -52,7 +55,7 @@ const char* meaning(int code) {
     case SQLITE_CANTOPEN:
         return "non è possibile aprire il file, o scrivere nella sua cartella";
     case SQLITE_IOERR:
-        return "errore di lettura o scrittura del disco";
+        return error_words(EIO);
     case SQLITE_CONSTRAINT:
         return "i dati contraddicono una regola del database";
     case SQLITE_NOMEM:
@@ -74,6 +77,7 @@ SqliteFile::SqliteFile(const std::string& path, Use use) : path_(path) {
     // An absolute path, so that no name can be taken for one of SQLite's own, such as ":memory:".
     if (!path_.starts_with('/')) path_.insert(0, "./");
     try {
+        if (use == Use::existing) notice_ = put_stale_journal_aside(path_);
         open(use);
         check(use);
     } catch (...) {
@@ -119,6 +123,9 @@ void SqliteFile::check(Use use) const {
     // Extra: the folder is synced too when the journal has been unlinked. Else it may come back after a power
     // cut, and take back what was saved.
     ask("PRAGMA synchronous = EXTRA");
+    // No page is written before the statement ends, so that the journal holds the first page of the file when
+    // one is: by it the journal is known, see put_stale_journal_aside.
+    ask("PRAGMA cache_spill = OFF");
     ask("SELECT count(*) FROM sqlite_master"); // reads the head and every definition
     // Another program may have left it to keep its last rows in a file beside it, which no copy takes along.
     if (ask("PRAGMA journal_mode") != "delete" && is_writable()) ask("PRAGMA journal_mode = DELETE");

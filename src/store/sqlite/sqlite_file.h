@@ -39,6 +39,8 @@ public:
     void close();
     bool is_open() const { return handle_ != nullptr; }
     sqlite3* handle() const { return handle_; }
+    /// What the user must be told of the file as it was opened; empty for nothing.
+    const std::string& notice() const { return notice_; }
 
     /// @throws Failure if the file at the path is no longer the one that was opened
     void need_in_place() const;
@@ -67,6 +69,7 @@ private:
 
     std::string path_;
     sqlite3* handle_ = nullptr;
+    std::string notice_;
     mutable bool in_doubt_ = false;
     std::map<std::string, std::shared_ptr<const SqliteTable>, std::less<>>
         tables_; ///< by the name as asked for
