@@ -13,9 +13,6 @@ std::string templates_folder(Program& program);
 /// The same. @throws Failure if it is not there
 std::string existing_templates_folder(Program& program);
 
-/// The file in the folder of the templates that names the template in force, in its one line.
-inline const std::string print_conf = "print.conf";
-
 /// Closes the shared results and opens the letterhead. Without one the user is told so, and the results are
 /// closed again.
 /// @return true if rsIntestazione stands on the letterhead

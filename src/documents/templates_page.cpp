@@ -2,12 +2,11 @@
 
 #include "db_tools/copy_file.h"
 #include "documents/letterhead.h"
+#include "documents/template_in_force.h"
 #include "documents/template_info_form.h"
 #include "failure.h"
 #include "platform/file_names.h"
 #include "program/program.h"
-
-#include <sstream>
 
 namespace tarvello {
 namespace {
@@ -69,7 +68,7 @@ void TemplatesPage::list_templates(const std::string& pattern) {
 void TemplatesPage::save_template() {
     const std::string path = in_templates(txtModello.text());
     try {
-        program_.platform().files.write(in_templates(print_conf), path + "\r\n");
+        program_.platform().files.write(in_templates(print_conf), print_conf_of(path));
         program_.message("Impostazioni modello fattura per stampa su file salvate correttamente.",
                          BoxIcon::information);
         txtModelloAttuale.set_text(path);
@@ -125,14 +124,9 @@ void TemplatesPage::import_template() {
 void TemplatesPage::read_template_in_force() {
     // This reader looks in the program's own folder, one above the place where the file is written. So it
     // finds something only where the user has put a copy there.
-    std::istringstream lines(program_.platform().files.read(program_.in_program_directory(print_conf)));
-    std::string last;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.ends_with('\r')) line.pop_back();
-        if (line.empty()) return; // an empty line ends the reading, with nothing shown
-        last = line;
-    }
-    txtModelloAttuale.set_text(last);
+    const std::string path =
+        template_on_view(program_.platform().files.read(program_.in_program_directory(print_conf)));
+    if (!path.empty()) txtModelloAttuale.set_text(path);
 }
 
 } // namespace tarvello

@@ -2,6 +2,7 @@
 
 #include "documents/letterhead.h"
 #include "documents/letterhead_form.h"
+#include "documents/template_in_force.h"
 #include "documents/wait_form.h"
 #include "failure.h"
 #include "program/program.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <sstream>
 #include <vector>
 
 namespace tarvello {
@@ -95,17 +95,6 @@ std::vector<Variable> variables(const std::string& date, const PrintedTexts& let
     return list;
 }
 
-/// The path of the template in force: all lines of the file, with nothing between them.
-std::string template_in_force(Program& program, const std::string& file) {
-    std::istringstream lines(program.platform().files.read(file));
-    std::string path;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.ends_with('\r')) line.pop_back();
-        path += line;
-    }
-    return path;
-}
-
 /// Where the name of a file ends and its extension starts: a point with up to four letters and digits behind
 /// it, not digits alone ("Fattura 7.2006" has none). The size of the path if there is no extension.
 std::size_t extension_start(const std::string& path) {
@@ -164,7 +153,7 @@ void fill_template(Program& program, const std::vector<Variable>& values) {
         return;
     }
 
-    const std::string template_path = template_in_force(program, configuration);
+    const std::string template_path = template_in_force(program.platform().files.read(configuration));
     const auto path = path_of_document(program, *chosen, template_path);
     if (!path) {
         wait.unload();

@@ -4,9 +4,8 @@
 //   fault_roads prepare HOME sqlite|access   a home as it is after some months
 //   fault_roads walk ROAD HOME               prints each box that the program shows
 //   fault_roads state HOME                   the next start, and what it finds: a line each, name and content
-//   fault_roads kills FILE KILLS             kills a process in the midst of its saves into a database, so
-//   often;
-//                                            what it had saved must be there
+//   fault_roads kills FILE KILLS SEED        kills a process in the midst of its saves into a database, so
+//                                            often; what it had saved must be there
 
 #include "customers/customer_form.h"
 #include "db_tools/database_form.h"
@@ -18,6 +17,7 @@
 #include "places.h"
 #include "platform/posix/first_fill.h"
 #include "platform/posix/settings_file.h"
+#include "platform/report_file.h"
 #include "preferences/tax_preferences.h"
 #include "program/session_fields.h"
 #include "program/version.h"
@@ -219,11 +219,14 @@ void prepare(const fs::path& home, bool access) {
     put(home / "program/Comuni.mdb", std::string(60, '-') + "0001....TvCo");
     put(home / "program/modelli/Standard.rtf", "%Anno%");
     put(home / "program/modelli/mio.rtf", "vecchio");
+    put(home / "program/modelli/print.conf", (home / "program/modelli/Standard.rtf").string() + "\r\n");
     put(home / "program/.tarvello-completa", "");
     database(home / "stick/altro.mdb", 20, " altro");
     fs::copy_file(home / "program/tarvello.mdb", home / "stick/copia.bak");
     fs::copy_file(home / "stick/altro.mdb", home / "stick/esportato.mdb");
     put(home / "stick/mio.rtf", "nuovo");
+    put(home / "stick/fattura.rtf", "vecchia");
+    put(home / "stick/fattura.pdf", "vecchia");
     put(home / "stick/logo.jpg", "");
     Home made(home);
     const std::pair<const char*, const char*> values[] = {{"txtContatoreAccessi", "5"},
@@ -309,6 +312,20 @@ void choose_template(Program& program, Home&) {
     form.templates.Command5.click();
 }
 
+void make_document(Program& program, Home& home) {
+    home.fake.dialogs.answer_next(home.in("stick/fattura.rtf"));
+    program.form<frmTarvello>().StampaWord.click();
+}
+
+void make_pdf(Program& program, Home& home) {
+    home.fake.dialogs.answer_next(home.in("stick/fattura.pdf"));
+    home.fake.reports.user = [&](const Report& report) {
+        save_as_pdf({home.fake.dialogs, home.fake.files, home.copies, home.boxes},
+                    [&] { return report.document; });
+    };
+    program.form<frmTarvello>().cmdStampaFattura.click();
+}
+
 void back_up_at_exit(Program& program, Home& home) {
     program.session().CheckBoxBackup.set_checked(true);
     change_customer(program, home);
@@ -347,6 +364,8 @@ const std::map<std::string, Road>& roads() {
         {"letterhead", save_letterhead},
         {"template", import_template},
         {"print-conf", choose_template},
+        {"document", make_document},
+        {"pdf", make_pdf},
         {"backup", back_up_at_exit},
         {"restore", restore},
         {"choice", choose_database},
@@ -500,11 +519,11 @@ std::size_t invoices_in(const std::string& path) {
 }
 
 /// @return what is wrong, if anything
-std::string kill_saves(const std::string& path, int kills) {
+std::string kill_saves(const std::string& path, int kills, unsigned seed) {
     constexpr unsigned longest = 30'000; // microseconds: some saves
     const std::string fresh = path + ".fresh";
     fs::copy_file(path, fresh);
-    std::minstd_rand chance(4711);
+    std::minstd_rand chance(seed);
     std::size_t known = invoices_in(path);
     const std::size_t at_first = known;
     std::size_t saves = 0;
@@ -528,8 +547,9 @@ std::string kill_saves(const std::string& path, int kills) {
 }
 
 int run(const std::vector<std::string>& arguments) {
-    if (arguments.size() == 3 && arguments[0] == "kills") {
-        const std::string wrong = kill_saves(arguments[1], std::stoi(arguments[2]));
+    if (arguments.size() == 4 && arguments[0] == "kills") {
+        const std::string wrong =
+            kill_saves(arguments[1], std::stoi(arguments[2]), static_cast<unsigned>(std::stoi(arguments[3])));
         if (!wrong.empty()) say(wrong);
         return wrong.empty() ? 0 : 1;
     }

@@ -8,6 +8,7 @@
 #include "platform/qt/scale.h"
 #include "platform/qt/window_frames.h"
 #include "platform/qt/windows.h"
+#include "platform/report_file.h"
 #include "platform/twips.h"
 
 #include <QAction>
@@ -199,16 +200,8 @@ void ReportWindow::print() {
 }
 
 void ReportWindow::save_pdf() {
-    auto path = dialogs_.save_file({"Salva la fattura in PDF", {{"Documenti PDF (*.pdf)", "*.pdf"}}});
-    if (!path) return;
-    if (!to_qt(*path).endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) *path += ".pdf";
-    if (files_.exists(*path) && !copy_dialog_.may_replace(*path)) return;
-    try {
-        files_.write(*path, report_pdf(report_).toStdString());
-        boxes_.show({"La fattura è stata salvata in:\n" + *path, program_title, BoxIcon::information});
-    } catch (const Failure& failure) { // the preview stays, for another try
-        boxes_.show({failure.description(), program_title, BoxIcon::critical});
-    }
+    save_as_pdf({dialogs_, files_, copy_dialog_, boxes_},
+                [this] { return report_pdf(report_).toStdString(); });
 }
 
 void QtReports::show_modal(const Report& report) {
