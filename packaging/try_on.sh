@@ -37,6 +37,7 @@ clean_up() {
     rm -rf --one-file-system "$work"
 }
 trap clean_up EXIT
+trap "exit 1" INT TERM # as the first process of its own world it would not hear them
 
 # step NAME COMMAND...: runs a command; what it prints goes to a file of that name.
 step() {
