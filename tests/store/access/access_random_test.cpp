@@ -44,7 +44,7 @@ const Group groups[] = {
     {19, {"DELETE * FROM Scadenze WHERE Fattura=$c", end_customer, end_invoice, end_customer, end_invoice}},
     {3,
      {"DELETE * FROM Scadenze WHERE Giorno>$d AND Tasso>$l", "DELETE * FROM Fatture WHERE Anno=$y",
-      "DELETE * FROM Clienti WHERE Numero_Cliente>$l", "UPDATE Fatture SET Pagamento=$m WHERE Anno=$y",
+      "DELETE * FROM Clienti WHERE Numero_Cliente>$k", "UPDATE Fatture SET Pagamento=$m WHERE Anno=$y",
       "DELETE * FROM DatiIntestazione", "INSERT INTO DatiIntestazione (Nome_Azienda,CC) VALUES ($n,$n)",
       "UPDATE Clienti SET Città=$n WHERE Codice_Fiscale LIKE '%a%'"}}};
 
@@ -100,6 +100,8 @@ private:
             return "'" + std::to_string(number(-90000, 90000)) + "," + std::to_string(number(0, 9999)) + "'";
         case 'r': // a row of deadlines
             return inserts_of_deadlines(number(1, 3000), 1).front();
+        case 'k': // a key above which there are few
+            return std::to_string(number(100, 3000));
         default: // a key: of a customer, a deadline, an invoice
             return std::to_string(number(1, kind == 'c' ? 1500 : kind == 'l' ? 1200 : 2500));
         }
